@@ -56,8 +56,8 @@ struct QXUTILS_API counterPlace<genericValue::holderbase>
     static void giveBack(ulong32*) noexcept {}
 };
 
-// Ends a holder that nobody shares any more. What it holds ends through a work list, so that deeply nested values do
-// not use up the stack.
+// Ends a holder that nobody shares any more. Deeply nested values end through a work list and do not
+// use up the stack.
 template <>
 struct QXUTILS_API deleteObj<genericValue::holderbase>
 {

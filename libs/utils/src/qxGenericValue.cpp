@@ -106,24 +106,24 @@ ulong32* counterPlace<genericValue::holderbase>::obtain(genericValue::holderbase
 
 void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* holder) noexcept
 {
-    // The holders nested in one that ends queue up here instead of ending inside its destructor.
-    static thread_local bool working = false;
+    // Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level works off.
+    constexpr int nestedAtMost = 32;
+    static thread_local int nesting = 0;
     static thread_local blockHeader* waiting = nullptr;
-    if (working) {
+    if (nesting == nestedAtMost) {
         blockHeader* const header = headerOf(holder);
         header->next = waiting;
         waiting = header;
         return;
     }
-    working = true;
-    for (;;) {
-        delete holder;
-        if (!waiting)
-            break;
-        holder = reinterpret_cast<genericValue::holderbase*>(waiting + 1);
-        waiting = waiting->next;
+    ++nesting;
+    delete holder;
+    while (nesting == nestedAtMost && waiting) {
+        blockHeader* const next = waiting;
+        waiting = next->next;
+        delete reinterpret_cast<genericValue::holderbase*>(next + 1);
     }
-    working = false;
+    --nesting;
 }
 
 genericValue::genericValue(const genericValue& other)
