@@ -1,8 +1,10 @@
 // What crosses the boundary of the library qxUtils.
 //
 // QXUTILS_API   a function or class that qxUtils exports.
-// QX_SHARED     a class template whose instantiations are compared across libraries (dynamic casts, type_info):
-//               visible everywhere on ELF; on Windows its explicit instantiation carries the export attribute.
+// QX_SHARED     a class template whose instantiations are compared across libraries (dynamic casts,
+// type_info):
+//               visible everywhere on ELF; on Windows its explicit instantiation carries the export
+//               attribute.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,14 +1,16 @@
 // printf-style formats with typed arguments.
 //
-// The variadic functions of the system (string::sformat, assertMsg, statement::execError, ...) pack their arguments
-// into formatArguments and hand them to one interpreter. Directives: %d %i %u %x %X %o %c %s %f %e %g %p %%, with the
-// flags "-+ #0", width and precision (also *). Length modifiers are accepted and mean nothing, since an argument knows
-// its own type. %s takes wide text; a null text is empty. A directive without an argument yields nothing; an argument
-// of another kind than its directive is shown in its own way. Nothing that is formatted can read foreign memory.
+// The variadic functions of the system (string::sformat, assertMsg, statement::execError, ...) pack their
+// arguments into formatArguments and hand them to one interpreter. Directives: %d %i %u %x %X %o %c %s %f %e
+// %g %p %%, with the flags "-+ #0", width and precision (also *). Length modifiers are accepted and mean
+// nothing, since an argument knows its own type. %s takes wide text; a null text is empty. A directive
+// without an argument yields nothing; an argument of another kind than its directive is shown in its own way.
+// Nothing that is formatted can read foreign memory.
 #pragma once
 
 #include "qxTypes.h"
 
+#include <string>
 #include <string_view>
 
 namespace qx
@@ -32,7 +34,7 @@ public:
         pointer
     };
 
-    constexpr formatArgument() = default;
+    formatArgument() : mSigned(0) {}
     formatArgument(bool value) : mKind(kind::signedInteger), mSigned(value) {}
     formatArgument(short value) : mKind(kind::signedInteger), mSigned(value) {}
     formatArgument(int value) : mKind(kind::signedInteger), mSigned(value) {}
@@ -49,8 +51,7 @@ public:
     formatArgument(wchar_t value) : mKind(kind::character), mCharacter(value) {}
     formatArgument(const wchar_t* value)
         : mKind(kind::text), mText(value ? std::wstring_view(value) : std::wstring_view())
-    {
-    }
+    {}
     formatArgument(std::wstring_view value) : mKind(kind::text), mText(value) {}
     formatArgument(const std::wstring& value) : mKind(kind::text), mText(value) {}
     formatArgument(const void* value) : mKind(kind::pointer), mPointer(value) {}
@@ -67,7 +68,7 @@ private:
     kind mKind = kind::none;
     union
     {
-        long long mSigned = 0;
+        long long mSigned;
         unsigned long long mUnsigned;
         double mFloating;
         wchar_t mCharacter;

@@ -1,7 +1,8 @@
 // Ground types: numbers of fixed width, the same on every platform.
 //
-// The language's `long` and `ulong` have 32 bits everywhere. Where the platform's own `long` has 32 bits they are that
-// type; elsewhere they are small value classes of their own, so that `long` and `int` stay two types to a value.
+// The language's `long` and `ulong` have 32 bits everywhere. Where the platform's own `long` has 32 bits they
+// are that type; elsewhere they are small value classes of their own, so that `long` and `int` stay two types
+// to a value.
 #pragma once
 
 #include <concepts>
@@ -25,8 +26,7 @@ struct distinctInteger
 
     template <std::same_as<Int> I>
     constexpr distinctInteger(I value) noexcept : mValue(value)
-    {
-    }
+    {}
 
     constexpr operator Int() const noexcept { return mValue; }
 
