@@ -1,5 +1,5 @@
-// Plain main for a fuzz target: feeds it every file of the given folders, so that the kept inputs are tried in each
-// test run and a crash can be followed in a debugger. No input at all is a failure.
+// Plain main for a fuzz target: feeds it every file of the given folders, so that the kept inputs are tried
+// in each test run and a crash can be followed in a debugger. No input at all is a failure.
 
 #include <algorithm>
 #include <cstdint>
