@@ -1,0 +1,122 @@
+// Wide text: case mapping, trimming, cutting.
+#include "qxString.h"
+
+#include "qxCaseTable.h"
+#include "qxFormatter.h"
+
+#include <algorithm>
+
+namespace qx
+{
+
+namespace
+{
+
+using unicode::caseRange;
+
+wchar_t mapped(wchar_t character, const caseRange* ranges, std::size_t count)
+{
+    const auto code = static_cast<unsigned long>(character);
+    const caseRange* end = ranges + count;
+    const caseRange* range =
+        std::lower_bound(ranges, end, code, [](const caseRange& r, unsigned long c) { return r.last < c; });
+    if (range == end || code < range->first || (code - range->first) % range->step != 0)
+        return character;
+    return static_cast<wchar_t>(static_cast<long>(code) + range->delta);
+}
+
+wchar_t lowered(wchar_t character)
+{
+    if (character < 0x80)
+        return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character + 32) : character;
+    return mapped(character, unicode::toLowerRanges, unicode::toLowerRangesCount);
+}
+
+wchar_t uppered(wchar_t character)
+{
+    if (character < 0x80)
+        return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - 32) : character;
+    return mapped(character, unicode::toUpperRanges, unicode::toUpperRangesCount);
+}
+
+} // namespace
+
+string string::lower() const
+{
+    string copy(*this);
+    copy.toLower();
+    return copy;
+}
+
+string& string::toLower()
+{
+    std::transform(begin(), end(), begin(), lowered);
+    return *this;
+}
+
+string& string::toUpper()
+{
+    std::transform(begin(), end(), begin(), uppered);
+    return *this;
+}
+
+string& string::deleteLeading(std::wstring_view characters)
+{
+    erase(0, find_first_not_of(characters));
+    return *this;
+}
+
+string& string::deleteTrailing(std::wstring_view characters)
+{
+    erase(find_last_not_of(characters) + 1);
+    return *this;
+}
+
+string& string::deleteAll(std::wstring_view characters)
+{
+    std::erase_if(*this, [&](wchar_t c) { return characters.find(c) != npos; });
+    return *this;
+}
+
+string& string::replace(std::wstring_view what, std::wstring_view with)
+{
+    size_type hit = what.empty() ? npos : find(what);
+    if (hit == npos)
+        return *this;
+    std::wstring replaced;
+    size_type done = 0;
+    for (; hit != npos; hit = find(what, done)) {
+        replaced.append(*this, done, hit - done).append(with);
+        done = hit + what.size();
+    }
+    replaced.append(*this, done);
+    swap(replaced);
+    return *this;
+}
+
+bool string::splitAt(std::wstring_view separator, std::vector<string>& parts, bool append) const
+{
+    std::vector<string> cut;
+    size_type start = 0;
+    if (!separator.empty()) {
+        for (size_type hit; (hit = find(separator, start)) != npos; start = hit + separator.size())
+            cut.emplace_back(substr(start, hit - start));
+    }
+    const bool found = !cut.empty();
+    cut.emplace_back(substr(start));
+    if (append)
+        parts.insert(parts.end(), std::make_move_iterator(cut.begin()), std::make_move_iterator(cut.end()));
+    else
+        parts.swap(cut);
+    return found;
+}
+
+void string::assignFormatted(const wchar_t* format, const formatArgument* arguments, std::size_t count)
+{
+    string text;
+    if (format)
+        appendFormatted(text, format, {arguments, count});
+    swap(text);
+}
+
+} // namespace qx
