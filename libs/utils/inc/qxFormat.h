@@ -34,7 +34,7 @@ public:
         pointer
     };
 
-    constexpr formatArgument() = default;
+    formatArgument() : mSigned(0) {}
     formatArgument(bool value) : mKind(kind::signedInteger), mSigned(value) {}
     formatArgument(short value) : mKind(kind::signedInteger), mSigned(value) {}
     formatArgument(int value) : mKind(kind::signedInteger), mSigned(value) {}
@@ -68,7 +68,7 @@ private:
     kind mKind = kind::none;
     union
     {
-        long long mSigned = 0;
+        long long mSigned;
         unsigned long long mUnsigned;
         double mFloating;
         wchar_t mCharacter;

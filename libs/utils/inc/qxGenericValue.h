@@ -1,0 +1,166 @@
+// genericValue: the one value type of the language.
+//
+// Every variable, parameter, signal, result, array element and map value is a genericValue: null, or one value of a
+// held type. Copies are deep; only object references and references to variables stay shared after a copy.
+//
+//     qx::genericValue value(qx::string(L"12"));
+//     int number = 0;
+//     if (value.getValue(number))        // converts: number is 12
+//         value.setValue(number + 1);    // keeps the held type: the text "13"
+//
+// Constructor, getValue and setValue take exactly the held types listed below; anything else does not compile. A value
+// may be read, copied and written from several threads at once.
+#pragma once
+
+#include "qxExport.h"
+#include "qxSharedPtr.h"
+#include "qxString.h"
+#include "qxTypes.h"
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace qx
+{
+
+class date;
+class time;
+class timestamp;
+class locString;
+class directory;
+class calcCrc32;
+class genericValue;
+
+namespace conditions
+{
+class condition;
+}
+
+// How a type may be held: in a value, as the target of getValue, as the source of setValue.
+enum heldForms : unsigned
+{
+    heldInValue = 1,
+    heldByPointer = 2,
+    heldByConstPointer = 4,
+    heldEveryWay = heldInValue | heldByPointer | heldByConstPointer
+};
+
+// The held types. A type that is not named here or specialised by the library that owns it cannot be held.
+template <class T>
+inline constexpr unsigned heldAs = 0;
+
+template <>
+inline constexpr unsigned heldAs<bool> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<short> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<ushort> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<int> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<uint> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<long32> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<ulong32> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<uint64> = heldInValue | heldByConstPointer;
+template <>
+inline constexpr unsigned heldAs<float> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<double> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<string> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<date> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<time> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<timestamp> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<locString> = heldInValue | heldByPointer;
+template <>
+inline constexpr unsigned heldAs<directory> = heldByPointer;
+template <>
+inline constexpr unsigned heldAs<calcCrc32> = heldInValue | heldByPointer;
+template <>
+inline constexpr unsigned heldAs<sharedPtr<conditions::condition>> = heldInValue | heldByPointer;
+template <>
+inline constexpr unsigned heldAs<sharedPtr<genericValue>> = heldInValue | heldByConstPointer;
+template <>
+inline constexpr unsigned heldAs<std::vector<genericValue>> = heldEveryWay;
+template <>
+inline constexpr unsigned heldAs<void*> = heldInValue;
+template <>
+inline constexpr unsigned heldAs<std::map<short, genericValue>> = heldInValue;
+template <>
+inline constexpr unsigned heldAs<std::map<int, genericValue>> = heldInValue;
+template <>
+inline constexpr unsigned heldAs<std::map<long32, genericValue>> = heldInValue;
+template <>
+inline constexpr unsigned heldAs<std::map<string, genericValue>> = heldInValue;
+
+template <class T>
+concept holdable = (heldAs<T> & heldInValue) != 0;
+template <class T>
+concept readable = (heldAs<T> & heldByPointer) != 0;
+template <class T>
+concept writable = holdable<T> && (heldAs<T> & heldByConstPointer) != 0;
+
+class QXUTILS_API genericValue
+{
+public:
+    // The polymorphic carriers of held values; their definitions stand in qxHolder.h.
+    class holderbase;
+    template <class T>
+    class holder;
+    template <class T>
+    class valueholder;
+    template <class T>
+    class ptrholder;
+    template <class T>
+    class constptrholder;
+
+    // A null value: no held type.
+    genericValue() noexcept = default;
+
+    // A value that holds a copy of `value`. Without memory it is null.
+    template <holdable T>
+    explicit genericValue(const T& value);
+
+    // Deep copies. Copying what is nested beyond the machine stack throws unexpectedErrorException.
+    genericValue(const genericValue& other);
+    genericValue& operator=(const genericValue& other);
+    // Leave `other` null.
+    genericValue(genericValue&& other) noexcept : mWord(other.mWord) { other.mWord = 0; }
+    genericValue& operator=(genericValue&& other) noexcept;
+    ~genericValue();
+
+    bool isNull() const noexcept;
+    // The value becomes null.
+    void clear() noexcept;
+
+    // Reads the value as a T, converting where the types differ. False when the value is null or does not convert; `out`
+    // is untouched then.
+    template <readable T>
+    bool getValue(T& out) const;
+
+    // Writes `value`. Without `replace`, a value that is not null keeps its held type: `value` is converted into it, and
+    // when that is refused the result is false and nothing has changed. With `replace`, and in a null value, the held
+    // type becomes T.
+    template <writable T>
+    bool setValue(const T& value, bool replace = false);
+
+    // Shares the holder for the length of one operation; a null pointer for a null value.
+    sharedPtr<holderbase> holderCopy() const noexcept;
+    // Puts `other` in place and leaves the previous holder in the argument.
+    void swapHolder(sharedPtr<holderbase>& other) noexcept;
+
+private:
+    std::uintptr_t mWord = 0; // opaque: only the library knows what it means
+};
+
+using valueArray = std::vector<genericValue>;
+
+} // namespace qx

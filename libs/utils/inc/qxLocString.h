@@ -1,0 +1,144 @@
+// Localised messages: an id, a default text in English and named parameters, filled in when the text is resolved.
+//
+//     qx::locString message(L"EFileGone", L"File [File] is gone");
+//     message.params().set(name, L"File");
+//     show(message.string(nullptr, qx::searchPath()));
+//
+// A text names its parameters in square brackets. A name without a parameter stays as it stands, and text that was
+// filled in is not filled again. Numbers are shown as their conversion to text shows them.
+#pragma once
+
+#include "qxSharedPtr.h"
+#include "qxString.h"
+#include "qxTextSlice.h"
+
+#include <variant>
+#include <vector>
+
+namespace qx
+{
+
+class locString;
+
+// Directories that hold language files, asked in order.
+class searchPath
+{
+public:
+    void add(const string& directory) { mDirectories.push_back(directory); }
+    const std::vector<string>& directories() const { return mDirectories; }
+
+private:
+    std::vector<string> mDirectories;
+};
+
+class QXUTILS_API iLocString
+{
+public:
+    virtual ~iLocString();
+
+    // The text in `language` (null: the current one) with its parameters filled in. Null when there is neither an id nor
+    // a text. The pointer is valid until the next call on this object, a change of it, or its end.
+    virtual const wchar_t* string(const wchar_t* language, const searchPath& path) const = 0;
+
+    virtual void reserved() const;
+
+    // True when a language file has a text for the id.
+    virtual bool stringIdExists(const wchar_t* language, const searchPath& path) const = 0;
+};
+
+class locStringId
+{
+public:
+    locStringId() = default;
+    // A null id is no id.
+    explicit locStringId(const wchar_t* id) : mId(id ? id : L"") {}
+
+    const string& id() const { return mId; }
+
+private:
+    string mId;
+};
+
+class locMessage
+{
+public:
+    // A null text is no text, which is not the same as an empty one.
+    explicit locMessage(const wchar_t* text) : mHasText(text != nullptr), mText(text ? text : L"") {}
+
+    // Null when there is no text.
+    const wchar_t* text() const { return mHasText ? mText.c_str() : nullptr; }
+
+private:
+    bool mHasText;
+    string mText;
+};
+
+// An ordered list of named parameters. Setting a name that exists replaces its value.
+class QXUTILS_API locStringParams
+{
+public:
+    // A nested message, kept as a message and resolved with the one around it. A message that is no locString is resolved
+    // at once. Null counts as empty text.
+    void set(const iLocString* value, const wchar_t* name);
+    void set(double value, const wchar_t* name);
+    void set(long32 value, const wchar_t* name);
+    void set(wchar_t value, const wchar_t* name);
+    void set(const string& value, const wchar_t* name);
+    // Null counts as empty text.
+    void set(const wchar_t* value, const wchar_t* name);
+    // Shares the buffer of `value`.
+    void set(const textSlice& value, const wchar_t* name);
+
+    // Appends `text` to `filled`, each [Name] that has a parameter replaced by its value.
+    void fillIn(string& filled, std::wstring_view text, const wchar_t* language, const searchPath& path) const;
+
+private:
+    using value = std::variant<textSlice, sharedPtr<locString>, double, long32, wchar_t>;
+    struct entry
+    {
+        string name;
+        locStringParams::value value;
+    };
+
+    void store(value&& v, const wchar_t* name);
+    const value* find(std::wstring_view name) const;
+
+    std::vector<entry> mEntries;
+};
+
+class QXUTILS_API locString : public iLocString
+{
+public:
+    // A message with neither id nor text.
+    locString() : locString(locStringId(), locMessage(nullptr)) {}
+    explicit locString(const wchar_t* id) : locString(locStringId(id), locMessage(nullptr)) {}
+    // `defaultText` is used when no language file has the id; null is none. `file` names the language file, null the
+    // common one. `end` is null.
+    locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file = nullptr,
+              const wchar_t* end = nullptr);
+    locString(const locStringId& id, const locMessage& text) : mId(id), mText(text) {}
+
+    locString(const locString& other) : mId(other.mId), mParams(other.mParams), mText(other.mText), mFile(other.mFile)
+    {
+    }
+    locString& operator=(const locString& other);
+
+    const wchar_t* string(const wchar_t* language, const searchPath& path) const override;
+    bool stringIdExists(const wchar_t* language, const searchPath& path) const override;
+
+    const qx::string& id() const { return mId.id(); }
+    locStringParams& params() { return mParams; }
+    const locStringParams& params() const { return mParams; }
+
+    // The resolved text in the current language; empty where string() gives null.
+    qx::string text() const;
+
+private:
+    locStringId mId;
+    locStringParams mParams;
+    locMessage mText;
+    qx::string mFile;
+    mutable qx::string mResolved; // what string() gave last
+};
+
+} // namespace qx
