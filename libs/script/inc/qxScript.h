@@ -1,0 +1,11 @@
+// Everything that a host needs to run scripts and to bring statements of its own.
+#pragma once
+
+#include "qxScriptCode.h"
+#include "qxScriptContext.h"
+#include "qxScriptException.h"
+#include "qxScriptInterfaces.h"
+#include "qxScriptParser.h"
+#include "qxScriptProvider.h"
+#include "qxScriptStatement.h"
+#include "qxScriptTypes.h"

@@ -1,0 +1,121 @@
+// Contexts: where a run keeps its variables.
+//
+// A codecontext is the scope of one block. A scriptcontext is the root of a chain of blocks: one call of a script
+// function, with its parameters, its control signals and the global variables that all calls of a run share.
+//
+//     qx::script::scriptcontext context;
+//     context.setGlobalContextVariable(qx::scString::createFrom(L"user"), qx::genericValue(name));
+//
+// Names compare exactly; the statements of the language lower-case theirs. A context is for one thread at a time.
+#pragma once
+
+#include "qxGenericSet.h"
+#include "qxScriptExport.h"
+
+namespace qx::script
+{
+
+class scriptcontext;
+
+class QXSCRIPT_API codecontext
+{
+public:
+    // The scope of a block inside `outer`, which is borrowed. Null fails the check "mpOuterBlock!=NULL": a report, then
+    // the bool value false thrown.
+    explicit codecontext(codecontext* outer);
+    codecontext(const codecontext&) = delete;
+    codecontext& operator=(const codecontext&) = delete;
+    virtual ~codecontext();
+
+    // True when variableAddress finds the name: as a local of this or an outer block, a parameter, or a global.
+    virtual bool hasVariable(const scString& name) const;
+
+    // What concerns the call and not the block goes outward to the root, see scriptcontext.
+    virtual bool hasGlobalContextVariable(const scString& name) const;
+    virtual bool setGlobalContextVariable(const scString& name, const genericValue& value);
+    // Throws globalVarNotFoundException.
+    virtual genericValue& globalContextVariable(const scString& name);
+    virtual const genericValue& globalContextVariable(const scString& name) const;
+    virtual sharedPtr<genericValue> globalContextVariableAddress(const scString& name);
+    virtual bool hasParameter(const scString& name) const;
+    virtual bool setParameter(const scString& name, const genericValue& value);
+    virtual bool deleteParameter(const scString& name);
+    // Throws parameterNotFoundException.
+    virtual genericValue& parameter(const scString& name);
+    virtual const genericValue& parameter(const scString& name) const;
+    virtual sharedPtr<genericValue> parameterAddress(const scString& name);
+    virtual bool setScriptSignal(const scString& name, const genericValue& value);
+    // The value of a raised signal; a null pointer when it is not raised.
+    virtual sharedPtr<genericValue> scriptSignal(const scString& name);
+    virtual void clearScriptSignal(const scString& name);
+
+    // Makes a local variable of this block. False, with nothing changed, when the name is visible already in whatever
+    // way.
+    bool createVariable(const scString& name, const genericValue& value);
+    // Writes the innermost local variable of the name. False when no block has one; parameters and globals are left
+    // alone.
+    bool setVariable(const scString& name, const genericValue& value);
+    // The visible variable of the name. Throws variableNotFoundException.
+    genericValue& variable(const scString& name);
+    const genericValue& variable(const scString& name) const;
+    // The storage of the visible variable: locals from the innermost block outward, then parameters, then globals. A null
+    // pointer for an unknown name.
+    sharedPtr<genericValue> variableAddress(const scString& name);
+
+    // Lets `callee` share this run's global variables. Throws unexpectedErrorException when it has some already.
+    void initScriptContext(scriptcontext& callee);
+
+protected:
+    struct rootTag
+    {
+    };
+    // The root of a chain has no outer block.
+    explicit codecontext(rootTag) noexcept {}
+
+private:
+    virtual genericSet* getGlobalContextVariables();
+
+    codecontext* mpOuterBlock = nullptr; // borrowed; null in a root alone
+    genericSet mVariables;
+};
+
+class QXSCRIPT_API scriptcontext : public codecontext
+{
+public:
+    scriptcontext();
+    // Ends the global variables too, unless they belong to another context.
+    ~scriptcontext() override;
+
+    bool hasGlobalContextVariable(const scString& name) const override;
+    // False, with nothing stored, in a context that shares the globals of one that had none.
+    bool setGlobalContextVariable(const scString& name, const genericValue& value) override;
+    genericValue& globalContextVariable(const scString& name) override;
+    const genericValue& globalContextVariable(const scString& name) const override;
+    sharedPtr<genericValue> globalContextVariableAddress(const scString& name) override;
+    bool hasParameter(const scString& name) const override;
+    bool setParameter(const scString& name, const genericValue& value) override;
+    bool deleteParameter(const scString& name) override;
+    genericValue& parameter(const scString& name) override;
+    const genericValue& parameter(const scString& name) const override;
+    sharedPtr<genericValue> parameterAddress(const scString& name) override;
+    bool setScriptSignal(const scString& name, const genericValue& value) override;
+    sharedPtr<genericValue> scriptSignal(const scString& name) override;
+    void clearScriptSignal(const scString& name) override;
+
+    // The name under which a returned value stands among the parameters. A context that is to run again must lose it
+    // first: context.deleteParameter(scriptcontext::returnparam()).
+    static const scString& returnparam();
+
+private:
+    friend class codecontext;
+
+    genericSet* getGlobalContextVariables() override;
+    void setGlobalVariables(genericSet* shared);
+
+    genericSet mParameters;
+    genericSet mSignals;
+    genericSet* mpGlobalVariables = nullptr;
+    bool mOwnsGlobalVariables = true;
+};
+
+} // namespace qx::script

@@ -1,0 +1,12 @@
+// What crosses the boundary of the library qxScript.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(QXSCRIPT_BUILD)
+#define QXSCRIPT_API __declspec(dllexport)
+#else
+#define QXSCRIPT_API __declspec(dllimport)
+#endif
+#else
+#define QXSCRIPT_API __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,77 @@
+// The parser and the modules that it asks.
+//
+// The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;` and grouped by
+// `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of it wins.
+//
+//     static qx::script::statement* makeMine(const qx::string& name, const std::vector<qx::string>& types,
+//                                            const std::vector<qx::string>& params, int flags);
+//     static qx::script::scriptModule mine(makeMine);
+//     mine.registerModule();
+#pragma once
+
+#include "qxScriptExport.h"
+#include "qxScriptStatement.h"
+#include "qxTextSlice.h"
+
+namespace qx::script
+{
+
+// Statement flags travel with every parse and tell what is allowed at a place of the text.
+enum statementFlags
+{
+    continueAllowed = 1,
+    breakAllowed = 2
+};
+
+// Makes a statement for a call that it knows, owned by the caller, or gives null for one that it declines. `name` and
+// `types` come lower-cased and without blanks, `params` as written. May throw: an exception becomes the reason of an
+// errParsingException, anything else an errParsingException without one.
+using statementFactory = statement* (*)(const string& name, const std::vector<string>& types,
+                                        const std::vector<string>& params, int flags);
+
+// A statement factory with an identity. The place of a module among the others is its address: the built-in modules
+// stand in one array, modules below it are asked before them, modules above it behind.
+class QXSCRIPT_API scriptModule
+{
+public:
+    // A null factory throws the bool value false.
+    constexpr explicit scriptModule(statementFactory maker) : mFactory(maker ? maker : throw false) {}
+    scriptModule(const scriptModule&) = delete;
+    scriptModule& operator=(const scriptModule&) = delete;
+
+    // Enters this module into the parser's set, for good: the module must live as long as the parser is used. A second
+    // call changes nothing. Must not run while another thread parses or registers.
+    void registerModule();
+
+    statementFactory factory() const noexcept { return mFactory; }
+
+private:
+    statementFactory mFactory;
+};
+
+class QXSCRIPT_API statementParser
+{
+public:
+    // The one parser of the process, made at the first call; never destroyed.
+    static statementParser* instance();
+
+    // Makes the statement tree of `text`, owned by the caller. Null, and no failure, for text that holds no statement:
+    // blank, or without any bracket. Throws errParsingException, with the reason as its previous one, for text that
+    // cannot become a statement.
+    statement* createStatementFrom(const string& text, int flags) const;
+    // The same over a counted text, which the failures share.
+    statement* createStatementFrom(const textSlice& text, int flags) const;
+
+private:
+    struct moduleSet;
+    friend class scriptModule;
+
+    statementParser();
+    ~statementParser() = default;
+
+    void add(scriptModule* module);
+
+    moduleSet* mpModules;
+};
+
+} // namespace qx::script

@@ -1,0 +1,155 @@
+// Statements: what script text becomes, and what runs.
+//
+// A tree of statements is immutable once it is parsed: all state of a run lies in the context and in the result. One
+// tree may run many times, recursively, and on several threads, each with a context of its own.
+//
+//     qx::script::statement* block = qx::script::statement::createFrom(L"{ createvar(a, \"1\"); return(a); }", 0);
+//     qx::script::scriptcontext context;
+//     qx::genericValue result;
+//     block->exec(context, result);
+//     block->destroy();
+#pragma once
+
+#include "qxGenericValue.h"
+#include "qxScriptException.h"
+#include "qxScriptExport.h"
+
+namespace qx::script
+{
+
+class codecontext;
+class valueProvider;
+
+class QXSCRIPT_API statement
+{
+public:
+    virtual ~statement();
+
+    // A new statement of the same class and state, owned by the caller.
+    virtual statement* clone() const = 0;
+    // Ends the statement, in the library that made it.
+    virtual void destroy() = 0;
+    // The statement's own work, for exec alone to call. A statement without a value leaves `result` as it is.
+    virtual void execute(codecontext& context, genericValue& result) const = 0;
+
+    // Parses `text`, see statementParser::createStatementFrom.
+    static statement* createFrom(const string& text, int flags);
+
+    // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what was caught
+    // as its reason; a qx::string thrown by the script passes as it is.
+    void exec(codecontext& context, genericValue& result) const;
+    // The same for a caller that does not want the value.
+    void exec(codecontext& context) const;
+
+    // What the statement is called in messages: its text, at most 126 characters of it.
+    const string& text() const noexcept { return mText; }
+    void setText(const string& source);
+    void setText(std::wstring_view source);
+
+    // For execute: report a failure. Formats are printf-style (qxFormat.h); a null format gives no text.
+    template <class... Args>
+    [[noreturn]] static void execError(const statement*, const wchar_t* format, const Args&... arguments)
+    {
+        raiseDetail(string::sformat(format, arguments...));
+    }
+    template <class... Args>
+    [[noreturn]] static void execErrorDetail(const statement*, const wchar_t* format, const Args&... arguments)
+    {
+        raiseDetail(string::sformat(format, arguments...));
+    }
+    // For a catch handler inside execute: hands on `cause`, which may be null, as the reason of this statement's failure.
+    // The detail text of an exceptionDetail takes the place of `format`. A null statement is shown as "***unknown***".
+    template <class... Args>
+    [[noreturn]] static void execError(const statement* failed, const exception* cause, const wchar_t* format,
+                                       const Args&... arguments)
+    {
+        raiseCaused(failed, cause, string::sformat(format, arguments...));
+    }
+
+protected:
+    statement() = default;
+    statement(const statement&) = default;
+    statement& operator=(const statement&) = delete;
+
+private:
+    [[noreturn]] static void raiseDetail(const string& detail);
+    [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause, const string& detail);
+    [[noreturn]] void raiseCaught() const;
+    void trace(const wchar_t* format) const;
+
+    string mText;
+};
+
+// A declared parameter of a built-in function.
+struct declaredParameter
+{
+    const wchar_t* name;
+    bool required;
+};
+
+// Base of functions with named parameters: declared at parse time, bound by position, asked for by name at run time.
+//
+//     class shout final : public qx::script::singlefunction { ... };
+//     // in the factory:  made->parse(L"shout", params, flags, L"text", true, L"times", false, nullptr);
+//     // in execute:      getParamValue(L"text", context, value)
+class QXSCRIPT_API singlefunction : public statement
+{
+public:
+    ~singlefunction() override;
+
+protected:
+    singlefunction();
+    // The copy has providers of its own.
+    singlefunction(const singlefunction& other);
+
+    // Binds the texts of a call to the declared names: pairs of a name and whether it is required, ended by a null name.
+    // A null first name declares no parameters. The texts beyond the declared names are not looked at. Always true when
+    // it returns; every failure is an errParsingException of "FUNCTION(...)" with the reason as its previous one. To be
+    // called once per object.
+    template <class... Rest>
+    bool parse(const wchar_t* function, const std::vector<string>& params, int flags, const wchar_t* name,
+               const Rest&... rest)
+    {
+        const declarationItem items[] = {declarationItem(name), declarationItem(rest)..., declarationItem(nullptr)};
+        return parseDeclared(function, params, flags, items);
+    }
+    // The same over slices of a counted text.
+    bool parse(const wchar_t* function, const std::vector<textSlice>& params, int flags,
+               const std::vector<declaredParameter>& declared);
+
+    // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with `value`
+    // untouched, when the call did not give it.
+    bool getParamValue(const wchar_t* name, codecontext& context, genericValue& value) const;
+
+private:
+    // One word of a declaration: a name, a null name, or a required flag.
+    struct declarationItem
+    {
+        explicit declarationItem(const wchar_t* text) : name(text) {}
+        explicit declarationItem(std::nullptr_t) {}
+        explicit declarationItem(bool required) : flag(required) {}
+
+        const wchar_t* name = nullptr;
+        bool flag = false;
+    };
+    struct parameter
+    {
+        string name;
+        valueProvider* provider; // owned
+    };
+
+    bool parseDeclared(const wchar_t* function, const std::vector<string>& params, int flags,
+                       const declarationItem* items);
+    const parameter* find(std::wstring_view name) const;
+
+    std::vector<parameter> mParams;
+};
+
+} // namespace qx::script
+
+// Statements end where they were made.
+template <>
+struct qx::deleteObj<qx::script::statement>
+{
+    static void destroy(qx::script::statement* ended) noexcept { ended->destroy(); }
+};

@@ -1,0 +1,164 @@
+// Localised messages.
+#include "qxLocString.h"
+
+#include "qxTypeConversion.h"
+
+#include <algorithm>
+
+namespace qx
+{
+
+iLocString::~iLocString() = default;
+
+void iLocString::reserved() const {}
+
+void locStringParams::set(const iLocString* nested, const wchar_t* name)
+{
+    if (const auto* message = dynamic_cast<const locString*>(nested))
+        store(sharedPtr<locString>(new locString(*message)), name);
+    else
+        set(nested ? nested->string(nullptr, searchPath()) : nullptr, name);
+}
+
+void locStringParams::set(double number, const wchar_t* name)
+{
+    store(number, name);
+}
+
+void locStringParams::set(long32 number, const wchar_t* name)
+{
+    store(number, name);
+}
+
+void locStringParams::set(wchar_t character, const wchar_t* name)
+{
+    store(character, name);
+}
+
+void locStringParams::set(const string& text, const wchar_t* name)
+{
+    store(textSlice(text), name);
+}
+
+void locStringParams::set(const wchar_t* text, const wchar_t* name)
+{
+    store(textSlice(string(text ? text : L"")), name);
+}
+
+void locStringParams::set(const textSlice& text, const wchar_t* name)
+{
+    store(text, name);
+}
+
+void locStringParams::store(value&& v, const wchar_t* name)
+{
+    const std::wstring_view wanted = name ? std::wstring_view(name) : std::wstring_view();
+    for (entry& e : mEntries) {
+        if (e.name == wanted) {
+            e.value = std::move(v);
+            return;
+        }
+    }
+    mEntries.push_back({string(std::wstring(wanted)), std::move(v)});
+}
+
+const locStringParams::value* locStringParams::find(std::wstring_view name) const
+{
+    for (const entry& e : mEntries) {
+        if (e.name == name)
+            return &e.value;
+    }
+    return nullptr;
+}
+
+namespace
+{
+
+// Appends one parameter as text.
+struct parameterWriter
+{
+    string& filled;
+    const wchar_t* language;
+    const searchPath& path;
+
+    void operator()(const textSlice& text) const { filled.append(text.view()); }
+    void operator()(wchar_t character) const { filled.push_back(character); }
+    void operator()(const sharedPtr<locString>& message) const
+    {
+        // A copy resolves, so that several threads may fill one message in.
+        const locString nested(*message);
+        if (const wchar_t* text = nested.string(language, path))
+            filled.append(text);
+    }
+    void operator()(double number) const { writeNumber(number); }
+    void operator()(long32 number) const { writeNumber(number); }
+
+    template <class Number>
+    void writeNumber(Number number) const
+    {
+        string text;
+        if (dtconvert(text, number, 0, nullptr))
+            filled.append(text);
+    }
+};
+
+} // namespace
+
+void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar_t* language,
+                             const searchPath& path) const
+{
+    std::size_t done = 0;
+    while (done < text.size()) {
+        const std::size_t open = text.find(L'[', done);
+        const std::size_t close = open == text.npos ? text.npos : text.find(L']', open);
+        if (close == text.npos)
+            break;
+        filled.append(text.substr(done, open - done));
+        if (const value* parameter = find(text.substr(open + 1, close - open - 1))) {
+            std::visit(parameterWriter{filled, language, path}, *parameter);
+            done = close + 1;
+        } else {
+            filled.push_back(L'[');
+            done = open + 1;
+        }
+    }
+    filled.append(text.substr(std::min(done, text.size())));
+}
+
+locString::locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file, const wchar_t*)
+    : mId(id), mText(defaultText), mFile(file ? file : L"")
+{
+}
+
+locString& locString::operator=(const locString& other)
+{
+    mId = other.mId;
+    mParams = other.mParams;
+    mText = other.mText;
+    mFile = other.mFile;
+    return *this;
+}
+
+const wchar_t* locString::string(const wchar_t* language, const searchPath& path) const
+{
+    if (!mText.text() && mId.id().empty())
+        return nullptr;
+    mResolved.clear();
+    if (mText.text())
+        mParams.fillIn(mResolved, mText.text(), language, path);
+    else
+        mResolved = mId.id();
+    return mResolved.c_str();
+}
+
+bool locString::stringIdExists(const wchar_t*, const searchPath&) const
+{
+    return false;
+}
+
+qx::string locString::text() const
+{
+    return string(nullptr, searchPath()) ? mResolved : qx::string();
+}
+
+} // namespace qx

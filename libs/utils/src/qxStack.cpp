@@ -1,0 +1,40 @@
+// The bounds of the calling thread's stack.
+#include "qxStack.h"
+
+#include "qxException.h"
+#include "qxPlatform.h"
+
+#include <algorithm>
+
+namespace qx::stack
+{
+
+namespace
+{
+
+constexpr std::uintptr_t usualReserve = 256 * 1024;
+
+limits readLimits() noexcept
+{
+    std::uintptr_t low = 0;
+    std::uintptr_t high = 0;
+    threadStackBounds(low, high);
+    if (low >= high)
+        return {};
+    return {low, std::min(usualReserve, (high - low) / 2)};
+}
+
+} // namespace
+
+const limits& threadLimits() noexcept
+{
+    static thread_local const limits bounds = readLimits();
+    return bounds;
+}
+
+void raiseExhausted()
+{
+    throw unexpectedErrorException(L"stack exhausted");
+}
+
+} // namespace qx::stack
