@@ -1,0 +1,67 @@
+# How every target of this project is compiled.
+
+# Language level, warnings and instrumentation; for everything that we compile ourselves.
+function(qx_common target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        # g++ keeps the sign warnings out of -Wconversion; both compilers shall ask the same.
+        target_compile_options(${target} PRIVATE -Wno-sign-conversion)
+    endif()
+    if(QXSCRIPT_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+        target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
+    endif()
+    if(QXSCRIPT_SANITIZE)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=${QXSCRIPT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${QXSCRIPT_SANITIZE})
+    endif()
+    if(QXSCRIPT_BUILD_FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+    if(QXSCRIPT_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage)
+        target_link_options(${target} PRIVATE --coverage)
+    endif()
+    if(WIN32)
+        target_compile_definitions(${target} PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+        # Objects full of templates exceed the 32768 sections of the plain format.
+        target_compile_options(${target} PRIVATE -Wa,-mbig-obj)
+    endif()
+endfunction()
+
+# qx_library(NAME EXPORT_DEFINITION): a shared library of the folder's src, with its public headers in inc. src/posix
+# and src/win32 hold the two implementations of what is wanted from the operating system; one is built. A folder
+# without a source makes no target.
+function(qx_library name export_definition)
+    if(WIN32)
+        set(platform win32)
+    else()
+        set(platform posix)
+    endif()
+    file(GLOB sources CONFIGURE_DEPENDS src/*.cpp src/${platform}/*.cpp)
+    if(NOT sources)
+        message(STATUS "${name}: no source yet, skipped")
+        return()
+    endif()
+    add_library(${name} SHARED ${sources})
+    add_library(qxScript::${name} ALIAS ${name})
+    qx_common(${name})
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_compile_definitions(${name} PRIVATE ${export_definition})
+    target_include_directories(${name}
+        PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/inc> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/qxScript>
+        PRIVATE src)
+    target_link_libraries(${name} PRIVATE Threads::Threads ${CMAKE_DL_LIBS})
+    if(NOT WIN32)
+        # A call inside the library need not go through the table that lets a program replace it.
+        target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+    endif()
+endfunction()

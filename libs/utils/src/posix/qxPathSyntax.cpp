@@ -1,0 +1,29 @@
+#include "qxPlatform.h"
+#include "qxSystem.h"
+
+namespace qx::platform
+{
+
+const wchar_t pathSeparator = L'/';
+const char* const lineEnd = "\n";
+
+std::size_t rootLength(std::wstring_view name)
+{
+    return !name.empty() && name.front() == L'/' ? 1 : 0;
+}
+
+string completeName(const string& name)
+{
+    if (rootLength(name) > 0) {
+        return name;
+    }
+    const string current = system::current().currentDirectory();
+    return current.empty() ? name : string(current + L'/' + name);
+}
+
+int compareNames(std::wstring_view left, std::wstring_view right)
+{
+    return left.compare(right);
+}
+
+} // namespace qx::platform

@@ -1,0 +1,108 @@
+#include "qxDirectory.h"
+
+#include "qxSystem.h"
+
+#include <algorithm>
+
+namespace qx
+{
+
+namespace
+{
+
+// `*` takes any characters, `?` one. On a mismatch only the last `*` needs to take more.
+bool matches(std::wstring_view pattern, std::wstring_view name)
+{
+    std::size_t p = 0;
+    std::size_t n = 0;
+    std::size_t star = pattern.npos;
+    std::size_t starName = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == L'*') {
+            star = p++;
+            starName = n;
+        } else if (p < pattern.size() && (pattern[p] == L'?' || pattern[p] == name[n])) {
+            ++p;
+            ++n;
+        } else if (star != pattern.npos) {
+            p = star + 1;
+            n = ++starName;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of(L'*', p) == pattern.npos;
+}
+
+std::vector<string> patternsOf(const wchar_t* filter)
+{
+    std::vector<string> patterns;
+    if (filter) {
+        string(filter).lower().splitAt(L";", patterns, false);
+    }
+    for (string& pattern : patterns) {
+        pattern.deleteLeading(L" \t").deleteTrailing(L" \t");
+    }
+    patterns.erase(std::remove(patterns.begin(), patterns.end(), string()), patterns.end());
+    return patterns;
+}
+
+bool admits(const std::vector<string>& patterns, const string& name)
+{
+    const string folded = name.lower();
+    return patterns.empty() || std::any_of(patterns.begin(), patterns.end(), [&folded](const string& pattern) {
+               return matches(pattern, folded);
+           });
+}
+
+} // namespace
+
+void fileIterator::next()
+{
+    if (valid()) {
+        ++mPosition;
+    }
+}
+
+const file& fileIterator::operator*() const
+{
+    if (!valid()) {
+        throw false;
+    }
+    return mFiles[mPosition];
+}
+
+bool directory::exists() const
+{
+    fileStatus status;
+    return system::current().status(fullName(), status) && status.isDirectory;
+}
+
+bool directory::makeCurrent() const
+{
+    return system::current().setCurrentDirectory(fullName());
+}
+
+fileIterator directory::fileIt(const wchar_t* filter, int attributes) const
+{
+    std::vector<directoryEntry> entries;
+    system::current().listDirectory(fullName(), entries);
+    const std::vector<string> patterns = patternsOf(filter);
+    std::vector<string> names;
+    for (directoryEntry& entry : entries) {
+        const bool wanted = !entry.isDirectory && (!entry.isHidden || (attributes & DI_HIDDEN)) &&
+                            (!entry.isSystem || (attributes & DI_SYSTEM));
+        if (wanted && admits(patterns, entry.name)) {
+            names.push_back(std::move(entry.name));
+        }
+    }
+    std::sort(names.begin(), names.end());
+    std::vector<file> files;
+    files.reserve(names.size());
+    for (const string& name : names) {
+        files.emplace_back(fullName(), name);
+    }
+    return fileIterator(std::move(files));
+}
+
+} // namespace qx

@@ -1,0 +1,56 @@
+#include "qxPathName.h"
+
+#include "qxPlatform.h"
+
+#include <algorithm>
+
+namespace qx
+{
+
+string withPlatformSeparators(const string& name)
+{
+    string result = name;
+    std::replace_if(
+        result.begin(), result.end(), [](wchar_t c) { return c == L'/' || c == L'\\'; }, platform::pathSeparator);
+    return result;
+}
+
+std::vector<std::wstring_view> normalParts(const string& name)
+{
+    std::vector<std::wstring_view> parts;
+    const std::size_t root = platform::rootLength(name);
+    std::wstring_view rest = std::wstring_view(name).substr(root);
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(platform::pathSeparator), rest.size());
+        const std::wstring_view part = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        if (part.empty() || part == L".") {
+            continue;
+        }
+        if (part != L"..") {
+            parts.push_back(part);
+        } else if (!parts.empty() && parts.back() != L"..") {
+            parts.pop_back();
+        } else if (root == 0) {
+            parts.push_back(part);
+        }
+    }
+    return parts;
+}
+
+string absoluteName(const string& name)
+{
+    const string complete = platform::completeName(withPlatformSeparators(name));
+    const std::size_t root = platform::rootLength(complete);
+    string result = complete.substr(0, root);
+    for (const std::wstring_view part : normalParts(complete)) {
+        // A root ends with a separator, or is a network share (longer than a drive) that may lack it.
+        if (result.size() > root || (root > 2 && result.back() != platform::pathSeparator)) {
+            result += platform::pathSeparator;
+        }
+        result += part;
+    }
+    return result;
+}
+
+} // namespace qx
