@@ -10,9 +10,10 @@
 namespace qx
 {
 
-// Splits at blanks and tabs outside quotation marks. 2n backslashes before a quotation mark give n backslashes, and the
-// mark toggles the quoting; 2n + 1 give n backslashes and a plain mark; backslashes elsewhere stand for themselves. A
-// pair of marks alone is an empty parameter; quoting that is not closed lasts to the end.
+// Splits at blanks and tabs outside quotation marks. 2n backslashes before a quotation mark give n
+// backslashes, and the mark toggles the quoting; 2n + 1 give n backslashes and a plain mark; backslashes
+// elsewhere stand for themselves. A pair of marks alone is an empty parameter; quoting that is not closed
+// lasts to the end.
 QXUTILS_API std::vector<string> splitCommandLine(std::wstring_view line);
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // Directories and the walk over the files in one.
 //
-//     for(qx::fileIterator it = qx::directory(L"data").fileIt(L"*.txt;*.csv", qx::DI_HIDDEN); it; it.next()) {
+//     for(qx::fileIterator it = qx::directory(L"data").fileIt(L"*.txt;*.csv", qx::DI_HIDDEN); it; it.next())
+//     {
 //         use(it->fullName());
 //     }
 #pragma once
@@ -17,7 +18,8 @@ namespace qx
 inline constexpr int DI_HIDDEN = 0x2; // lets hidden files into the walk
 inline constexpr int DI_SYSTEM = 0x4; // lets system files into the walk
 
-// Stands on one file after the other, in the order of their names. A value; it holds what was there when it was made.
+// Stands on one file after the other, in the order of their names. A value; it holds what was there when it
+// was made.
 class QXUTILS_API fileIterator
 {
 public:
@@ -57,9 +59,9 @@ public:
     // Makes this the current directory of the process; false when it cannot be entered.
     bool makeCurrent() const;
 
-    // The files, not directories, directly in this directory. `filter` is a list of patterns with `*` and `?`, split
-    // by `;`, compared without regard to case; null or empty admits all. `attributes` is an or of DI_HIDDEN and
-    // DI_SYSTEM. A directory that cannot be read has no files.
+    // The files, not directories, directly in this directory. `filter` is a list of patterns with `*` and
+    // `?`, split by `;`, compared without regard to case; null or empty admits all. `attributes` is an or of
+    // DI_HIDDEN and DI_SYSTEM. A directory that cannot be read has no files.
     fileIterator fileIt(const wchar_t* filter, int attributes) const;
 };
 

@@ -1,5 +1,6 @@
-// The platform's own system as a class: the base for a host that wants to change a few operations and keep the rest.
-// It has no state of its own, so any number of objects may exist. What the operations do is told in qxSystem.h.
+// The platform's own system as a class: the base for a host that wants to change a few operations and keep
+// the rest. It has no state of its own, so any number of objects may exist. What the operations do is told in
+// qxSystem.h.
 #pragma once
 
 #include "qxSystem.h"
@@ -30,8 +31,9 @@ public:
     string widen(std::string_view bytes) override;
     std::string narrow(std::wstring_view text) override;
 
-    bool startProcess(const string& exe, const string& params, int flags, ulong32* idOut, void** firstHandleOut,
-                      void** processHandleOut, const string& workingDirectory) override;
+    bool startProcess(const string& exe, const string& params, int flags, ulong32* idOut,
+                      void** firstHandleOut, void** processHandleOut,
+                      const string& workingDirectory) override;
     bool getExitCodeProcess(void* process, long32* code) override;
     void closeProcess(void* handle) override;
 

@@ -50,9 +50,9 @@ std::vector<string> patternsOf(const wchar_t* filter)
 bool admits(const std::vector<string>& patterns, const string& name)
 {
     const string folded = name.lower();
-    return patterns.empty() || std::any_of(patterns.begin(), patterns.end(), [&folded](const string& pattern) {
-               return matches(pattern, folded);
-           });
+    return patterns.empty() ||
+           std::any_of(patterns.begin(), patterns.end(),
+                       [&folded](const string& pattern) { return matches(pattern, folded); });
 }
 
 } // namespace

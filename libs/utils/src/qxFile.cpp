@@ -92,13 +92,14 @@ string fsEntryName::replaceInvalidChars(const string& name, wchar_t replacement)
     string result = name;
     std::replace_if(
         result.begin(), result.end(),
-        [invalid](wchar_t c) { return (c >= 0 && c < 32) || invalid.find(c) != invalid.npos; }, replacement);
+        [invalid](wchar_t c) {
+            return static_cast<unsigned long>(c) < 32 || invalid.find(c) != invalid.npos;
+        },
+        replacement);
     return result;
 }
 
-fsEntry::fsEntry(bool isDirectory) : fsEntry(fsEntryName(), string(), isDirectory)
-{
-}
+fsEntry::fsEntry(bool isDirectory) : fsEntry(fsEntryName(), string(), isDirectory) {}
 
 fsEntry::fsEntry(const fsEntryName& name, const string& base, bool isDirectory) : mIsDirectory(isDirectory)
 {
@@ -113,8 +114,7 @@ fsEntry::fsEntry(const fsEntryName& name, const string& base, bool isDirectory) 
 
 fsEntry::fsEntry(const string& path, const string& name, bool isDirectory)
     : mName(entryFullName(joined(path, name), isDirectory)), mIsDirectory(isDirectory)
-{
-}
+{}
 
 bool fsEntry::exists() const
 {
@@ -193,7 +193,8 @@ long long file::lastModificationTime() const
 bool file::appendTextLine(const string& line) const
 {
     system& current = system::current();
-    return current.appendToFile(fullName(), current.narrow(line) + platform::lineEnd) != appendResult::notOpened;
+    return current.appendToFile(fullName(), current.narrow(line) + platform::lineEnd) !=
+           appendResult::notOpened;
 }
 
 } // namespace qx

@@ -11,7 +11,8 @@ string withPlatformSeparators(const string& name)
 {
     string result = name;
     std::replace_if(
-        result.begin(), result.end(), [](wchar_t c) { return c == L'/' || c == L'\\'; }, platform::pathSeparator);
+        result.begin(), result.end(), [](wchar_t c) { return c == L'/' || c == L'\\'; },
+        platform::pathSeparator);
     return result;
 }
 

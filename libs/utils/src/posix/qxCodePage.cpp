@@ -1,5 +1,5 @@
-// The code page of texts outside: windows-1252, where a byte without a character stands for the control character of
-// the same number.
+// The code page of texts outside: windows-1252, where a byte without a character stands for the control
+// character of the same number.
 #include "qxPlatformSystem.h"
 
 #include <algorithm>
@@ -26,12 +26,13 @@ wchar_t widened(unsigned char byte)
 
 char narrowed(wchar_t unit)
 {
-    const bool same = (unit >= 0 && unit < 0x80) || (unit >= 0xA0 && unit < 0x100);
-    if (same) {
+    const auto code = static_cast<unsigned long>(unit);
+    if (code < 0x80 || (code >= 0xA0 && code < 0x100)) {
         return static_cast<char>(unit);
     }
     const auto found = std::find(std::begin(upperControls), std::end(upperControls), unit);
-    return found == std::end(upperControls) ? '?' : static_cast<char>(0x80 + (found - std::begin(upperControls)));
+    return found == std::end(upperControls) ? '?'
+                                            : static_cast<char>(0x80 + (found - std::begin(upperControls)));
 }
 
 } // namespace

@@ -15,9 +15,9 @@ namespace qx::platform
 class nativeName
 {
 public:
-    explicit nativeName(const string& name) : mBytes(name.utf8()), mValid(!name.empty() && mBytes.find('\0') == mBytes.npos)
-    {
-    }
+    explicit nativeName(const string& name)
+        : mBytes(name.utf8()), mValid(!name.empty() && mBytes.find('\0') == mBytes.npos)
+    {}
 
     bool valid() const { return mValid; }
     const char* c_str() const { return mBytes.c_str(); }

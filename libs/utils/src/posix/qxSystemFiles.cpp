@@ -136,7 +136,8 @@ bool platformSystem::copyFile(const string& from, const string& to, bool overwri
     // Without O_NONBLOCK the opening of a pipe would wait for its other end.
     const descriptor source(openFile(nativeName(from), O_RDONLY | O_NONBLOCK));
     struct stat sourceData;
-    if (!source || !target.valid() || ::fstat(source.number(), &sourceData) != 0 || !S_ISREG(sourceData.st_mode)) {
+    if (!source || !target.valid() || ::fstat(source.number(), &sourceData) != 0 ||
+        !S_ISREG(sourceData.st_mode)) {
         return false;
     }
     const mode_t mode = sourceData.st_mode & 0777;
@@ -158,7 +159,8 @@ bool platformSystem::listDirectory(const string& name, std::vector<directoryEntr
 {
     entries.clear();
     const nativeName native(name);
-    const std::unique_ptr<DIR, int (*)(DIR*)> handle(native.valid() ? ::opendir(native.c_str()) : nullptr, ::closedir);
+    const std::unique_ptr<DIR, int (*)(DIR*)> handle(native.valid() ? ::opendir(native.c_str()) : nullptr,
+                                                     ::closedir);
     if (!handle) {
         return false;
     }

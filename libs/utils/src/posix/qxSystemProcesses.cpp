@@ -1,8 +1,8 @@
 // Processes of the posix system.
 //
-// A child that nobody waits for stays a zombie, so each one is remembered until it has been collected: at later
-// starts, when its exit code is asked for, and at exit. Only the ids of these children are ever waited for, so those of
-// the host are left alone, and no thread or signal handler is needed.
+// A child that nobody waits for stays a zombie, so each one is remembered until it has been collected: at
+// later starts, when its exit code is asked for, and at exit. Only the ids of these children are ever waited
+// for, so those of the host are left alone, and no thread or signal handler is needed.
 #include "qxPlatformSystem.h"
 
 #include "qxCommandLine.h"
@@ -171,7 +171,10 @@ public:
                ::posix_spawn_file_actions_addclosefrom_np(&mActions, 3) == 0;
     }
 
-    bool changeDirectory(const char* name) { return ::posix_spawn_file_actions_addchdir_np(&mActions, name) == 0; }
+    bool changeDirectory(const char* name)
+    {
+        return ::posix_spawn_file_actions_addchdir_np(&mActions, name) == 0;
+    }
 
     bool run(char** arguments, pid_t& id)
     {
@@ -202,9 +205,10 @@ std::vector<std::string> argumentBytes(const string& exe, const string& params)
     for (const string& param : splitCommandLine(params)) {
         bytes.push_back(param.utf8());
     }
-    const bool valid = !exe.empty() && std::all_of(bytes.begin(), bytes.end(), [](const std::string& argument) {
-        return argument.find('\0') == argument.npos;
-    });
+    const bool valid =
+        !exe.empty() && std::all_of(bytes.begin(), bytes.end(), [](const std::string& argument) {
+            return argument.find('\0') == argument.npos;
+        });
     return valid ? bytes : std::vector<std::string>();
 }
 
@@ -218,7 +222,8 @@ bool waitForEnd(pid_t id)
 } // namespace
 
 bool platformSystem::startProcess(const string& exe, const string& params, int flags, ulong32* idOut,
-                                  void** firstHandleOut, void** processHandleOut, const string& workingDirectory)
+                                  void** firstHandleOut, void** processHandleOut,
+                                  const string& workingDirectory)
 {
     std::vector<std::string> bytes = argumentBytes(exe, params);
     const nativeName directory(workingDirectory);
