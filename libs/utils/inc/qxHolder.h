@@ -242,12 +242,3 @@ bool genericValue::setValue(const T& value, bool replace)
 }
 
 } // namespace qx
-
-// The library that owns a held type instantiates its holders once, where this appears; others only declare them, so that
-// there is one type_info. API is the export macro of the owning library.
-#define QX_DECLARE_HELD(API, ...)                                                                                      \
-    extern template class API qx::genericValue::holder<__VA_ARGS__>;
-
-#define QX_DECLARE_HELD_VALUE(API, ...)                                                                                \
-    QX_DECLARE_HELD(API, __VA_ARGS__)                                                                                  \
-    extern template class API qx::genericValue::valueholder<__VA_ARGS__>;

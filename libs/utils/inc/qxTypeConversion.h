@@ -33,7 +33,7 @@ class typeConverter final : public typeConverterBase
 public:
     using function = bool (*)(void* destination, const void* source, int format, char* formatText);
 
-    constexpr explicit typeConverter(function convert) noexcept : mpFunction(convert) {}
+    constexpr explicit typeConverter(function conversion) noexcept : mpFunction(conversion) {}
 
     const std::type_info& sourceType() const override { return typeid(From); }
     const std::type_info& destinationType() const override { return typeid(To); }
