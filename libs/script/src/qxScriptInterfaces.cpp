@@ -25,10 +25,10 @@ bool referenceToBool(void* destination, const void* source, int, char*)
 // Known to the conversion manager while the library is loaded.
 struct referenceConverter
 {
-    referenceConverter() { typeConversionManager::instance().add(&converter); }
-    ~referenceConverter() { typeConversionManager::instance().remove(&converter); }
+    referenceConverter() { typeconvert::typeConversionManager::instance().add(&converter); }
+    ~referenceConverter() { typeconvert::typeConversionManager::instance().remove(&converter); }
 
-    typeConverter<reference, bool> converter{referenceToBool};
+    typeconvert::typeConverter<reference, bool> converter{referenceToBool};
 };
 
 const referenceConverter loaded;

@@ -180,7 +180,7 @@ bool genericValue::holder<T>::copyTo(holderbase& destination) const
         same->assign(read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (!conversions.exists(destination.heldType(), typeid(T)))
         return false;
     const T copy = read();
@@ -200,7 +200,7 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
         assign(same->read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (isPointerHolder())
         return heldAddress() && conversions.convert(typeid(T), heldAddress(), source.heldType(),
                                                     source.heldConstAddress(), 0, nullptr);
