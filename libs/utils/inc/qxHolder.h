@@ -180,7 +180,7 @@ bool genericValue::holder<T>::copyTo(holderbase& destination) const
         same->assign(read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (!conversions.exists(destination.heldType(), typeid(T)))
         return false;
     const T copy = read();
@@ -200,7 +200,7 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
         assign(same->read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (isPointerHolder())
         return heldAddress() && conversions.convert(typeid(T), heldAddress(), source.heldType(),
                                                     source.heldConstAddress(), 0, nullptr);
@@ -242,12 +242,3 @@ bool genericValue::setValue(const T& value, bool replace)
 }
 
 } // namespace qx
-
-// The library that owns a held type instantiates its holders once, where this appears; others only declare them, so that
-// there is one type_info. API is the export macro of the owning library.
-#define QX_DECLARE_HELD(API, ...)                                                                                      \
-    extern template class API qx::genericValue::holder<__VA_ARGS__>;
-
-#define QX_DECLARE_HELD_VALUE(API, ...)                                                                                \
-    QX_DECLARE_HELD(API, __VA_ARGS__)                                                                                  \
-    extern template class API qx::genericValue::valueholder<__VA_ARGS__>;

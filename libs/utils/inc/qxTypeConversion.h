@@ -11,7 +11,7 @@
 
 #include <typeinfo>
 
-namespace qx
+namespace qx::typeconvert
 {
 
 class QXUTILS_API typeConverterBase
@@ -33,7 +33,7 @@ class typeConverter final : public typeConverterBase
 public:
     using function = bool (*)(void* destination, const void* source, int format, char* formatText);
 
-    constexpr explicit typeConverter(function convert) noexcept : mpFunction(convert) {}
+    constexpr explicit typeConverter(function converter) noexcept : mpFunction(converter) {}
 
     const std::type_info& sourceType() const override { return typeid(From); }
     const std::type_info& destinationType() const override { return typeid(To); }
@@ -52,10 +52,11 @@ public:
     // The one manager of the process; never destroyed.
     static typeConversionManager& instance();
 
-    // Registers a converter, which stays the caller's and must live until it is removed. It goes before the conversions
-    // that are known already. Safe from several threads.
+    // Registers a converter, which stays the caller's and must live until it is removed and no conversion is under way.
+    // It goes before the conversions that are known already; where it refuses, those are asked. Null adds nothing.
+    // Safe from several threads.
     void add(typeConverterBase* converter);
-    void remove(typeConverterBase* converter);
+    void remove(typeConverterBase* converter) noexcept;
 
     // True when `*to` now holds `*from` as a `toType`; otherwise `*to` is unchanged.
     bool convert(const std::type_info& toType, void* to, const std::type_info& fromType, const void* from, int format,
@@ -72,9 +73,10 @@ private:
     tables* mpTables;
 };
 
-// The conversion between two plain types, by the same rules. `format` is the width of a number written as text, filled
-// with zeros on the left (0: as many digits as it takes); `formatText` is null.
+// The conversion between two plain types, by the same rules: numbers, text, dates and times; also from the standard's
+// wide text to text. Other pairs do not link. `format` is the least width of an integer written as text, filled with
+// zeros after its sign (0: as many digits as it takes); `formatText` is null. False leaves `to` unchanged.
 template <class To, class From>
 bool dtconvert(To& to, const From& from, int format, char* formatText);
 
-} // namespace qx
+} // namespace qx::typeconvert

@@ -1,7 +1,7 @@
 // Localised messages.
 #include "qxLocString.h"
 
-#include "qxTypeConversion.h"
+#include "qxNumberText.h"
 
 #include <algorithm>
 
@@ -90,16 +90,8 @@ struct parameterWriter
         if (const wchar_t* text = nested.string(language, path))
             filled.append(text);
     }
-    void operator()(double number) const { writeNumber(number); }
-    void operator()(long32 number) const { writeNumber(number); }
-
-    template <class Number>
-    void writeNumber(Number number) const
-    {
-        string text;
-        if (dtconvert(text, number, 0, nullptr))
-            filled.append(text);
-    }
+    void operator()(double number) const { filled.append(numberText(number).view()); }
+    void operator()(long32 number) const { filled.append(numberText(number).view()); }
 };
 
 } // namespace
