@@ -1,0 +1,115 @@
+#include <qxConfigStructure.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace
+{
+
+constexpr int replacing = qx::configCreate | qx::configReplace;
+
+qx::string valueOf(const qx::configStructure& store, const wchar_t* section, const wchar_t* key,
+                   bool caseSensitive)
+{
+    qx::string value = L"(none)";
+    const std::size_t index = store.sectionIdx(section, caseSensitive);
+    if (index != qx::configStructure::notFound) {
+        store.section(index).getValue(key, value, caseSensitive);
+    }
+    return value;
+}
+
+} // namespace
+
+TEST(configStructure, look_ups_with_and_without_case)
+{
+    qx::configStructure store;
+    store.section(L"Tools", true, true).setValue(L"Key", L"1", true, replacing);
+    store.section(L"TOOLS", true, true).setValue(L"key", L"2", true, replacing);
+    store.section(L"Tools", true, true).setValue(L"KEY", L"3", true, replacing);
+    store.section(L"", true, true).setValue(L"loose", L"4", true, replacing);
+
+    EXPECT_EQ(valueOf(store, L"Tools", L"Key", true), L"1");
+    EXPECT_EQ(valueOf(store, L"Tools", L"KEY", true), L"3");
+    EXPECT_EQ(valueOf(store, L"TOOLS", L"key", true), L"2");
+    EXPECT_EQ(valueOf(store, L"TOOLS", L"Key", true), L"(none)");
+    EXPECT_EQ(valueOf(store, L"tools", L"Key", true), L"(none)");
+    EXPECT_EQ(valueOf(store, L"tools", L"key", false), L"1");
+    EXPECT_EQ(valueOf(store, L"", L"LOOSE", false), L"4");
+    EXPECT_EQ(store.sectionIdx(L"", false), 0u);
+    EXPECT_EQ(store.sectionIdx(L"none", false), static_cast<std::size_t>(-1));
+}
+
+TEST(configStructure, sections_of_one_name_join_and_keep_their_spelling)
+{
+    qx::configStructure store;
+    qx::configSection& first = store.section(L"Pick", false, true);
+    for (int i = 0; i < 50; ++i) {
+        store.section(qx::string::sformat(L"s%d", i), false, true);
+    }
+    EXPECT_EQ(&store.section(L"PICK", false, true), &first);
+    EXPECT_EQ(first.name(), L"Pick");
+    EXPECT_EQ(store.sectionCount(), 52u);
+    EXPECT_THROW(store.section(L"none", false, false), bool);
+    EXPECT_THROW(store.section(52), bool);
+}
+
+TEST(configStructure, modes_tell_what_may_be_stored)
+{
+    qx::configStructure store;
+    qx::configSection& section = store.section(0);
+    const struct
+    {
+        const wchar_t* key;
+        const wchar_t* value;
+        bool caseSensitive;
+        int mode;
+        bool stored;
+    } cases[] = {
+        {L"a", L"1", true, qx::configReplace, false},
+        {L"a", L"2", true, qx::configCreate, true},
+        {L"A", L"3", false, qx::configCreate, false},
+        {L"A", L"4", false, 3, true},
+        {L"b", L"5", true, 3, true},
+        {L"b", L"6", true, 0, false},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(section.setValue(row.key, row.value, row.caseSensitive, row.mode), row.stored);
+    }
+    EXPECT_EQ(valueOf(store, L"", L"a", true), L"4");
+    EXPECT_EQ(valueOf(store, L"", L"b", true), L"5");
+    EXPECT_EQ(section.size(), 2u);
+}
+
+TEST(configStructure, many_names_behave_as_few)
+{
+    // Each count of names twice over, so that the step from walking to hashing is crossed with look-ups in
+    // between.
+    qx::configStructure store;
+    qx::configSection& section = store.section(L"Many", false, true);
+    for (int i = 0; i < 40; ++i) {
+        section.setValue(qx::string::sformat(L"Key%d", i), qx::string::sformat(L"%d", i), true, replacing);
+        section.setValue(qx::string::sformat(L"KEY%d", i), L"later", true, replacing);
+        for (int k = 0; k <= i; ++k) {
+            const qx::string expected = qx::string::sformat(L"%d", k);
+            ASSERT_EQ(valueOf(store, L"many", qx::string::sformat(L"key%d", k).c_str(), false), expected)
+                << i;
+            ASSERT_EQ(valueOf(store, L"Many", qx::string::sformat(L"KEY%d", k).c_str(), true), L"later") << i;
+        }
+    }
+}
+
+TEST(configStructure, twenty_thousand_sections_are_no_burden)
+{
+    const auto start = std::chrono::steady_clock::now();
+    qx::configStructure store;
+    for (int i = 0; i < 20000; ++i) {
+        const qx::string name = qx::string::sformat(L"Function%d", i);
+        store.section(name, false, true).setValue(L"parameter1", L"in<int> x", false, replacing);
+        store.section(name, false, true).setValue(L"script", L"{ }", false, replacing);
+    }
+    EXPECT_EQ(valueOf(store, L"function19999", L"script", false), L"{ }");
+    // A walk over all names for each of them would take minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}

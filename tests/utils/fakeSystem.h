@@ -1,0 +1,42 @@
+// Systems that stand in for the platform's, for the length of a test.
+#pragma once
+
+#include <qxPlatformSystem.h>
+
+#include <vector>
+
+// Puts itself in force and takes itself away at its end.
+class fakeSystem : public qx::platformSystem
+{
+public:
+    fakeSystem() { setCurrent(this); }
+    ~fakeSystem() override { setCurrent(nullptr); }
+};
+
+// A wall clock that stands still, given as milliseconds since 1970.
+class stoppedClock : public fakeSystem
+{
+public:
+    explicit stoppedClock(long long now) : mNow(now) {}
+    long long utcNow() override { return mNow; }
+    long long localNow() override { return mNow; }
+
+private:
+    long long mNow;
+};
+
+// Reads that break off after the first piece, and directories and writes that fail.
+class failingDisk : public fakeSystem
+{
+public:
+    bool readFile(const qx::string&, qx::byteSink& sink) override
+    {
+        sink.take("part", 4);
+        return false;
+    }
+    bool listDirectory(const qx::string&, std::vector<qx::directoryEntry>&) override { return false; }
+    qx::appendResult appendToFile(const qx::string&, std::string_view) override
+    {
+        return qx::appendResult::notWritten;
+    }
+};
