@@ -10,6 +10,7 @@
 //     block->destroy();
 #pragma once
 
+#include "qxAutoPtr.h"
 #include "qxGenericValue.h"
 #include "qxScriptException.h"
 #include "qxScriptExport.h"
@@ -135,7 +136,7 @@ private:
     struct parameter
     {
         string name;
-        valueProvider* provider; // owned
+        autoPtr<valueProvider> provider;
     };
 
     bool parseDeclared(const wchar_t* function, const std::vector<string>& params, int flags,

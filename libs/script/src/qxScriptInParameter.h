@@ -29,7 +29,6 @@ public:
     void resolve(genericValue& value) const;
 
 private:
-    int mKind = 0; // 0: in, the only kind
     ePrimitiveScriptType mType = scriptTypeVoid;
     string mName;
     autoPtr<valueProvider> mDefault; // null without a default

@@ -1,50 +1,71 @@
-// The holders of the types that this library owns, declared: each is instantiated once, in the library.
+// The held types of the utility library, complete, with their holders.
 //
-// Code that holds dates, times, messages or checksums in values includes this; it brings those types along.
+// The holders are instantiated once, in the library; here they are declared, so that every user sees one type_info.
 #pragma once
 
+#include "qxCondition.h"
 #include "qxCrc32.h"
+#include "qxDate.h"
 #include "qxDirectory.h"
 #include "qxHolder.h"
 #include "qxLocString.h"
+#include "qxTime.h"
 #include "qxTimestamp.h"
 
-// Calls one of these for each held type and each form that it is held in: H all forms, V in a value, P by pointer,
-// C by pointer to const.
-#define QX_HELD_TYPES(H, V, P, C)                                                                                      \
-    H(bool) V(bool) P(bool) C(bool)                                                                                    \
-    H(short) V(short) P(short) C(short)                                                                                \
-    H(qx::ushort) V(qx::ushort) P(qx::ushort) C(qx::ushort)                                                            \
-    H(int) V(int) P(int) C(int)                                                                                        \
-    H(qx::uint) V(qx::uint) P(qx::uint) C(qx::uint)                                                                    \
-    H(qx::long32) V(qx::long32) P(qx::long32) C(qx::long32)                                                            \
-    H(qx::ulong32) V(qx::ulong32) P(qx::ulong32) C(qx::ulong32)                                                        \
-    H(float) V(float) P(float) C(float)                                                                                \
-    H(double) V(double) P(double) C(double)                                                                            \
-    H(qx::string) V(qx::string) P(qx::string) C(qx::string)                                                            \
-    H(qx::date) V(qx::date) P(qx::date) C(qx::date)                                                                    \
-    H(qx::time) V(qx::time) P(qx::time) C(qx::time)                                                                    \
-    H(qx::timestamp) V(qx::timestamp) P(qx::timestamp) C(qx::timestamp)                                                \
-    H(qx::uint64) V(qx::uint64) C(qx::uint64)                                                                          \
-    H(qx::locString) V(qx::locString) P(qx::locString)                                                                 \
-    H(qx::directory) P(qx::directory)                                                                                  \
-    H(qx::calcCrc32) V(qx::calcCrc32) P(qx::calcCrc32)                                                                 \
-    H(qx::sharedPtr<qx::genericValue>) V(qx::sharedPtr<qx::genericValue>) C(qx::sharedPtr<qx::genericValue>)           \
-    H(qx::valueArray) V(qx::valueArray) P(qx::valueArray) C(qx::valueArray)                                            \
-    H(void*) V(void*)                                                                                                  \
-    H(std::map<short, qx::genericValue>) V(std::map<short, qx::genericValue>)                                          \
-    H(std::map<int, qx::genericValue>) V(std::map<int, qx::genericValue>)                                              \
-    H(std::map<qx::long32, qx::genericValue>) V(std::map<qx::long32, qx::genericValue>)                                \
-    H(std::map<qx::string, qx::genericValue>) V(std::map<qx::string, qx::genericValue>)
+// Calls USE(T) for each type that is held in every way.
+#define QX_EVERY_HELD_TYPE(USE)                                                                                        \
+    USE(bool)                                                                                                          \
+    USE(short)                                                                                                         \
+    USE(qx::ushort)                                                                                                    \
+    USE(int)                                                                                                           \
+    USE(qx::uint)                                                                                                      \
+    USE(qx::long32)                                                                                                    \
+    USE(qx::ulong32)                                                                                                   \
+    USE(float)                                                                                                         \
+    USE(double)                                                                                                        \
+    USE(qx::string)                                                                                                    \
+    USE(qx::date)                                                                                                      \
+    USE(qx::time)                                                                                                      \
+    USE(qx::timestamp)                                                                                                 \
+    USE(std::vector<qx::genericValue>)
 
-#define QX_OWN_HOLDER(...) QX_DECLARE_HOLDER(QXUTILS_API, __VA_ARGS__)
-#define QX_OWN_VALUEHOLDER(...) QX_DECLARE_VALUEHOLDER(QXUTILS_API, __VA_ARGS__)
-#define QX_OWN_PTRHOLDER(...) QX_DECLARE_PTRHOLDER(QXUTILS_API, __VA_ARGS__)
-#define QX_OWN_CONSTPTRHOLDER(...) QX_DECLARE_CONSTPTRHOLDER(QXUTILS_API, __VA_ARGS__)
+// ... in values and as the target of reads.
+#define QX_READ_HELD_TYPE(USE)                                                                                         \
+    USE(qx::locString)                                                                                                 \
+    USE(qx::calcCrc32)                                                                                                 \
+    USE(qx::sharedPtr<qx::conditions::condition>)
 
-QX_HELD_TYPES(QX_OWN_HOLDER, QX_OWN_VALUEHOLDER, QX_OWN_PTRHOLDER, QX_OWN_CONSTPTRHOLDER)
+// ... in values and as the source of writes.
+#define QX_WRITTEN_HELD_TYPE(USE)                                                                                      \
+    USE(qx::uint64)                                                                                                    \
+    USE(qx::sharedPtr<qx::genericValue>)
 
-#undef QX_OWN_HOLDER
-#undef QX_OWN_VALUEHOLDER
-#undef QX_OWN_PTRHOLDER
-#undef QX_OWN_CONSTPTRHOLDER
+// ... in values alone.
+#define QX_KEPT_HELD_TYPE(USE)                                                                                         \
+    USE(void*)                                                                                                         \
+    USE(std::map<short, qx::genericValue>)                                                                             \
+    USE(std::map<int, qx::genericValue>)                                                                               \
+    USE(std::map<qx::long32, qx::genericValue>)                                                                        \
+    USE(std::map<qx::string, qx::genericValue>)
+
+#define QX_DECLARE_UTILS_HOLDER(...) extern template class QXUTILS_API qx::genericValue::holder<__VA_ARGS__>;
+#define QX_DECLARE_UTILS_VALUE(...)                                                                                    \
+    QX_DECLARE_UTILS_HOLDER(__VA_ARGS__)                                                                               \
+    extern template class QXUTILS_API qx::genericValue::valueholder<__VA_ARGS__>;                                      \
+    extern template QXUTILS_API qx::genericValue::genericValue(__VA_ARGS__ const&);
+#define QX_DECLARE_UTILS_READ(...)                                                                                     \
+    QX_DECLARE_UTILS_VALUE(__VA_ARGS__)                                                                                \
+    extern template QXUTILS_API bool qx::genericValue::getValue(__VA_ARGS__&) const;
+#define QX_DECLARE_UTILS_WRITTEN(...)                                                                                  \
+    QX_DECLARE_UTILS_VALUE(__VA_ARGS__)                                                                                \
+    extern template QXUTILS_API bool qx::genericValue::setValue(__VA_ARGS__ const&, bool);
+#define QX_DECLARE_UTILS_EVERY(...)                                                                                    \
+    QX_DECLARE_UTILS_READ(__VA_ARGS__)                                                                                 \
+    extern template QXUTILS_API bool qx::genericValue::setValue(__VA_ARGS__ const&, bool);
+
+QX_EVERY_HELD_TYPE(QX_DECLARE_UTILS_EVERY)
+QX_READ_HELD_TYPE(QX_DECLARE_UTILS_READ)
+QX_WRITTEN_HELD_TYPE(QX_DECLARE_UTILS_WRITTEN)
+QX_KEPT_HELD_TYPE(QX_DECLARE_UTILS_VALUE)
+QX_DECLARE_UTILS_HOLDER(qx::directory)
+extern template QXUTILS_API bool qx::genericValue::getValue(qx::directory&) const;

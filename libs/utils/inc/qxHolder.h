@@ -251,10 +251,3 @@ bool genericValue::setValue(const T& value, bool replace)
 }
 
 } // namespace qx
-
-// The library that owns a held type instantiates its holders once; all others only declare them, with this. API is the
-// export macro of the owning library. qxHeldTypes.h declares those of this library.
-#define QX_DECLARE_HOLDER(API, ...) extern template class API qx::genericValue::holder<__VA_ARGS__>;
-#define QX_DECLARE_VALUEHOLDER(API, ...) extern template class API qx::genericValue::valueholder<__VA_ARGS__>;
-#define QX_DECLARE_PTRHOLDER(API, ...) extern template class API qx::genericValue::ptrholder<__VA_ARGS__>;
-#define QX_DECLARE_CONSTPTRHOLDER(API, ...) extern template class API qx::genericValue::constptrholder<__VA_ARGS__>;
