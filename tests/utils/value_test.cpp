@@ -154,7 +154,8 @@ TEST(genericValue, pointerHolders)
     genericValue::ptrholder<int>(nullptr).assign(3);
     const double half = 2.5;
     EXPECT_FALSE(genericValue::ptrholder<int>(nullptr).copyFrom(genericValue::constptrholder<double>(&half)));
-    EXPECT_FALSE(genericValue::constptrholder<int>(&source).copyFrom(genericValue::constptrholder<double>(&half)));
+    EXPECT_FALSE(
+        genericValue::constptrholder<int>(&source).copyFrom(genericValue::constptrholder<double>(&half)));
     const qx::sharedPtr<genericValue::holderbase> clone(writer.clone());
     EXPECT_TRUE(clone->isPointerHolder());
     EXPECT_EQ(clone->heldConstAddress(), &target);
