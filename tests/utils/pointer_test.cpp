@@ -61,7 +61,8 @@ TEST(pointers, sharedPtrCounts)
         const qx::const_sharedPtr<counted> reader(second);
         EXPECT_EQ(reader.useCount(), 3u);
         EXPECT_EQ(reader->field, 7);
-        second = second;
+        const qx::sharedPtr<counted>& self = second;
+        second = self;
         first = qx::sharedPtr<counted>();
         EXPECT_EQ(first.useCount(), 0u);
         EXPECT_EQ(second.useCount(), 2u);
