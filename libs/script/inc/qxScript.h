@@ -4,6 +4,7 @@
 #include "qxScriptCode.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
+#include "qxScriptInspect.h"
 #include "qxScriptInterfaces.h"
 #include "qxScriptParser.h"
 #include "qxScriptProvider.h"

@@ -4,9 +4,9 @@
 //     if (auto* array = dynamic_cast<qx::genericValue::holder<qx::valueArray>*>(shared.get()))
 //         array->value().push_back(element);
 //
-// A holder keeps its type for life; a change of type is a new holder. The identity of a type is the dynamic cast:
-// equal types never reach the conversion manager. The lock of a holder guards writes and copies of its value; no lock is
-// held while a conversion runs.
+// A holder keeps its type for life; a change of type is a new holder. The identity of a type is the dynamic
+// cast: equal types never reach the conversion manager. The lock of a holder guards writes and copies of its
+// value; no lock is held while a conversion runs.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -26,8 +26,8 @@ public:
 
     // A new holder of the same kind and value, owned by the caller. Null without memory.
     virtual holderbase* clone() const = 0;
-    // Write this value into `destination`, and the value of `source` into this one. False when no conversion does it; the
-    // written side is unchanged then.
+    // Write this value into `destination`, and the value of `source` into this one. False when no conversion
+    // does it; the written side is unchanged then.
     virtual bool copyTo(holderbase& destination) const = 0;
     virtual bool copyFrom(const holderbase& source) = 0;
     virtual const std::type_info& heldType() const = 0;
@@ -36,7 +36,8 @@ public:
     // True for holders of somebody else's variable.
     virtual bool isPointerHolder() const = 0;
 
-    // Storage of holders that live on the heap, with the use counter in front. `allocate` gives null without memory.
+    // Storage of holders that live on the heap, with the use counter in front. `allocate` gives null without
+    // memory.
     static void* allocate(std::size_t size) noexcept;
     static void deallocate(void* storage) noexcept;
     static void* operator new(std::size_t size) noexcept { return allocate(size); }
@@ -180,13 +181,14 @@ bool genericValue::holder<T>::copyTo(holderbase& destination) const
         same->assign(read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (!conversions.exists(destination.heldType(), typeid(T)))
         return false;
     const T copy = read();
     if (destination.isPointerHolder())
         return destination.heldAddress() &&
-               conversions.convert(destination.heldType(), destination.heldAddress(), typeid(T), &copy, 0, nullptr);
+               conversions.convert(destination.heldType(), destination.heldAddress(), typeid(T), &copy, 0,
+                                   nullptr);
     if constexpr (holdable<T>)
         return destination.copyFrom(valueholder<T>(copy));
     else
@@ -200,7 +202,7 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
         assign(same->read());
         return true;
     }
-    const typeConversionManager& conversions = typeConversionManager::instance();
+    const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
     if (isPointerHolder())
         return heldAddress() && conversions.convert(typeid(T), heldAddress(), source.heldType(),
                                                     source.heldConstAddress(), 0, nullptr);
@@ -242,12 +244,3 @@ bool genericValue::setValue(const T& value, bool replace)
 }
 
 } // namespace qx
-
-// The library that owns a held type instantiates its holders once, where this appears; others only declare them, so that
-// there is one type_info. API is the export macro of the owning library.
-#define QX_DECLARE_HELD(API, ...)                                                                                      \
-    extern template class API qx::genericValue::holder<__VA_ARGS__>;
-
-#define QX_DECLARE_HELD_VALUE(API, ...)                                                                                \
-    QX_DECLARE_HELD(API, __VA_ARGS__)                                                                                  \
-    extern template class API qx::genericValue::valueholder<__VA_ARGS__>;

@@ -29,15 +29,17 @@ inline uint interlockedDecrement(volatile uint* counter) noexcept
 
 // The same for the 32-bit `long` and `unsigned long` of the system, whatever they are on the platform.
 template <class Counter>
-    requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
-Counter interlockedIncrement(volatile Counter* counter) noexcept
+requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
+    Counter interlockedIncrement(volatile Counter* counter)
+noexcept
 {
     using plain = std::conditional_t<std::same_as<Counter, long32>, int, uint>;
     return Counter(interlockedIncrement(reinterpret_cast<volatile plain*>(counter)));
 }
 template <class Counter>
-    requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
-Counter interlockedDecrement(volatile Counter* counter) noexcept
+requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
+    Counter interlockedDecrement(volatile Counter* counter)
+noexcept
 {
     using plain = std::conditional_t<std::same_as<Counter, long32>, int, uint>;
     return Counter(interlockedDecrement(reinterpret_cast<volatile plain*>(counter)));

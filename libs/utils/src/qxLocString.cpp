@@ -1,7 +1,7 @@
 // Localised messages.
 #include "qxLocString.h"
 
-#include "qxTypeConversion.h"
+#include "qxNumberText.h"
 
 #include <algorithm>
 
@@ -90,16 +90,8 @@ struct parameterWriter
         if (const wchar_t* text = nested.string(language, path))
             filled.append(text);
     }
-    void operator()(double number) const { writeNumber(number); }
-    void operator()(long32 number) const { writeNumber(number); }
-
-    template <class Number>
-    void writeNumber(Number number) const
-    {
-        string text;
-        if (dtconvert(text, number, 0, nullptr))
-            filled.append(text);
-    }
+    void operator()(double number) const { filled.append(numberText(number).view()); }
+    void operator()(long32 number) const { filled.append(numberText(number).view()); }
 };
 
 } // namespace
@@ -127,8 +119,7 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
 
 locString::locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file, const wchar_t*)
     : mId(id), mText(defaultText), mFile(file ? file : L"")
-{
-}
+{}
 
 locString& locString::operator=(const locString& other)
 {

@@ -1,0 +1,76 @@
+// For tools: what script files hold, whether it can be loaded, and which statements there are.
+//
+//     for (const qx::script::functionInfo& found : qx::script::listFunctions(scripts).functions) {
+//         try {
+//             qx::script::checkFunction(scripts, found);
+//         } catch (const qx::exception& failure) {
+//             show(found.name, found.line, failure.messages());
+//         }
+//     }
+//
+// Nothing here runs a script or touches the cache of codeManager.
+#pragma once
+
+#include "qxFile.h"
+#include "qxScriptExport.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace qx::script
+{
+
+// One definition of a script file.
+struct functionInfo
+{
+    string name;                    // as written
+    std::vector<string> parameters; // the declarations, as written
+    string body;
+    std::size_t line = 0; // where it begins, from 1
+    std::size_t redefines =
+        0; // the line of the definition before it with the same name, whose place it takes; 0: none
+};
+
+// Why the definitions of a file end.
+enum class scriptFileEnd
+{
+    complete,
+    withoutText, // a definition without any text: it and all behind it do not exist
+    blankInName  // a blank stands before the opening bracket: likewise
+};
+
+struct scriptFileInfo
+{
+    std::vector<functionInfo> functions; // in file order
+    scriptFileEnd end = scriptFileEnd::complete;
+    std::size_t endLine = 0; // of the definition that ends the reading; 0 in a complete file
+};
+
+// Lists the definitions of a script file; its extension tells whether it is scrambled. Throws
+// readFileException for one that cannot be read.
+QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
+
+// Loads a definition as its first call would. Throws parserException: what is wrong with its text, or
+// scriptFunctionNotFoundException for a body without a statement.
+QXSCRIPT_API void checkFunction(const file& scriptFile, const functionInfo& checked);
+
+// The file that code calls of this base path and file name run. Throws fileNotFoundException.
+QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileName);
+
+// Writes a scrambled copy of `from`, or a plain one of a scrambled file: the transform is its own inverse.
+// `to` is replaced when there is one, may be `from` itself, and is unchanged on failure. False when it cannot
+// be written; throws readFileException when `from` cannot be read.
+QXSCRIPT_API bool scrambleFile(const file& from, const file& to);
+
+// One built-in statement.
+struct statementInfo
+{
+    string name;
+    string parameters; // a summary: `<type>(name, [value])`
+    string module;
+};
+
+// All built-in statements, module by module.
+QXSCRIPT_API std::vector<statementInfo> listStatements();
+
+} // namespace qx::script

@@ -1,0 +1,172 @@
+// Calls: functions of other script files, returning a value, and statements run as functions.
+#include "qxScriptBase.h"
+#include "qxScriptCode.h"
+#include "qxScriptModules.h"
+#include "qxScriptSignals.h"
+
+#include "qxDirectory.h"
+#include "qxHeldTypes.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+const scString& scriptBasePath()
+{
+    static const scString name = scString::createFrom(L"scriptbasepath");
+    return name;
+}
+
+const scString& localScriptBasePath()
+{
+    static const scString name = scString::createFrom(L"localscriptbasepath");
+    return name;
+}
+
+// The provider of the first parameter; none without a parameter.
+ownedProvider firstValue(const callText& call)
+{
+    return call.params.empty() ? ownedProvider()
+                               : ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
+}
+
+class callFunction final : public scriptbasestatement
+{
+public:
+    callFunction(string codeId, std::vector<ownedProvider> arguments)
+        : mCodeId(std::move(codeId)), mArguments(std::move(arguments))
+    {}
+
+    statement* clone() const override { return new callFunction(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        std::vector<genericValue> arguments = evaluateArguments(context);
+        scriptcontext callee;
+        context.initScriptContext(callee);
+        codeManager::instance()->executeFunction(basePath(context), mCodeId, callee, arguments, result);
+    }
+
+    static statement* create(const callText& call);
+
+private:
+    std::vector<genericValue> evaluateArguments(codecontext& context) const
+    {
+        std::vector<genericValue> values(mArguments.size());
+        try {
+            for (std::size_t i = 0; i < values.size(); ++i)
+                mArguments[i]->getValue(context, values[i]);
+        } catch (const exception& caught) {
+            execError(this, &caught, L"Error retrieving script-parameter");
+        } catch (...) {
+            execError(this, L"Error retrieving script-parameter");
+        }
+        return values;
+    }
+
+    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
+    // A value that is neither text nor a directory leaves it empty.
+    static string basePath(codecontext& context)
+    {
+        genericValue base = context.globalContextVariable(scriptBasePath());
+        if (context.hasVariable(localScriptBasePath()))
+            base = context.variable(localScriptBasePath());
+        string path;
+        if (!base.getValue(path) && !base.isNull()) {
+            directory folder;
+            if (base.getValue(folder))
+                path = folder.fullName();
+        }
+        return path;
+    }
+
+    string mCodeId; // the code call as written
+    std::vector<ownedProvider> mArguments;
+};
+
+statement* callFunction::create(const callText& call)
+{
+    if (call.params.empty())
+        refuse(L"callFunction::createFrom: number of parameters < 1");
+    const string codeId = call.params[0].text();
+    eCodeType type = codeTypeScript;
+    string file;
+    string function;
+    if (!codeManager::instance()->parseCodeCall(codeId, type, file, function))
+        refuse(L"callFunction::createFrom: error parsing \"%s\"", codeId);
+    if (codeId.empty())
+        refuse(L"callFunction::createFrom: error setting codeId");
+    std::vector<ownedProvider> arguments;
+    for (std::size_t i = 1; i < call.params.size(); ++i) {
+        arguments.emplace_back(valueProvider::createFrom(call.params[i], call.flags));
+        if (!arguments.back())
+            refuse(L"callFunction::createFrom: error parsing \"%s\"", call.params[i].view());
+    }
+    return new callFunction(codeId, std::move(arguments));
+}
+
+// Ends the function: the value stands under a parameter name that every block and loop looks for.
+class _return final : public scriptbasestatement
+{
+public:
+    explicit _return(ownedProvider value) : mpValue(std::move(value)) {}
+
+    statement* clone() const override { return new _return(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        result.clear();
+        if (mpValue && !mpValue->getValue(context, result))
+            execError(this, L"error retrieving returnvalue");
+        if (!context.setParameter(scriptcontext::returnparam(), result))
+            execError(this, L"error setting returnvalue to context");
+    }
+
+    static statement* create(const callText& call) { return new _return(firstValue(call)); }
+
+private:
+    ownedProvider mpValue;
+};
+
+// Runs a statement as if it were a function body: what it returns is its value, and its signals end here.
+class treatasfunction final : public scriptbasestatement
+{
+public:
+    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) {}
+
+    statement* clone() const override { return new treatasfunction(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        try {
+            result.clear();
+            if (mpValue && !mpValue->getValue(context, result))
+                execError(this, L"error retrieving returnvalue");
+            if (copyReturned(context, result))
+                context.deleteParameter(scriptcontext::returnparam());
+            context.clearScriptSignal(breakSignal());
+            context.clearScriptSignal(breakAllSignal());
+            context.clearScriptSignal(continueSignal());
+        } catch (const exception& caught) {
+            execError(this, &caught, nullptr);
+        } catch (...) {
+            execError(this, nullptr);
+        }
+    }
+
+    static statement* create(const callText& call) { return new treatasfunction(firstValue(call)); }
+
+private:
+    ownedProvider mpValue;
+};
+
+const builtin rows[] = {
+    {L"callfunction", callFunction::create, L"(type$file$function, [argument], ...)"},
+    {L"treatasfunction", treatasfunction::create, L"(statement)"},
+    {L"return", _return::create, L"([value])"},
+};
+
+} // namespace
+
+constinit const builtinModule controlModule{L"control", rows};
+
+} // namespace qx::script

@@ -1,0 +1,298 @@
+// Numbers as text and back.
+#include "qxNumberText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace qx
+{
+
+namespace
+{
+
+bool isDigit(wchar_t c)
+{
+    return c >= L'0' && c <= L'9';
+}
+
+std::wstring_view trimmed(std::wstring_view text)
+{
+    constexpr std::wstring_view blanks = L" \t\r\n";
+    const std::size_t first = std::min(text.find_first_not_of(blanks), text.size());
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+// `word` is lower case ASCII.
+bool equalsWord(std::wstring_view text, std::string_view word)
+{
+    return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](wchar_t a, char b) {
+        return (a >= L'A' && a <= L'Z' ? a + 32 : a) == static_cast<wchar_t>(b);
+    });
+}
+
+// Takes a leading sign off; true for a minus.
+bool takeSign(std::wstring_view& text)
+{
+    if (text.empty() || (text[0] != L'+' && text[0] != L'-'))
+        return false;
+    const bool negative = text[0] == L'-';
+    text.remove_prefix(1);
+    return negative;
+}
+
+// `max` has two digits at least.
+bool readDigits(std::wstring_view text, unsigned long long max, unsigned long long& out)
+{
+    if (text.empty())
+        return false;
+    unsigned long long number = 0;
+    for (const wchar_t c : text) {
+        if (!isDigit(c))
+            return false;
+        const auto digit = static_cast<unsigned long long>(c - L'0');
+        if (number > (max - digit) / 10)
+            return false;
+        number = number * 10 + digit;
+    }
+    out = number;
+    return true;
+}
+
+// A decimal number in narrow characters, 0.DIGITS times a power of ten, whatever the length of the text:
+// digits that can no longer decide how the value is rounded are replaced by one that says whether they were
+// all zero.
+class decimal
+{
+public:
+    // False for text that is no number. The sign is off already.
+    bool read(std::wstring_view text)
+    {
+        std::size_t at = 0;
+        bool anyDigit = false;
+        for (bool fraction = false; at < text.size(); ++at) {
+            if (text[at] == L'.' && !fraction)
+                fraction = true;
+            else if (isDigit(text[at])) {
+                anyDigit = true;
+                put(static_cast<char>(text[at]), fraction);
+            } else
+                break;
+        }
+        return anyDigit && readExponent(text.substr(at));
+    }
+
+    bool isZero() const { return mCount == 0; }
+
+    // False when the value is out of the range of T.
+    template <class T>
+    bool value(T& out)
+    {
+        char* end = mText + mCount;
+        if (mDropped)
+            *end++ = '1';
+        const long long exponent = mExponent - (end - mText);
+        *end++ = 'e';
+        end = std::to_chars(end, mText + sizeof mText, exponent).ptr;
+        T number = 0;
+        const auto result = std::from_chars(mText, end, number);
+        if (result.ec != std::errc() || number == 0 || std::isinf(number))
+            return false;
+        out = number;
+        return true;
+    }
+
+private:
+    static constexpr int mostDigits = 800;           // more than 767 never decide about a double
+    static constexpr long long farAway = 1000000000; // an exponent that no length of a text brings back
+
+    void put(char digit, bool fraction)
+    {
+        const bool leadingZero = mCount == 0 && digit == '0';
+        if (!fraction && !leadingZero)
+            ++mExponent;
+        else if (fraction && leadingZero)
+            --mExponent;
+        if (leadingZero)
+            return;
+        if (mCount < mostDigits)
+            mText[mCount++] = digit;
+        else if (digit != '0')
+            mDropped = true;
+    }
+
+    bool readExponent(std::wstring_view text)
+    {
+        if (text.empty())
+            return true;
+        if (text[0] != L'e' && text[0] != L'E')
+            return false;
+        text.remove_prefix(1);
+        const bool negative = takeSign(text);
+        if (text.empty())
+            return false;
+        long long exponent = 0;
+        for (const wchar_t c : text) {
+            if (!isDigit(c))
+                return false;
+            exponent = std::min(exponent * 10 + (c - L'0'), farAway * 1000);
+        }
+        mExponent = std::clamp(mExponent + (negative ? -exponent : exponent), -farAway, farAway);
+        return true;
+    }
+
+    char mText[mostDigits + 32];
+    int mCount = 0;
+    long long mExponent = 0;
+    bool mDropped = false;
+};
+
+template <class T>
+bool readAnyFloating(std::wstring_view text, T& out)
+{
+    text = trimmed(text);
+    const bool negative = takeSign(text);
+    T number = 0;
+    if (equalsWord(text, "inf"))
+        number = std::numeric_limits<T>::infinity();
+    else if (equalsWord(text, "nan"))
+        number = std::numeric_limits<T>::quiet_NaN();
+    else {
+        decimal digits;
+        if (!digits.read(text) || (!digits.isZero() && !digits.value(number)))
+            return false;
+    }
+    out = negative ? -number : number;
+    return true;
+}
+
+// Lays the shortest digits of a finite number out; gives the end of what was written.
+template <class T>
+char* layOut(char* to, T value)
+{
+    char scientific[32];
+    const char* const end =
+        std::to_chars(scientific, scientific + sizeof scientific, value, std::chars_format::scientific).ptr;
+    const char* const mark = std::find(static_cast<const char*>(scientific), end, 'e');
+    char digits[24];
+    char* digitsEnd = std::remove_copy(static_cast<const char*>(scientific), mark, digits, '.');
+    const bool negative = digits[0] == '-';
+    const char* first = digits + negative;
+    int exponent = 0;
+    std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
+
+    constexpr int leastPlain = -7, beyondPlain = 21;
+    if (negative)
+        *to++ = '-';
+    const std::ptrdiff_t count = digitsEnd - first;
+    if (exponent < leastPlain || exponent >= beyondPlain) {
+        *to++ = *first;
+        if (count > 1) {
+            *to++ = '.';
+            to = std::copy(first + 1, static_cast<const char*>(digitsEnd), to);
+        }
+        *to++ = 'e';
+        if (exponent > 0)
+            *to++ = '+';
+        return std::to_chars(to, to + 8, exponent).ptr;
+    }
+    if (exponent < 0) {
+        *to++ = '0';
+        *to++ = '.';
+        to = std::fill_n(to, -exponent - 1, '0');
+        return std::copy(first, static_cast<const char*>(digitsEnd), to);
+    }
+    for (std::ptrdiff_t i = 0; i < std::max<std::ptrdiff_t>(count, exponent + 1); ++i) {
+        if (i == exponent + 1)
+            *to++ = '.';
+        *to++ = i < count ? first[i] : '0';
+    }
+    return to;
+}
+
+template <class T>
+std::string_view floatingText(char (&buffer)[48], T value)
+{
+    if (std::isnan(value))
+        return "nan";
+    if (std::isinf(value))
+        return value < 0 ? "-inf" : "inf";
+    return {buffer, static_cast<std::size_t>(layOut(buffer, value) - buffer)};
+}
+
+} // namespace
+
+bool detail::readSigned(std::wstring_view text, long long min, long long max, long long& out) noexcept
+{
+    text = trimmed(text);
+    const bool negative = takeSign(text);
+    // The magnitude of the least number is one more than that of the greatest.
+    const auto limit =
+        negative ? 0 - static_cast<unsigned long long>(min) : static_cast<unsigned long long>(max);
+    unsigned long long magnitude = 0;
+    if (!readDigits(text, limit, magnitude))
+        return false;
+    out = static_cast<long long>(negative ? 0 - magnitude : magnitude);
+    return true;
+}
+
+bool detail::readUnsigned(std::wstring_view text, unsigned long long max, unsigned long long& out) noexcept
+{
+    text = trimmed(text);
+    return !takeSign(text) && readDigits(text, max, out);
+}
+
+bool detail::readFloating(std::wstring_view text, float& out) noexcept
+{
+    return readAnyFloating(text, out);
+}
+
+bool detail::readFloating(std::wstring_view text, double& out) noexcept
+{
+    return readAnyFloating(text, out);
+}
+
+bool detail::readBool(std::wstring_view text, bool& out) noexcept
+{
+    text = trimmed(text);
+    const auto isAnyOf = [text](auto... words) { return (equalsWord(text, words) || ...); };
+    const bool yes = isAnyOf("true", "1", "yes");
+    if (!yes && !isAnyOf("false", "0", "no"))
+        return false;
+    out = yes;
+    return true;
+}
+
+void numberText::write(std::string_view characters) noexcept
+{
+    mSize = characters.size();
+    std::copy(characters.begin(), characters.end(), mCharacters);
+}
+
+void numberText::write(long long value) noexcept
+{
+    char digits[24];
+    write(std::string_view(digits,
+                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+}
+
+void numberText::write(unsigned long long value) noexcept
+{
+    char digits[24];
+    write(std::string_view(digits,
+                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+}
+
+void numberText::writeFloating(float value) noexcept
+{
+    char buffer[48];
+    write(floatingText(buffer, value));
+}
+
+void numberText::writeFloating(double value) noexcept
+{
+    char buffer[48];
+    write(floatingText(buffer, value));
+}
+
+} // namespace qx

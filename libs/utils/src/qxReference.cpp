@@ -1,0 +1,22 @@
+// References to variables, as conversions follow them.
+#include "qxReference.h"
+
+namespace qx::typeconvert
+{
+
+sharedPtr<genericValue> referredVariable(const sharedPtr<genericValue>& reference)
+{
+    sharedPtr<genericValue> variable = reference;
+    for (int followed = 0; variable && followed < referencesAtMost; ++followed) {
+        const sharedPtr<genericValue::holderbase> shared = variable->holderCopy();
+        if (!dynamic_cast<genericValue::holder<sharedPtr<genericValue>>*>(shared.get()))
+            return variable;
+        sharedPtr<genericValue> next;
+        genericValue::ptrholder<sharedPtr<genericValue>> target(&next);
+        shared->copyTo(target);
+        variable = next;
+    }
+    return {};
+}
+
+} // namespace qx::typeconvert

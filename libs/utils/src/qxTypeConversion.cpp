@@ -1,0 +1,195 @@
+// The manager of conversions between held types.
+//
+// What the library itself converts is one table, made once out of lists of types and never changed. What
+// others add stands in a list of its own, which a conversion looks at only when the pair of types may be in
+// it.
+#include "qxTypeConversion.h"
+
+#include "qxHeldTypes.h"
+#include "qxPlainConversion.h"
+#include "qxReference.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <shared_mutex>
+#include <typeindex>
+#include <unordered_map>
+
+namespace qx::typeconvert
+{
+
+namespace
+{
+
+using function = bool (*)(void* destination, const void* source, int format, char* formatText);
+
+// type_info is compared by name, so that one type is one key in all libraries.
+struct typePair
+{
+    std::type_index to;
+    std::type_index from;
+
+    bool operator==(const typePair& other) const = default;
+    std::size_t hash() const noexcept { return to.hash_code() * 31 + from.hash_code(); }
+};
+
+struct hashOfPair
+{
+    std::size_t operator()(const typePair& pair) const noexcept { return pair.hash(); }
+};
+
+using conversionTable = std::unordered_map<typePair, function, hashOfPair>;
+
+template <class... T>
+struct typeList
+{};
+
+template <class... A, class... B>
+constexpr typeList<A..., B...> operator+(typeList<A...>, typeList<B...>)
+{
+    return {};
+}
+
+using plainTypes = typeList<bool, short, ushort, int, uint, long32, ulong32, uint64, float, double, string,
+                            date, time, timestamp, locString, directory>;
+// Held types that convert only where a reference to a variable holds them or is to hold them.
+using opaqueTypes =
+    typeList<calcCrc32, valueArray, void*, std::map<short, genericValue>, std::map<int, genericValue>,
+             std::map<long32, genericValue>, std::map<string, genericValue>>;
+
+template <class To, class From>
+bool convertPlain(void* to, const void* from, int format, char*)
+{
+    return plainConversion<To, From>::run(*static_cast<To*>(to), *static_cast<const From*>(from), format);
+}
+
+template <class To, class From>
+void enterPlain(conversionTable& table)
+{
+    if constexpr (plainPair<To, From>)
+        table.emplace(typePair{typeid(To), typeid(From)}, convertPlain<To, From>);
+}
+
+template <class... From>
+void enterPlainPairs(conversionTable& table, typeList<From...>)
+{
+    const auto enterTo = [&]<class To>(typeList<To>) { (enterPlain<To, From>(table), ...); };
+    (enterTo(typeList<From>()), ...);
+}
+
+template <class T>
+void enterReference(conversionTable& table)
+{
+    using reference = sharedPtr<genericValue>;
+    table.emplace(typePair{typeid(T), typeid(reference)}, readReference<T>);
+    if constexpr (holdable<T>)
+        table.emplace(typePair{typeid(reference), typeid(T)}, writeReference<T>);
+}
+
+template <class... T>
+void enterReferences(conversionTable& table, typeList<T...>)
+{
+    (enterReference<T>(table), ...);
+}
+
+conversionTable ownConversions()
+{
+    conversionTable table;
+    enterPlainPairs(table, plainTypes());
+    enterReferences(table, plainTypes() + opaqueTypes());
+    return table;
+}
+
+typePair pairOf(const typeConverterBase& converter)
+{
+    return {converter.destinationType(), converter.sourceType()};
+}
+
+std::uint64_t filterBit(const typePair& pair)
+{
+    return std::uint64_t(1) << pair.hash() % 64;
+}
+
+} // namespace
+
+struct typeConversionManager::tables
+{
+    const conversionTable own = ownConversions();
+
+    std::shared_mutex mutex;               // guards `added`
+    std::vector<typeConverterBase*> added; // the latest last
+    // A bit for each pair that was added, so that other conversions need not look: threads do not meet at the
+    // mutex.
+    std::atomic<std::uint64_t> addedPairs = 0;
+
+    // The next converter for `pair` before position `end`, which moves down to it; null when there is none.
+    typeConverterBase* nextAdded(const typePair& pair, std::size_t& end)
+    {
+        if (!(addedPairs.load(std::memory_order_acquire) & filterBit(pair)))
+            return nullptr;
+        const std::shared_lock reading(mutex);
+        for (end = std::min(end, added.size()); end-- > 0;) {
+            if (pairOf(*added[end]) == pair)
+                return added[end];
+        }
+        return nullptr;
+    }
+
+    // Under the exclusive lock.
+    void refreshFilter() noexcept
+    {
+        std::uint64_t bits = 0;
+        for (const typeConverterBase* converter : added)
+            bits |= filterBit(pairOf(*converter));
+        addedPairs.store(bits, std::memory_order_release);
+    }
+};
+
+typeConversionManager::typeConversionManager() : mpTables(new tables) {}
+
+typeConversionManager& typeConversionManager::instance()
+{
+    static typeConversionManager* const manager = new typeConversionManager;
+    return *manager;
+}
+
+void typeConversionManager::add(typeConverterBase* converter)
+{
+    if (!converter)
+        return;
+    const std::unique_lock writing(mpTables->mutex);
+    mpTables->added.push_back(converter);
+    mpTables->refreshFilter();
+}
+
+void typeConversionManager::remove(typeConverterBase* converter) noexcept
+{
+    const std::unique_lock writing(mpTables->mutex);
+    std::erase(mpTables->added, converter);
+    mpTables->refreshFilter();
+}
+
+bool typeConversionManager::convert(const std::type_info& toType, void* to, const std::type_info& fromType,
+                                    const void* from, int format, char* formatText) const
+{
+    stack::check();
+    const typePair pair{toType, fromType};
+    std::size_t end = SIZE_MAX;
+    while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end)) {
+        if (converter->convert(to, from, format, formatText))
+            return true;
+    }
+    const auto found = mpTables->own.find(pair);
+    return found != mpTables->own.end() && found->second(to, from, format, formatText);
+}
+
+bool typeConversionManager::exists(const std::type_info& toType, const std::type_info& fromType) const
+{
+    const typePair pair{toType, fromType};
+    std::size_t end = SIZE_MAX;
+    return mpTables->nextAdded(pair, end) || mpTables->own.contains(pair);
+}
+
+} // namespace qx::typeconvert
