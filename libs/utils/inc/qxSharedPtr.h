@@ -83,7 +83,7 @@ public:
     explicit operator bool() const noexcept { return m_p != nullptr; }
 
     // 0 for a null pointer.
-    ulong32 useCount() const noexcept { return mpCounter ? *mpCounter : ulong32(0u); }
+    ulong32 useCount() const noexcept { return mpCounter ? interlockedRead(mpCounter) : ulong32(0u); }
 
     // Both words, for those who count by hand: attach takes over one count that is already made, detach hands
     // it out.
