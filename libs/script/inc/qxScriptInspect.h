@@ -26,8 +26,9 @@ struct functionInfo
     string name;                    // as written
     std::vector<string> parameters; // the declarations, as written
     string body;
-    std::size_t line = 0;     // where it begins, from 1
-    std::size_t redefines = 0; // the line of the definition before it with the same name, whose place it takes; 0: none
+    std::size_t line = 0; // where it begins, from 1
+    std::size_t redefines =
+        0; // the line of the definition before it with the same name, whose place it takes; 0: none
 };
 
 // Why the definitions of a file end.
@@ -45,8 +46,8 @@ struct scriptFileInfo
     std::size_t endLine = 0; // of the definition that ends the reading; 0 in a complete file
 };
 
-// Lists the definitions of a script file; its extension tells whether it is scrambled. Throws readFileException for one
-// that cannot be read.
+// Lists the definitions of a script file; its extension tells whether it is scrambled. Throws
+// readFileException for one that cannot be read.
 QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
 
 // Loads a definition as its first call would. Throws parserException: what is wrong with its text, or
@@ -56,9 +57,9 @@ QXSCRIPT_API void checkFunction(const file& scriptFile, const functionInfo& chec
 // The file that code calls of this base path and file name run. Throws fileNotFoundException.
 QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileName);
 
-// Writes a scrambled copy of `from`, or a plain one of a scrambled file: the transform is its own inverse. `to` is
-// replaced when there is one, may be `from` itself, and is unchanged on failure. False when it cannot be written; throws
-// readFileException when `from` cannot be read.
+// Writes a scrambled copy of `from`, or a plain one of a scrambled file: the transform is its own inverse.
+// `to` is replaced when there is one, may be `from` itself, and is unchanged on failure. False when it cannot
+// be written; throws readFileException when `from` cannot be read.
 QXSCRIPT_API bool scrambleFile(const file& from, const file& to);
 
 // One built-in statement.

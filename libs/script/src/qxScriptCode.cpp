@@ -55,8 +55,8 @@ const scString& scriptBasePath()
 
 } // namespace
 
-// The functions that are loaded, under the file name as it was asked for and the function name. Two files of one name
-// share their entries, whatever their directories.
+// The functions that are loaded, under the file name as it was asked for and the function name. Two files of
+// one name share their entries, whatever their directories.
 struct codeManager::state
 {
     sharedPtr<function> find(const string& key)

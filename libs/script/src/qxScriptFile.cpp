@@ -29,7 +29,8 @@ std::wstring_view withoutBlanksAndComment(std::wstring_view line)
 
 bool opensDefinition(std::wstring_view line)
 {
-    return line.size() >= definitionMark.size() && string(line.substr(0, definitionMark.size())).lower() == definitionMark;
+    return line.size() >= definitionMark.size() &&
+           string(line.substr(0, definitionMark.size())).lower() == definitionMark;
 }
 
 // Collects the text of the next definition, which may be empty. False when there is none.
@@ -55,7 +56,8 @@ bool collectDefinition(scrdefReader& reader, string& text, std::size_t& lineNumb
     return isOpen;
 }
 
-// Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the closing one.
+// Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the
+// closing one.
 std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& parameters)
 {
     bool inString = false;
@@ -73,7 +75,8 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
             continue;
         }
         if (c == L'\\' && inString) {
-            // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition counts.
+            // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
+            // counts.
             escaped = true;
             continue;
         }

@@ -1,8 +1,8 @@
 // Script files: where they are found, and how their text is cut into definitions.
 //
-// A script file is a sequence of definitions `scrdef name(declarations) body`. Plain files end in .qxscr, scrambled ones
-// in .qxsscr. Reading only cuts: declarations stay as written and bodies stay text, so that one broken function does not
-// harm the others of its file.
+// A script file is a sequence of definitions `scrdef name(declarations) body`. Plain files end in .qxscr,
+// scrambled ones in .qxsscr. Reading only cuts: declarations stay as written and bodies stay text, so that
+// one broken function does not harm the others of its file.
 #pragma once
 
 #include "qxBinaryBuffer.h"
@@ -15,10 +15,10 @@
 namespace qx::script
 {
 
-// Finds the file of a code call: the bare name in the current directory, then the name with its two extensions in
-// `basePath` (if there is one), beside the running program, and in the current directory. On file systems that tell
-// upper from lower case each candidate is looked for as written and then without regard to case. Throws
-// fileNotFoundException with the last candidate.
+// Finds the file of a code call: the bare name in the current directory, then the name with its two
+// extensions in `basePath` (if there is one), beside the running program, and in the current directory. On
+// file systems that tell upper from lower case each candidate is looked for as written and then without
+// regard to case. Throws fileNotFoundException with the last candidate.
 file findScriptFile(const string& basePath, const string& fileName);
 
 // Scrambles or unscrambles a whole text of a script file.
@@ -27,7 +27,8 @@ void scramble(binaryBuffer& text);
 // True for a file whose extension says that its content is scrambled.
 bool isScrambled(const file& scriptFile);
 
-// Reads a script file as plain text, in whichever form it is. False, with `text` empty, when it cannot be read.
+// Reads a script file as plain text, in whichever form it is. False, with `text` empty, when it cannot be
+// read.
 bool readScriptText(const file& scriptFile, binaryBuffer& text);
 
 // The keys of a definition in the configStructure; the declarations follow as "parameter1", "parameter2", ...
@@ -52,8 +53,8 @@ public:
     void clear() { mText.clear(); }
     const file& source() const { return mSource; }
 
-    // The next line that is not empty, without its line end. False at the end. Throws the bool value false for a byte
-    // that stands for no character.
+    // The next line that is not empty, without its line end. False at the end. Throws the bool value false
+    // for a byte that stands for no character.
     bool readLine(string& line);
 
     // Where the next readLine begins.
@@ -92,8 +93,9 @@ enum class definitionResult
 // Reads the definition at the reader's position and moves behind it.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
 
-// Stores all definitions of the text: a section for each name, its body and its declarations under their keys. Reading
-// ends silently at a definition that cannot be cut. Throws readFileException with the reader's file for whatever fails.
+// Stores all definitions of the text: a section for each name, its body and its declarations under their
+// keys. Reading ends silently at a definition that cannot be cut. Throws readFileException with the reader's
+// file for whatever fails.
 void readDefinitions(scrdefReader& reader, configStructure& definitions);
 
 } // namespace qx::script

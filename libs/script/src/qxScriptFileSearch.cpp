@@ -1,5 +1,5 @@
-// The search for script files. Code calls come lower-cased, so a file system that tells upper from lower case needs a
-// second look at each place, through listings of directories whose names are folded to lower case.
+// The search for script files. Code calls come lower-cased, so a file system that tells upper from lower case
+// needs a second look at each place, through listings of directories whose names are folded to lower case.
 #include "qxScriptFile.h"
 
 #include "qxDirectory.h"
@@ -41,8 +41,8 @@ private:
         std::shared_ptr<const foldedNames> names;
     };
 
-    // A change that follows another within the clock's grain leaves the directory's time as it is; so only what was
-    // listed when the directory had been still for that long is kept.
+    // A change that follows another within the clock's grain leaves the directory's time as it is; so only
+    // what was listed when the directory had been still for that long is kept.
     static constexpr long long grain = 2000; // milliseconds
     static constexpr std::size_t most = 256;
 
@@ -87,7 +87,8 @@ private:
 
 foldedListings& listings()
 {
-    static foldedListings* const kept = new foldedListings; // never destroyed: a host may call while the process ends
+    static foldedListings* const kept =
+        new foldedListings; // never destroyed: a host may call while the process ends
     return *kept;
 }
 
@@ -97,7 +98,8 @@ bool tellsCaseApart()
     return answer;
 }
 
-// Follows the parts of a name from `directoryName` without regard to case; the first file in code-unit order wins.
+// Follows the parts of a name from `directoryName` without regard to case; the first file in code-unit order
+// wins.
 bool findFolded(const string& directoryName, const std::vector<string>& parts, std::size_t next, file& found)
 {
     const string& part = parts[next];

@@ -7,8 +7,8 @@
 namespace qx::script
 {
 
-sharedPtr<function> function::parse(const string& body, const std::vector<string>& declarations, const file& source,
-                                    const timestamp& time)
+sharedPtr<function> function::parse(const string& body, const std::vector<string>& declarations,
+                                    const file& source, const timestamp& time)
 {
     sharedPtr<function> made(new function);
     made->mpStatement = sharedPtr<statement>(statementParser::instance()->createStatementFrom(body, 0));
@@ -23,7 +23,8 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     return made;
 }
 
-void function::bind(const string& name, const std::vector<genericValue>& arguments, scriptcontext& context) const
+void function::bind(const string& name, const std::vector<genericValue>& arguments,
+                    scriptcontext& context) const
 {
     try {
         std::size_t next = 0;

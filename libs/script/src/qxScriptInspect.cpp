@@ -46,7 +46,8 @@ scriptFileInfo listFunctions(const file& scriptFile)
             line = definition.line;
         }
         if (result != definitionResult::atEnd) {
-            info.end = result == definitionResult::blankInName ? scriptFileEnd::blankInName : scriptFileEnd::withoutText;
+            info.end = result == definitionResult::blankInName ? scriptFileEnd::blankInName
+                                                               : scriptFileEnd::withoutText;
             info.endLine = definition.line;
         }
     } catch (bool) { // a byte that stands for no character
