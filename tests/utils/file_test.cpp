@@ -266,7 +266,10 @@ TEST(fileIterator, attributes_let_hidden_and_system_files_in)
     {
         bool listDirectory(const string&, std::vector<qx::directoryEntry>& entries) override
         {
-            entries = {{L"h", false, true, false}, {L"n", false, false, false}, {L"s", false, false, true}};
+            entries = {{L"h", false, true, false},
+                       {L"n", false, false, false},
+                       {L"s", false, false, true},
+                       {L"no\\name", false, false, false}};
             return true;
         }
     };

@@ -3,10 +3,11 @@
 //     qx::script::scriptcontext context;
 //     std::vector<qx::genericValue> arguments{qx::genericValue(qx::string(L"4"))};
 //     qx::genericValue result;
-//     qx::script::codeManager::instance()->executeFunction(L"scripts", L"script$tools$pick", context, arguments, result);
+//     qx::script::codeManager::instance()->executeFunction(L"scripts", L"script$tools$pick", context,
+//     arguments, result);
 //
-// A code call is `type$file$function`; an empty type means a script file. Loaded functions are cached by file and
-// function name and reloaded when their file's time is newer.
+// A code call is `type$file$function`; an empty type means a script file. Loaded functions are cached by file
+// and function name and reloaded when their file's time is newer.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -28,17 +29,20 @@ public:
     // The one manager of the process, made at the first call; never destroyed. Safe from several threads.
     static codeManager* instance();
 
-    // Splits a code call; file and function come lower-cased. False, with the outputs unchanged, unless there are three
-    // fields; false for an unknown type, which is reported through assertMsg; false when file or function is empty.
+    // Splits a code call; file and function come lower-cased. False, with the outputs unchanged, unless there
+    // are three fields; false for an unknown type, which is reported through assertMsg; false when file or
+    // function is empty.
     bool parseCodeCall(const string& call, eCodeType& type, string& file, string& function);
 
-    // Runs a script function. The file is searched in the current directory by its bare name, then with its extensions
-    // in `basePath`, beside the executable and in the current directory. The arguments are bound to the declared
-    // parameters, copied, and stay in `context` with the returned value. True when the function has run; `result` takes
-    // what it returned and is left as it is when it returned nothing. False when there is nothing to run.
+    // Runs a script function. The file is searched in the current directory by its bare name, then with its
+    // extensions in `basePath`, beside the executable and in the current directory. The arguments are bound
+    // to the declared parameters, copied, and stay in `context` with the returned value. True when the
+    // function has run; `result` takes what it returned and is left as it is when it returned nothing. False
+    // when there is nothing to run.
     //
-    // Throws fileNotFoundException, scriptFunctionNotFoundException, readFileException and parserException while
-    // loading, prepareParameterException for a parameter, scriptExecException for everything that the run throws.
+    // Throws fileNotFoundException, scriptFunctionNotFoundException, readFileException and parserException
+    // while loading, prepareParameterException for a parameter, scriptExecException for everything that the
+    // run throws.
     bool executeFunction(const string& basePath, const string& call, scriptcontext& context,
                          std::vector<genericValue>& arguments, genericValue& result);
 

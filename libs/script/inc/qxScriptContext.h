@@ -1,12 +1,14 @@
 // Contexts: where a run keeps its variables.
 //
-// A codecontext is the scope of one block. A scriptcontext is the root of a chain of blocks: one call of a script
-// function, with its parameters, its control signals and the global variables that all calls of a run share.
+// A codecontext is the scope of one block. A scriptcontext is the root of a chain of blocks: one call of a
+// script function, with its parameters, its control signals and the global variables that all calls of a run
+// share.
 //
 //     qx::script::scriptcontext context;
 //     context.setGlobalContextVariable(qx::scString::createFrom(L"user"), qx::genericValue(name));
 //
-// Names compare exactly; the statements of the language lower-case theirs. A context is for one thread at a time.
+// Names compare exactly; the statements of the language lower-case theirs. A context is for one thread at a
+// time.
 #pragma once
 
 #include "qxGenericSet.h"
@@ -20,14 +22,15 @@ class scriptcontext;
 class QXSCRIPT_API codecontext
 {
 public:
-    // The scope of a block inside `outer`, which is borrowed. Null fails the check "mpOuterBlock!=NULL": a report, then
-    // the bool value false thrown.
+    // The scope of a block inside `outer`, which is borrowed. Null fails the check "mpOuterBlock!=NULL": a
+    // report, then the bool value false thrown.
     explicit codecontext(codecontext* outer);
     codecontext(const codecontext&) = delete;
     codecontext& operator=(const codecontext&) = delete;
     virtual ~codecontext();
 
-    // True when variableAddress finds the name: as a local of this or an outer block, a parameter, or a global.
+    // True when variableAddress finds the name: as a local of this or an outer block, a parameter, or a
+    // global.
     virtual bool hasVariable(const scString& name) const;
 
     // What concerns the call and not the block goes outward to the root, see scriptcontext.
@@ -49,26 +52,26 @@ public:
     virtual sharedPtr<genericValue> scriptSignal(const scString& name);
     virtual void clearScriptSignal(const scString& name);
 
-    // Makes a local variable of this block. False, with nothing changed, when the name is visible already in whatever
-    // way.
+    // Makes a local variable of this block. False, with nothing changed, when the name is visible already in
+    // whatever way.
     bool createVariable(const scString& name, const genericValue& value);
-    // Writes the innermost local variable of the name. False when no block has one; parameters and globals are left
-    // alone.
+    // Writes the innermost local variable of the name. False when no block has one; parameters and globals
+    // are left alone.
     bool setVariable(const scString& name, const genericValue& value);
     // The visible variable of the name. Throws variableNotFoundException.
     genericValue& variable(const scString& name);
     const genericValue& variable(const scString& name) const;
-    // The storage of the visible variable: locals from the innermost block outward, then parameters, then globals. A null
-    // pointer for an unknown name.
+    // The storage of the visible variable: locals from the innermost block outward, then parameters, then
+    // globals. A null pointer for an unknown name.
     sharedPtr<genericValue> variableAddress(const scString& name);
 
-    // Lets `callee` share this run's global variables. Throws unexpectedErrorException when it has some already.
+    // Lets `callee` share this run's global variables. Throws unexpectedErrorException when it has some
+    // already.
     void initScriptContext(scriptcontext& callee);
 
 protected:
     struct rootTag
-    {
-    };
+    {};
     // The root of a chain has no outer block.
     explicit codecontext(rootTag) noexcept {}
 
@@ -102,8 +105,8 @@ public:
     sharedPtr<genericValue> scriptSignal(const scString& name) override;
     void clearScriptSignal(const scString& name) override;
 
-    // The name under which a returned value stands among the parameters. A context that is to run again must lose it
-    // first: context.deleteParameter(scriptcontext::returnparam()).
+    // The name under which a returned value stands among the parameters. A context that is to run again must
+    // lose it first: context.deleteParameter(scriptcontext::returnparam()).
     static const scString& returnparam();
 
 private:

@@ -3,17 +3,18 @@
 //     qx::exception
 //       scriptException                       every failure of the engine
 //         parserException                     text that cannot become a statement or a function
-//           errParsingException, missingBracketException, missingStringEndException, errParsingParamTypeException,
-//           errParsingDataTypeException, errParsingDefaultOfParamException, numParamsException,
-//           scriptFunctionNotFoundException
+//           errParsingException, missingBracketException, missingStringEndException,
+//           errParsingParamTypeException, errParsingDataTypeException, errParsingDefaultOfParamException,
+//           numParamsException, scriptFunctionNotFoundException
 //         parameterNotFoundException, globalVarNotFoundException, variableNotFoundException,
 //         inParameterNotFoundException, prepareParameterException
 //         scriptExecException                 a statement failed at run time
-//       exceptionDetail                       carries a detail text to the statement's own failure; stays inside
+//       exceptionDetail                       carries a detail text to the statement's own failure; stays
+//       inside
 //
-// Parsing wraps what it catches once for each level of the text, running once for each enclosing statement. Beside these
-// a plain qx::string travels, thrown by the script itself; it is never wrapped by a statement. `previous` may be null
-// everywhere; texts may not.
+// Parsing wraps what it catches once for each level of the text, running once for each enclosing statement.
+// Beside these a plain qx::string travels, thrown by the script itself; it is never wrapped by a statement.
+// `previous` may be null everywhere; texts may not.
 #pragma once
 
 #include "qxException.h"
@@ -119,7 +120,8 @@ public:
 class QXSCRIPT_API prepareParameterException : public scriptException
 {
 public:
-    prepareParameterException(const wchar_t* function, const wchar_t* parameter, const exception* previous = nullptr);
+    prepareParameterException(const wchar_t* function, const wchar_t* parameter,
+                              const exception* previous = nullptr);
 };
 
 class QXSCRIPT_API scriptExecException : public scriptException

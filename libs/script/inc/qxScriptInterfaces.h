@@ -1,7 +1,7 @@
 // The contract with the host's objects.
 //
-// Scripts never see a class of the host. They hold counted pointers to objects that answer queryInterface with a
-// wide-string name. An object offers `unknown` and whichever other interfaces it likes.
+// Scripts never see a class of the host. They hold counted pointers to objects that answer queryInterface
+// with a wide-string name. An object offers `unknown` and whichever other interfaces it likes.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -10,15 +10,16 @@
 namespace qx::intrface
 {
 
-// The root of every interface. Objects count their own references, interlocked, and delete themselves at zero.
+// The root of every interface. Objects count their own references, interlocked, and delete themselves at
+// zero.
 class unknown
 {
 public:
     // Give the new count.
     virtual uint addRef() = 0;
     virtual uint release() = 0;
-    // Sets `*out` to null; if the object offers the interface, sets it to that interface's pointer, with one reference
-    // for the caller, and gives true. The caller looks at the pointer alone.
+    // Sets `*out` to null; if the object offers the interface, sets it to that interface's pointer, with one
+    // reference for the caller, and gives true. The caller looks at the pointer alone.
     virtual bool queryInterface(const wchar_t* name, const void** out) const = 0;
     virtual bool queryInterface(const wchar_t* name, void** out) = 0;
 
@@ -121,7 +122,8 @@ public:
         return *this;
     }
 
-    // From a plain pointer, which may be null: `share` takes a reference of its own, `adopt` takes over the caller's.
+    // From a plain pointer, which may be null: `share` takes a reference of its own, `adopt` takes over the
+    // caller's.
     static interfaceptr share(T* object)
     {
         interfaceptr made = adopt(object);
@@ -140,6 +142,9 @@ public:
     T* get() const noexcept { return this->mpInterface; }
     T* operator->() const noexcept { return this->mpInterface; }
 };
+
+extern template class QXSCRIPT_API const_interfaceptr<unknown>;
+extern template class QXSCRIPT_API interfaceptr<unknown>;
 
 } // namespace qx::intrface
 

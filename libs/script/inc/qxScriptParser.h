@@ -1,6 +1,7 @@
 // The parser and the modules that it asks.
 //
-// The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;` and grouped by
+// The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;`
+// and grouped by
 // `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of it wins.
 //
 //     static qx::script::statement* makeMine(const qx::string& name, const std::vector<qx::string>& types,
@@ -23,14 +24,14 @@ enum statementFlags
     breakAllowed = 2
 };
 
-// Makes a statement for a call that it knows, owned by the caller, or gives null for one that it declines. `name` and
-// `types` come lower-cased and without blanks, `params` as written. May throw: an exception becomes the reason of an
-// errParsingException, anything else an errParsingException without one.
+// Makes a statement for a call that it knows, owned by the caller, or gives null for one that it declines.
+// `name` and `types` come lower-cased and without blanks, `params` as written. May throw: an exception
+// becomes the reason of an errParsingException, anything else an errParsingException without one.
 using statementFactory = statement* (*)(const string& name, const std::vector<string>& types,
                                         const std::vector<string>& params, int flags);
 
-// A statement factory with an identity. The place of a module among the others is its address: the built-in modules
-// stand in one array, modules below it are asked before them, modules above it behind.
+// A statement factory with an identity. The place of a module among the others is its address: the built-in
+// modules stand in one array, modules below it are asked before them, modules above it behind.
 class QXSCRIPT_API scriptModule
 {
 public:
@@ -39,8 +40,8 @@ public:
     scriptModule(const scriptModule&) = delete;
     scriptModule& operator=(const scriptModule&) = delete;
 
-    // Enters this module into the parser's set, for good: the module must live as long as the parser is used. A second
-    // call changes nothing. Must not run while another thread parses or registers.
+    // Enters this module into the parser's set, for good: the module must live as long as the parser is used.
+    // A second call changes nothing. Must not run while another thread parses or registers.
     void registerModule();
 
     statementFactory factory() const noexcept { return mFactory; }
@@ -55,9 +56,9 @@ public:
     // The one parser of the process, made at the first call; never destroyed.
     static statementParser* instance();
 
-    // Makes the statement tree of `text`, owned by the caller. Null, and no failure, for text that holds no statement:
-    // blank, or without any bracket. Throws errParsingException, with the reason as its previous one, for text that
-    // cannot become a statement.
+    // Makes the statement tree of `text`, owned by the caller. Null, and no failure, for text that holds no
+    // statement: blank, or without any bracket. Throws errParsingException, with the reason as its previous
+    // one, for text that cannot become a statement.
     statement* createStatementFrom(const string& text, int flags) const;
     // The same over a counted text, which the failures share.
     statement* createStatementFrom(const textSlice& text, int flags) const;

@@ -1,7 +1,8 @@
 // valueProvider: the source of a parameter's value at run time.
 //
-// The language has three forms of parameter: a literal in quotation marks, a nested call, and a bare word that names a
-// variable. A provider is made once from the parameter's text and asked for its value on each run; nothing is cached.
+// The language has three forms of parameter: a literal in quotation marks, a nested call, and a bare word
+// that names a variable. A provider is made once from the parameter's text and asked for its value on each
+// run; nothing is cached.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -18,16 +19,16 @@ class QXSCRIPT_API valueProvider
 public:
     virtual ~valueProvider();
 
-    // Writes the current value into `value`. A literal is converted into the type that `value` holds and fails by
-    // throwing the bool value false where that is refused; a nested call or a variable writes as its statement does. True
-    // on success.
+    // Writes the current value into `value`. A literal is converted into the type that `value` holds and
+    // fails by throwing the bool value false where that is refused; a nested call or a variable writes as its
+    // statement does. True on success.
     virtual bool getValue(codecontext& context, genericValue& value) const = 0;
     // A new provider with a tree of its own, owned by the caller.
     virtual valueProvider* clone() const = 0;
 
     // Makes the provider of one parameter text, owned by the caller. `flags` are the statement flags, see
-    // statementParser. Throws errParsingException for an empty text and for text that gives no statement, what parsing
-    // throws, and outOfMemoryException.
+    // statementParser. Throws errParsingException for an empty text and for text that gives no statement,
+    // what parsing throws, and outOfMemoryException.
     static valueProvider* createFrom(const string& text, int flags);
     static valueProvider* createFrom(const textSlice& text, int flags);
 };

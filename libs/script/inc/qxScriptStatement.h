@@ -1,12 +1,10 @@
 // Statements: what script text becomes, and what runs.
 //
-// A tree of statements is immutable once it is parsed: all state of a run lies in the context and in the result. One
-// tree may run many times, recursively, and on several threads, each with a context of its own.
+// A tree of statements is immutable once it is parsed: all state of a run lies in the context and in the
+// result. One tree may run many times, recursively, and on several threads, each with a context of its own.
 //
-//     qx::script::statement* block = qx::script::statement::createFrom(L"{ createvar(a, \"1\"); return(a); }", 0);
-//     qx::script::scriptcontext context;
-//     qx::genericValue result;
-//     block->exec(context, result);
+//     qx::script::statement* block = qx::script::statement::createFrom(L"{ createvar(a, \"1\"); return(a);
+//     }", 0); qx::script::scriptcontext context; qx::genericValue result; block->exec(context, result);
 //     block->destroy();
 #pragma once
 
@@ -36,8 +34,8 @@ public:
     // Parses `text`, see statementParser::createStatementFrom.
     static statement* createFrom(const string& text, int flags);
 
-    // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what was caught
-    // as its reason; a qx::string thrown by the script passes as it is.
+    // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
+    // was caught as its reason; a qx::string thrown by the script passes as it is.
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
@@ -54,12 +52,14 @@ public:
         raiseDetail(string::sformat(format, arguments...));
     }
     template <class... Args>
-    [[noreturn]] static void execErrorDetail(const statement*, const wchar_t* format, const Args&... arguments)
+    [[noreturn]] static void execErrorDetail(const statement*, const wchar_t* format,
+                                             const Args&... arguments)
     {
         raiseDetail(string::sformat(format, arguments...));
     }
-    // For a catch handler inside execute: hands on `cause`, which may be null, as the reason of this statement's failure.
-    // The detail text of an exceptionDetail takes the place of `format`. A null statement is shown as "***unknown***".
+    // For a catch handler inside execute: hands on `cause`, which may be null, as the reason of this
+    // statement's failure. The detail text of an exceptionDetail takes the place of `format`. A null
+    // statement is shown as "***unknown***".
     template <class... Args>
     [[noreturn]] static void execError(const statement* failed, const exception* cause, const wchar_t* format,
                                        const Args&... arguments)
@@ -74,7 +74,8 @@ protected:
 
 private:
     [[noreturn]] static void raiseDetail(const string& detail);
-    [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause, const string& detail);
+    [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause,
+                                         const string& detail);
     [[noreturn]] void raiseCaught() const;
     void trace(const wchar_t* format) const;
 
@@ -88,7 +89,8 @@ struct declaredParameter
     bool required;
 };
 
-// Base of functions with named parameters: declared at parse time, bound by position, asked for by name at run time.
+// Base of functions with named parameters: declared at parse time, bound by position, asked for by name at
+// run time.
 //
 //     class shout final : public qx::script::singlefunction { ... };
 //     // in the factory:  made->parse(L"shout", params, flags, L"text", true, L"times", false, nullptr);
@@ -103,23 +105,24 @@ protected:
     // The copy has providers of its own.
     singlefunction(const singlefunction& other);
 
-    // Binds the texts of a call to the declared names: pairs of a name and whether it is required, ended by a null name.
-    // A null first name declares no parameters. The texts beyond the declared names are not looked at. Always true when
-    // it returns; every failure is an errParsingException of "FUNCTION(...)" with the reason as its previous one. To be
-    // called once per object.
+    // Binds the texts of a call to the declared names: pairs of a name and whether it is required, ended by a
+    // null name. A null first name declares no parameters. The texts beyond the declared names are not looked
+    // at. Always true when it returns; every failure is an errParsingException of "FUNCTION(...)" with the
+    // reason as its previous one. To be called once per object.
     template <class... Rest>
     bool parse(const wchar_t* function, const std::vector<string>& params, int flags, const wchar_t* name,
                const Rest&... rest)
     {
-        const declarationItem items[] = {declarationItem(name), declarationItem(rest)..., declarationItem(nullptr)};
+        const declarationItem items[] = {declarationItem(name), declarationItem(rest)...,
+                                         declarationItem(nullptr)};
         return parseDeclared(function, params, flags, items);
     }
     // The same over slices of a counted text.
     bool parse(const wchar_t* function, const std::vector<textSlice>& params, int flags,
                const std::vector<declaredParameter>& declared);
 
-    // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with `value`
-    // untouched, when the call did not give it.
+    // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with
+    // `value` untouched, when the call did not give it.
     bool getParamValue(const wchar_t* name, codecontext& context, genericValue& value) const;
 
 private:

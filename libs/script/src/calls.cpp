@@ -37,8 +37,7 @@ class callFunction final : public scriptbasestatement
 public:
     callFunction(string codeId, std::vector<ownedProvider> arguments)
         : mCodeId(std::move(codeId)), mArguments(std::move(arguments))
-    {
-    }
+    {}
 
     statement* clone() const override { return new callFunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -66,8 +65,8 @@ private:
         return values;
     }
 
-    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it. A value
-    // that is neither text nor a directory leaves it empty.
+    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
+    // A value that is neither text nor a directory leaves it empty.
     static string basePath(codecontext& context)
     {
         genericValue base = context.globalContextVariable(scriptBasePath());

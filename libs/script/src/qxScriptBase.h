@@ -36,7 +36,8 @@ public:
 
     // Both blocks share their children.
     statement* clone() const override { return new compoundstatement(*this); }
-    // Runs the children until one raises a signal. The value of a block is what was returned inside it, if anything.
+    // Runs the children until one raises a signal. The value of a block is what was returned inside it, if
+    // anything.
     void execute(codecontext& context, genericValue& result) const override;
 
 private:

@@ -21,18 +21,18 @@ errParsingException::errParsingException(const textSlice& text, const exception*
 namespace
 {
 
-// REQUIRED: the text opens a parenthesis that it never closes, and a string without its end shares the id. Held by
-// exceptionTexts.
+// REQUIRED: the text opens a parenthesis that it never closes, and a string without its end shares the id.
+// Held by exceptionTexts.
 const wchar_t* const missingClosingId = L"EMissCloseBracket";
 const wchar_t* const missingBracketText = L"Missing closing bracket (\"[Br]\" for statement \"[Str]\"";
 const wchar_t* const missingStringEndText = L"Missing end of string for statement \"[Str]\"";
 
 } // namespace
 
-missingBracketException::missingBracketException(wchar_t bracket, const wchar_t* statement, const exception* previous)
+missingBracketException::missingBracketException(wchar_t bracket, const wchar_t* statement,
+                                                 const exception* previous)
     : missingBracketException(bracket, textSlice(string(statement)), previous)
-{
-}
+{}
 
 missingBracketException::missingBracketException(wchar_t bracket, const textSlice& statement,
                                                  const exception* previous)
@@ -44,8 +44,7 @@ missingBracketException::missingBracketException(wchar_t bracket, const textSlic
 
 missingStringEndException::missingStringEndException(const wchar_t* statement, const exception* previous)
     : missingStringEndException(textSlice(string(statement)), previous)
-{
-}
+{}
 
 missingStringEndException::missingStringEndException(const textSlice& statement, const exception* previous)
     : parserException(locString(missingClosingId, missingStringEndText), previous)
@@ -69,7 +68,8 @@ errParsingDefaultOfParamException::errParsingDefaultOfParamException(const wchar
                                                                      const wchar_t* parameter,
                                                                      const exception* previous)
     : parserException(
-          locString(L"EParsingDefOfParam", L"Error parsing defaultvalue \"[Def]\" of parameter \"[Param]\""), previous)
+          locString(L"EParsingDefOfParam", L"Error parsing defaultvalue \"[Def]\" of parameter \"[Param]\""),
+          previous)
 {
     fields().set(defaultText, L"Def");
     fields().set(parameter, L"Param");
@@ -82,9 +82,11 @@ numParamsException::numParamsException(const wchar_t* function, long32 required)
     fields().set(required, L"NReq");
 }
 
-scriptFunctionNotFoundException::scriptFunctionNotFoundException(const wchar_t* function, const file& scriptFile,
+scriptFunctionNotFoundException::scriptFunctionNotFoundException(const wchar_t* function,
+                                                                 const file& scriptFile,
                                                                  const exception* previous)
-    : parserException(locString(L"EFunNotFound", L"Function \"[Fun]\" not found in file \"[File]\""), previous)
+    : parserException(locString(L"EFunNotFound", L"Function \"[Fun]\" not found in file \"[File]\""),
+                      previous)
 {
     fields().set(function, L"Fun");
     fields().set(scriptFile.fullName(), L"File");
@@ -116,14 +118,15 @@ inParameterNotFoundException::inParameterNotFoundException(const wchar_t* name, 
 
 prepareParameterException::prepareParameterException(const wchar_t* function, const wchar_t* parameter,
                                                      const exception* previous)
-    : scriptException(locString(L"EPrepareparam", L"Error preparing parameter for function \"[Fun]\" ([Par])"),
-                      previous)
+    : scriptException(
+          locString(L"EPrepareparam", L"Error preparing parameter for function \"[Fun]\" ([Par])"), previous)
 {
     fields().set(function, L"Fun");
     fields().set(parameter, L"Par");
 }
 
-scriptExecException::scriptExecException(const wchar_t* script, const wchar_t* detail, const exception* previous)
+scriptExecException::scriptExecException(const wchar_t* script, const wchar_t* detail,
+                                         const exception* previous)
     : scriptException(locString(L"EExecError", L"Error executing script \"[Script]\" [Det]"), previous)
 {
     fields().set(script, L"Script");

@@ -80,8 +80,7 @@ inParameter::inParameter(const string& declaration, int flags)
 
 inParameter::inParameter(const inParameter& other)
     : mType(other.mType), mName(other.mName), mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
-{
-}
+{}
 
 void inParameter::resolve(genericValue& value) const
 {

@@ -12,9 +12,9 @@ namespace qx::script
 class inParameter
 {
 public:
-    // Parses a declaration `in<type> name = default`. The whole text is lower-cased first, the default included. Throws
-    // errParsingException for an unclosed type, errParsingParamTypeException for a kind other than `in`, and what
-    // parsing the default throws.
+    // Parses a declaration `in<type> name = default`. The whole text is lower-cased first, the default
+    // included. Throws errParsingException for an unclosed type, errParsingParamTypeException for a kind
+    // other than `in`, and what parsing the default throws.
     inParameter(const string& declaration, int flags);
     // The copy has a default of its own.
     inParameter(const inParameter& other);
@@ -24,8 +24,8 @@ public:
     const string& name() const noexcept { return mName; }
     ePrimitiveScriptType type() const noexcept { return mType; }
 
-    // Fills a null `value` from the default, evaluated in a context of its own. Throws inParameterNotFoundException when
-    // there is none, and what the evaluation throws.
+    // Fills a null `value` from the default, evaluated in a context of its own. Throws
+    // inParameterNotFoundException when there is none, and what the evaluation throws.
     void resolve(genericValue& value) const;
 
 private:

@@ -10,22 +10,10 @@ namespace
 {
 
 constexpr const builtinModule* modules[] = {
-    &colourModule,
-    &conditionModule,
-    &checksumModule,
-    &dateModule,
-    &directoryModule,
-    &libraryModule,
-    &fileModule,
-    &mathModule,
-    &objectModule,
-    &localisationModule,
-    &operatorModule,
-    &controlModule,
-    &collectionModule,
-    &stringModule,
-    &timeModule,
-    &variableModule,
+    &colourModule,     &conditionModule,    &checksumModule, &dateModule,
+    &directoryModule,  &libraryModule,      &fileModule,     &mathModule,
+    &objectModule,     &localisationModule, &operatorModule, &controlModule,
+    &collectionModule, &stringModule,       &timeModule,     &variableModule,
 };
 
 const builtin* findIn(const builtinModule& module, std::wstring_view name)
@@ -39,7 +27,8 @@ const builtin* findIn(const builtinModule& module, std::wstring_view name)
 
 // The factory of the module at `Place`, for those who ask a module object itself.
 template <std::size_t Place>
-statement* makeIn(const string& name, const std::vector<string>& types, const std::vector<string>& params, int flags)
+statement* makeIn(const string& name, const std::vector<string>& types, const std::vector<string>& params,
+                  int flags)
 {
     const builtin* const row = findIn(*modules[Place], name);
     if (!row)
@@ -51,22 +40,10 @@ statement* makeIn(const string& name, const std::vector<string>& types, const st
 }
 
 constinit scriptModule moduleObjects[] = {
-    scriptModule(makeIn<0>),
-    scriptModule(makeIn<1>),
-    scriptModule(makeIn<2>),
-    scriptModule(makeIn<3>),
-    scriptModule(makeIn<4>),
-    scriptModule(makeIn<5>),
-    scriptModule(makeIn<6>),
-    scriptModule(makeIn<7>),
-    scriptModule(makeIn<8>),
-    scriptModule(makeIn<9>),
-    scriptModule(makeIn<10>),
-    scriptModule(makeIn<11>),
-    scriptModule(makeIn<12>),
-    scriptModule(makeIn<13>),
-    scriptModule(makeIn<14>),
-    scriptModule(makeIn<15>),
+    scriptModule(makeIn<0>),  scriptModule(makeIn<1>),  scriptModule(makeIn<2>),  scriptModule(makeIn<3>),
+    scriptModule(makeIn<4>),  scriptModule(makeIn<5>),  scriptModule(makeIn<6>),  scriptModule(makeIn<7>),
+    scriptModule(makeIn<8>),  scriptModule(makeIn<9>),  scriptModule(makeIn<10>), scriptModule(makeIn<11>),
+    scriptModule(makeIn<12>), scriptModule(makeIn<13>), scriptModule(makeIn<14>), scriptModule(makeIn<15>),
 };
 static_assert(std::size(modules) == std::size(moduleObjects));
 

@@ -1,4 +1,5 @@
-// The sixteen modules. Each source defines its own; the order here is the order in which the parser asks them.
+// The sixteen modules. Each source defines its own; the order here is the order in which the parser asks
+// them.
 #pragma once
 
 #include "qxScriptBuiltins.h"

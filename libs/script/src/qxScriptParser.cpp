@@ -1,7 +1,7 @@
 // The parser: cuts text into blocks, calls and parameters, and offers each call to the modules.
 //
-// It only cuts, by views into one counted buffer; what a parameter means is decided by whoever receives it. Receivers
-// come back here for nested calls, so a whole tree exists when the outermost call returns.
+// It only cuts, by views into one counted buffer; what a parameter means is decided by whoever receives it.
+// Receivers come back here for nested calls, so a whole tree exists when the outermost call returns.
 #include "qxScriptParser.h"
 
 #include "qxScriptBase.h"
@@ -35,8 +35,8 @@ std::wstring_view trimmed(std::wstring_view text)
     return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
-// The text without blanks at its ends and without line ends anywhere. In this order: blanks behind a leading line end
-// stay.
+// The text without blanks at its ends and without line ends anywhere. In this order: blanks behind a leading
+// line end stay.
 textSlice normalised(const textSlice& text)
 {
     const std::wstring_view inner = trimmed(text.view());
@@ -47,8 +47,8 @@ textSlice normalised(const textSlice& text)
     return textSlice(std::move(joined));
 }
 
-// The parts between semicolons outside braces; none where no semicolon cuts. Quotation marks mean nothing here. A trailing
-// semicolon adds no part.
+// The parts between semicolons outside braces; none where no semicolon cuts. Quotation marks mean nothing
+// here. A trailing semicolon adds no part.
 std::vector<textSlice> partsOf(const textSlice& text)
 {
     std::vector<textSlice> parts;
@@ -136,7 +136,8 @@ statement* askModule(const scriptModule& module, const callText& call)
     return module.factory()(call.name, call.types, params, call.flags);
 }
 
-// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at their place.
+// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at
+// their place.
 statement* askModules(const std::set<scriptModule*, std::less<scriptModule*>>& modules, const callText& call)
 {
     const std::span<scriptModule> builtins = builtinModuleObjects();

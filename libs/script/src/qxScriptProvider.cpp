@@ -89,7 +89,8 @@ valueProvider* valueProvider::createFrom(const textSlice& text, int flags)
     const bool call = !literal && view.find(L'(') != view.npos;
     try {
         if (literal)
-            return new constantProvider(view.size() == 1 ? std::wstring_view() : view.substr(1, view.size() - 2));
+            return new constantProvider(view.size() == 1 ? std::wstring_view()
+                                                         : view.substr(1, view.size() - 2));
         return call ? makeFromCall(text, text, flags) : makeFromVariable(text, flags);
     } catch (const std::bad_alloc&) {
         if (literal || call)

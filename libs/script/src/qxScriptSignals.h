@@ -22,8 +22,8 @@ enum class raised
 
 raised raisedIn(codecontext& context);
 
-// Copies the returned value of the call into `result`, unless `result` is that very value. False when nothing has been
-// returned.
+// Copies the returned value of the call into `result`, unless `result` is that very value. False when nothing
+// has been returned.
 bool copyReturned(codecontext& context, genericValue& result);
 
 } // namespace qx::script

@@ -62,7 +62,8 @@ void parameterSplitter::step(wchar_t c)
     mAtStart = false;
 }
 
-// REQUIRED: a backslash behind a backslash escapes as well, so a string cannot end in one. Held by splitterEscapes.
+// REQUIRED: a backslash behind a backslash escapes as well, so a string cannot end in one. Held by
+// splitterEscapes.
 void parameterSplitter::stepInString(wchar_t c)
 {
     if (c == L'"' && !mEscaped)
@@ -73,7 +74,8 @@ void parameterSplitter::stepInString(wchar_t c)
 void parameterSplitter::emit(const textSlice& buffer, std::wstring_view token, bool evenIfEmpty)
 {
     const std::size_t first = token.find_first_not_of(blanks);
-    token = first == token.npos ? token.substr(0, 0) : token.substr(first, token.find_last_not_of(blanks) + 1 - first);
+    token = first == token.npos ? token.substr(0, 0)
+                                : token.substr(first, token.find_last_not_of(blanks) + 1 - first);
     if (token.empty() && !evenIfEmpty)
         return;
     if (mParams.empty())

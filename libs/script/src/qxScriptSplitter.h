@@ -14,8 +14,8 @@ public:
     // Cuts `text`, which lies within `buffer`.
     parameterSplitter(const textSlice& buffer, std::wstring_view text);
 
-    // The parameters, trimmed. One that is a string literal has every \" exchanged for a plain quotation mark; its outer
-    // quotation marks stay.
+    // The parameters, trimmed. One that is a string literal has every \" exchanged for a plain quotation
+    // mark; its outer quotation marks stay.
     const std::vector<textSlice>& params() const noexcept { return mParams; }
 
     // What was left open at the end: brackets and angle brackets (negative when more were closed), a string.
@@ -31,7 +31,8 @@ private:
     std::vector<textSlice> mParams;
     bool mInString = false;
     bool mEscaped = false;
-    bool mAtStart = true; // only blanks since the last comma or opening bracket: a quotation mark opens a string here
+    bool mAtStart =
+        true; // only blanks since the last comma or opening bracket: a quotation mark opens a string here
     long mDepth = 0;
     long mAngle = 0;
 };

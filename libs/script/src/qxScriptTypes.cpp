@@ -13,10 +13,12 @@ ePrimitiveScriptType parseScriptType(const string& text)
         std::wstring_view word;
         ePrimitiveScriptType type;
     } keywords[] = {
-        {L"void", scriptTypeVoid},     {L"bool", scriptTypeBool},     {L"short", scriptTypeShort},
-        {L"int", scriptTypeInt},       {L"long", scriptTypeLong},     {L"ushort", scriptTypeUshort},
-        {L"uint", scriptTypeUint},     {L"ulong", scriptTypeUlong},   {L"float", scriptTypeFloat},
-        {L"double", scriptTypeDouble}, {L"string", scriptTypeString}, {L"date", scriptTypeDate},
+        {L"void", scriptTypeVoid},     {L"bool", scriptTypeBool},
+        {L"short", scriptTypeShort},   {L"int", scriptTypeInt},
+        {L"long", scriptTypeLong},     {L"ushort", scriptTypeUshort},
+        {L"uint", scriptTypeUint},     {L"ulong", scriptTypeUlong},
+        {L"float", scriptTypeFloat},   {L"double", scriptTypeDouble},
+        {L"string", scriptTypeString}, {L"date", scriptTypeDate},
         {L"time", scriptTypeTime},     {L"timestamp", scriptTypeTimestamp},
         {L"binary", scriptTypeBinary}, {L"unknownptr", scriptTypeUnknownptr},
         {L"array", scriptTypeArray},

@@ -1,7 +1,8 @@
 // Variables: the statements that create, read, write and test variables, parameters and globals.
 //
-// A name is the literal text of the first parameter, without its blanks and lower-cased, fixed when the text is parsed.
-// Where a statement can see which name is a lookup of the context; here is only what it does with the storage.
+// A name is the literal text of the first parameter, without its blanks and lower-cased, fixed when the text
+// is parsed. Where a statement can see which name is a lookup of the context; here is only what it does with
+// the storage.
 #include "qxScriptBase.h"
 #include "qxScriptModules.h"
 #include "qxScriptTypes.h"
@@ -73,8 +74,9 @@ public:
     template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        return new variableExists(Scope, requiredName(call, L"variableExists::createFrom: number of parameters < 1",
-                                                      L"variableExists::createFrom: error setting variablename \"%s\""));
+        return new variableExists(
+            Scope, requiredName(call, L"variableExists::createFrom: number of parameters < 1",
+                                L"variableExists::createFrom: error setting variablename \"%s\""));
     }
 
 private:
@@ -87,8 +89,7 @@ class createVariable final : public scriptbasestatement
 public:
     createVariable(eVarScope scope, const scString& name, ownedProvider value)
         : mScope(scope), mName(name), mpValue(std::move(value))
-    {
-    }
+    {}
 
     statement* clone() const override { return new createVariable(*this); }
     // A name that is visible already stays as it is, without a failure. A global is overwritten.
@@ -121,8 +122,7 @@ class setVariable final : public scriptbasestatement
 public:
     setVariable(eVarScope scope, const scString& name, ownedProvider value)
         : mScope(scope), mName(name), mpValue(std::move(value))
-    {
-    }
+    {}
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -265,18 +265,12 @@ statement* createIsoftype(const callText& call)
         ePrimitiveScriptType type;
         statement* (*make)(ownedProvider value);
     } members[] = {
-        {scriptTypeBool, makeIsoftype<bool>},
-        {scriptTypeShort, makeIsoftype<short>},
-        {scriptTypeInt, makeIsoftype<int>},
-        {scriptTypeLong, makeIsoftype<long32>},
-        {scriptTypeUshort, makeIsoftype<ushort>},
-        {scriptTypeUint, makeIsoftype<uint>},
-        {scriptTypeUlong, makeIsoftype<ulong32>},
-        {scriptTypeFloat, makeIsoftype<float>},
-        {scriptTypeDouble, makeIsoftype<double>},
-        {scriptTypeDate, makeIsoftype<date>},
-        {scriptTypeTime, makeIsoftype<time>},
-        {scriptTypeTimestamp, makeIsoftype<timestamp>},
+        {scriptTypeBool, makeIsoftype<bool>},        {scriptTypeShort, makeIsoftype<short>},
+        {scriptTypeInt, makeIsoftype<int>},          {scriptTypeLong, makeIsoftype<long32>},
+        {scriptTypeUshort, makeIsoftype<ushort>},    {scriptTypeUint, makeIsoftype<uint>},
+        {scriptTypeUlong, makeIsoftype<ulong32>},    {scriptTypeFloat, makeIsoftype<float>},
+        {scriptTypeDouble, makeIsoftype<double>},    {scriptTypeDate, makeIsoftype<date>},
+        {scriptTypeTime, makeIsoftype<time>},        {scriptTypeTimestamp, makeIsoftype<timestamp>},
         {scriptTypeArray, makeIsoftype<valueArray>},
     };
     if (call.params.empty())

@@ -27,7 +27,8 @@ public:
     // Hands the object over to the caller.
     T* release() noexcept { return std::exchange(m_p, nullptr); }
 
-    // Dereference of a null pointer fails the check "m_p != NULL": a report, then the bool value false thrown.
+    // Dereference of a null pointer fails the check "m_p != NULL": a report, then the bool value false
+    // thrown.
     T& operator*() const { return *checked(); }
     T* operator->() const { return checked(); }
     T* get() const noexcept { return m_p; }

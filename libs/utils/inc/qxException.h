@@ -6,8 +6,8 @@
 //             show(message.text());
 //     }
 //
-// An exception keeps the messages of the one that it was built from, and so the whole chain. The chain is shared and
-// immutable: copying an exception never throws, and a link costs the same at any depth.
+// An exception keeps the messages of the one that it was built from, and so the whole chain. The chain is
+// shared and immutable: copying an exception never throws, and a link costs the same at any depth.
 #pragma once
 
 #include "qxExport.h"
@@ -38,7 +38,8 @@ public:
     // The messages of the whole chain, this one first, the reason last.
     std::vector<locString> messages() const;
 
-    // This failure's own text in UTF-8, in the current language. Valid until the next call on this object or its end.
+    // This failure's own text in UTF-8, in the current language. Valid until the next call on this object or
+    // its end.
     const char* what() const noexcept override;
 
 protected:
@@ -59,8 +60,7 @@ public:
     template <class... Args>
     explicit unexpectedErrorException(const wchar_t* format, const Args&... arguments)
         : unexpectedErrorException(string::sformat(format, arguments...))
-    {
-    }
+    {}
     explicit unexpectedErrorException(const string& text);
 };
 

@@ -1,8 +1,8 @@
 // genericSet: a dictionary from names to values.
 //
-// Each value lies behind a shared pointer, so an address that was handed out stays the variable's own storage: a later
-// write under the name goes into that same storage. A set without entries owns no memory. Not locked: for one thread at
-// a time.
+// Each value lies behind a shared pointer, so an address that was handed out stays the variable's own
+// storage: a later write under the name goes into that same storage. A set without entries owns no memory.
+// Not locked: for one thread at a time.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -22,15 +22,16 @@ public:
     genericSet(const genericSet&) = delete;
     genericSet& operator=(const genericSet&) = delete;
 
-    // Stores a copy of `value` under `name`: in the storage that is there already, else in a new one. `keep` makes no
-    // difference to what is stored. True when the value is stored.
+    // Stores a copy of `value` under `name`: in the storage that is there already, else in a new one. `keep`
+    // makes no difference to what is stored. True when the value is stored.
     bool setGenericValue(const scString& name, const qx::genericValue& value, bool keep);
 
     // The storage of `name`; a null pointer for an unknown name.
     sharedPtr<qx::genericValue> genericValue(const scString& name);
     const_sharedPtr<qx::genericValue> genericValue(const scString& name) const;
 
-    // The same without taking a share: borrowed until the name is erased or the set ends. Null for an unknown name.
+    // The same without taking a share: borrowed until the name is erased or the set ends. Null for an unknown
+    // name.
     qx::genericValue* find(const scString& name) const noexcept;
 
     void erase(const scString& name) noexcept;

@@ -1,15 +1,16 @@
 // genericValue: the one value type of the language.
 //
-// Every variable, parameter, signal, result, array element and map value is a genericValue: null, or one value of a
-// held type. Copies are deep; only object references and references to variables stay shared after a copy.
+// Every variable, parameter, signal, result, array element and map value is a genericValue: null, or one
+// value of a held type. Copies are deep; only object references and references to variables stay shared after
+// a copy.
 //
 //     qx::genericValue value(qx::string(L"12"));
 //     int number = 0;
 //     if (value.getValue(number))        // converts: number is 12
 //         value.setValue(number + 1);    // keeps the held type: the text "13"
 //
-// Constructor, getValue and setValue take exactly the held types listed below; anything else does not compile. A value
-// may be read, copied and written from several threads at once.
+// Constructor, getValue and setValue take exactly the held types listed below; anything else does not
+// compile. A value may be read, copied and written from several threads at once.
 #pragma once
 
 #include "qxExport.h"
@@ -106,7 +107,7 @@ concept holdable = (heldAs<T> & heldInValue) != 0;
 template <class T>
 concept readable = (heldAs<T> & heldByPointer) != 0;
 template <class T>
-concept writable = holdable<T> && (heldAs<T> & heldByConstPointer) != 0;
+concept writable = holdable<T> &&(heldAs<T>& heldByConstPointer) != 0;
 
 class QXUTILS_API genericValue
 {
@@ -141,14 +142,14 @@ public:
     // The value becomes null.
     void clear() noexcept;
 
-    // Reads the value as a T, converting where the types differ. False when the value is null or does not convert; `out`
-    // is untouched then.
+    // Reads the value as a T, converting where the types differ. False when the value is null or does not
+    // convert; `out` is untouched then.
     template <readable T>
     bool getValue(T& out) const;
 
-    // Writes `value`. Without `replace`, a value that is not null keeps its held type: `value` is converted into it, and
-    // when that is refused the result is false and nothing has changed. With `replace`, and in a null value, the held
-    // type becomes T.
+    // Writes `value`. Without `replace`, a value that is not null keeps its held type: `value` is converted
+    // into it, and when that is refused the result is false and nothing has changed. With `replace`, and in a
+    // null value, the held type becomes T.
     template <writable T>
     bool setValue(const T& value, bool replace = false);
 

@@ -4,9 +4,9 @@
 //     if (auto* array = dynamic_cast<qx::genericValue::holder<qx::valueArray>*>(shared.get()))
 //         array->value().push_back(element);
 //
-// A holder keeps its type for life; a change of type is a new holder. The identity of a type is the dynamic cast:
-// equal types never reach the conversion manager. The lock of a holder guards writes and copies of its value; no lock is
-// held while a conversion runs.
+// A holder keeps its type for life; a change of type is a new holder. The identity of a type is the dynamic
+// cast: equal types never reach the conversion manager. The lock of a holder guards writes and copies of its
+// value; no lock is held while a conversion runs.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -26,8 +26,8 @@ public:
 
     // A new holder of the same kind and value, owned by the caller. Null without memory.
     virtual holderbase* clone() const = 0;
-    // Write this value into `destination`, and the value of `source` into this one. False when no conversion does it; the
-    // written side is unchanged then.
+    // Write this value into `destination`, and the value of `source` into this one. False when no conversion
+    // does it; the written side is unchanged then.
     virtual bool copyTo(holderbase& destination) const = 0;
     virtual bool copyFrom(const holderbase& source) = 0;
     virtual const std::type_info& heldType() const = 0;
@@ -36,7 +36,8 @@ public:
     // True for holders of somebody else's variable.
     virtual bool isPointerHolder() const = 0;
 
-    // Storage of holders that live on the heap, with the use counter in front. `allocate` gives null without memory.
+    // Storage of holders that live on the heap, with the use counter in front. `allocate` gives null without
+    // memory.
     static void* allocate(std::size_t size) noexcept;
     static void deallocate(void* storage) noexcept;
     static void* operator new(std::size_t size) noexcept { return allocate(size); }
@@ -118,8 +119,15 @@ public:
     const T& constValue() const override { return mValue; }
     void assign(const T& source) override
     {
-        const genericValueHolderLocker guard(this->mLocker);
-        mValue = source;
+        if constexpr (std::is_trivially_copyable_v<T> || std::is_same_v<T, string>) {
+            const genericValueHolderLocker guard(this->mLocker);
+            mValue = source;
+        } else {
+            // The copy may fail half way, and the end of the previous value may run foreign code: neither under the lock.
+            T copy(source);
+            const genericValueHolderLocker guard(this->mLocker);
+            std::swap(mValue, copy);
+        }
     }
 
 private:
@@ -186,7 +194,8 @@ bool genericValue::holder<T>::copyTo(holderbase& destination) const
     const T copy = read();
     if (destination.isPointerHolder())
         return destination.heldAddress() &&
-               conversions.convert(destination.heldType(), destination.heldAddress(), typeid(T), &copy, 0, nullptr);
+               conversions.convert(destination.heldType(), destination.heldAddress(), typeid(T), &copy, 0,
+                                   nullptr);
     if constexpr (holdable<T>)
         return destination.copyFrom(valueholder<T>(copy));
     else
@@ -208,7 +217,9 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
     T converted = read();
     if (!conversions.convert(typeid(T), &converted, source.heldType(), source.heldConstAddress(), 0, nullptr))
         return false;
-    assign(converted);
+    // What was written through a reference is the variable; the reference itself stays as it is.
+    if constexpr (!std::is_same_v<T, sharedPtr<genericValue>>)
+        assign(converted);
     return true;
 }
 

@@ -1,11 +1,12 @@
-// Localised messages: an id, a default text in English and named parameters, filled in when the text is resolved.
+// Localised messages: an id, a default text in English and named parameters, filled in when the text is
+// resolved.
 //
 //     qx::locString message(L"EFileGone", L"File [File] is gone");
 //     message.params().set(name, L"File");
 //     show(message.string(nullptr, qx::searchPath()));
 //
-// A text names its parameters in square brackets. A name without a parameter stays as it stands, and text that was
-// filled in is not filled again. Numbers are shown as their conversion to text shows them.
+// A text names its parameters in square brackets. A name without a parameter stays as it stands, and text
+// that was filled in is not filled again. Numbers are shown as their conversion to text shows them.
 #pragma once
 
 #include "qxSharedPtr.h"
@@ -36,8 +37,9 @@ class QXUTILS_API iLocString
 public:
     virtual ~iLocString();
 
-    // The text in `language` (null: the current one) with its parameters filled in. Null when there is neither an id nor
-    // a text. The pointer is valid until the next call on this object, a change of it, or its end.
+    // The text in `language` (null: the current one) with its parameters filled in. Null when there is
+    // neither an id nor a text. The pointer is valid until the next call on this object, a change of it, or
+    // its end.
     virtual const wchar_t* string(const wchar_t* language, const searchPath& path) const = 0;
 
     virtual void reserved() const;
@@ -77,8 +79,8 @@ private:
 class QXUTILS_API locStringParams
 {
 public:
-    // A nested message, kept as a message and resolved with the one around it. A message that is no locString is resolved
-    // at once. Null counts as empty text.
+    // A nested message, kept as a message and resolved with the one around it. A message that is no locString
+    // is resolved at once. Null counts as empty text.
     void set(const iLocString* value, const wchar_t* name);
     void set(double value, const wchar_t* name);
     void set(long32 value, const wchar_t* name);
@@ -90,7 +92,8 @@ public:
     void set(const textSlice& value, const wchar_t* name);
 
     // Appends `text` to `filled`, each [Name] that has a parameter replaced by its value.
-    void fillIn(string& filled, std::wstring_view text, const wchar_t* language, const searchPath& path) const;
+    void fillIn(string& filled, std::wstring_view text, const wchar_t* language,
+                const searchPath& path) const;
 
 private:
     using value = std::variant<textSlice, sharedPtr<locString>, double, long32, wchar_t>;
@@ -112,15 +115,15 @@ public:
     // A message with neither id nor text.
     locString() : locString(locStringId(), locMessage(nullptr)) {}
     explicit locString(const wchar_t* id) : locString(locStringId(id), locMessage(nullptr)) {}
-    // `defaultText` is used when no language file has the id; null is none. `file` names the language file, null the
-    // common one. `end` is null.
+    // `defaultText` is used when no language file has the id; null is none. `file` names the language file,
+    // null the common one. `end` is null.
     locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file = nullptr,
               const wchar_t* end = nullptr);
     locString(const locStringId& id, const locMessage& text) : mId(id), mText(text) {}
 
-    locString(const locString& other) : mId(other.mId), mParams(other.mParams), mText(other.mText), mFile(other.mFile)
-    {
-    }
+    locString(const locString& other)
+        : mId(other.mId), mParams(other.mParams), mText(other.mText), mFile(other.mFile)
+    {}
     locString& operator=(const locString& other);
 
     const wchar_t* string(const wchar_t* language, const searchPath& path) const override;

@@ -29,18 +29,27 @@ inline uint interlockedDecrement(volatile uint* counter) noexcept
 
 // The same for the 32-bit `long` and `unsigned long` of the system, whatever they are on the platform.
 template <class Counter>
-    requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
-Counter interlockedIncrement(volatile Counter* counter) noexcept
+requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
+    Counter interlockedIncrement(volatile Counter* counter)
+noexcept
 {
     using plain = std::conditional_t<std::same_as<Counter, long32>, int, uint>;
     return Counter(interlockedIncrement(reinterpret_cast<volatile plain*>(counter)));
 }
 template <class Counter>
-    requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
-Counter interlockedDecrement(volatile Counter* counter) noexcept
+requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>
+    Counter interlockedDecrement(volatile Counter* counter)
+noexcept
 {
     using plain = std::conditional_t<std::same_as<Counter, long32>, int, uint>;
     return Counter(interlockedDecrement(reinterpret_cast<volatile plain*>(counter)));
+}
+
+// The present value of such a counter.
+inline ulong32 interlockedRead(const ulong32* counter) noexcept
+{
+    using plain = std::conditional_t<sizeof(long) == 4, unsigned long, uint>;
+    return ulong32(__atomic_load_n(reinterpret_cast<const plain*>(counter), __ATOMIC_RELAXED));
 }
 
 // A spin lock that its owner may take again. Waiting threads yield after a short spin.

@@ -1,6 +1,7 @@
 // Logging: named loggers that write to the one sink the host has set.
 //
-// Off by default. The host sets a level and a sink; a message is formatted only when somebody listens at its level.
+// Off by default. The host sets a level and a sink; a message is formatted only when somebody listens at its
+// level.
 //
 //     static mySink sink;                       // derives from qxlog::sink
 //     qxlog::logManager::setSink(&sink);
@@ -23,7 +24,8 @@ enum class level : int
     trace
 };
 
-// Where log lines go. May be called from several threads at once. What it throws reaches the code that logged.
+// Where log lines go. May be called from several threads at once. What it throws reaches the code that
+// logged.
 class QXUTILS_API sink
 {
 public:
@@ -76,7 +78,7 @@ public:
     static level currentLevel() noexcept;
 
     // The sink is borrowed until another is set; null, the default, writes nowhere. Gives the sink before.
-    static sink* setSink(sink* target) noexcept;
+    static sink* setSink(sink* receiver) noexcept;
 };
 
 } // namespace qxlog

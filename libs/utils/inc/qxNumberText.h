@@ -4,9 +4,9 @@
 //     if (qx::readNumber(L" 12 ", count))
 //         out.append(qx::numberText(count).view());
 //
-// Text is trimmed of blanks, tabs and line ends and must be used up whole. Integers are an optional sign and decimal
-// digits; floating numbers may have a fraction and an exponent, or are `inf` or `nan` in any case; bools are `true`,
-// `1`, `yes`, `false`, `0`, `no` in any case.
+// Text is trimmed of blanks, tabs and line ends and must be used up whole. Integers are an optional sign and
+// decimal digits; floating numbers may have a fraction and an exponent, or are `inf` or `nan` in any case;
+// bools are `true`, `1`, `yes`, `false`, `0`, `no` in any case.
 #pragma once
 
 #include "qxExport.h"
@@ -21,15 +21,16 @@ namespace detail
 {
 
 QXUTILS_API bool readSigned(std::wstring_view text, long long min, long long max, long long& out) noexcept;
-QXUTILS_API bool readUnsigned(std::wstring_view text, unsigned long long max, unsigned long long& out) noexcept;
+QXUTILS_API bool readUnsigned(std::wstring_view text, unsigned long long max,
+                              unsigned long long& out) noexcept;
 QXUTILS_API bool readFloating(std::wstring_view text, float& out) noexcept;
 QXUTILS_API bool readFloating(std::wstring_view text, double& out) noexcept;
 QXUTILS_API bool readBool(std::wstring_view text, bool& out) noexcept;
 
 } // namespace detail
 
-// False, and `out` untouched, when the text is no such number or out of range: too large, an unsigned one with a minus,
-// or a floating one other than zero that is too small for anything but zero.
+// False, and `out` untouched, when the text is no such number or out of range: too large, an unsigned one
+// with a minus, or a floating one other than zero that is too small for anything but zero.
 template <heldNumber T>
 bool readNumber(std::wstring_view text, T& out) noexcept
 {
@@ -50,9 +51,9 @@ bool readNumber(std::wstring_view text, T& out) noexcept
     }
 }
 
-// The text of a number. Floating numbers get the shortest digits that read back as the same value, written plainly for
-// magnitudes from 1e-7 to below 1e21 and with an exponent beyond: `1`, `0.1`, `1e+30`, `1e-8`, `-0`, `inf`, `-inf`,
-// `nan`.
+// The text of a number. Floating numbers get the shortest digits that read back as the same value, written
+// plainly for magnitudes from 1e-7 to below 1e21 and with an exponent beyond: `1`, `0.1`, `1e+30`, `1e-8`,
+// `-0`, `inf`, `-inf`, `nan`.
 class QXUTILS_API numberText
 {
 public:

@@ -44,7 +44,8 @@ public:
             Release::call(m_p);
     }
 
-    // Dereference of a null pointer fails the check "m_p != NULL": a report, then the bool value false thrown.
+    // Dereference of a null pointer fails the check "m_p != NULL": a report, then the bool value false
+    // thrown.
     T& operator*() const { return *checked(); }
     T* operator->() const { return checked(); }
     T* get() const noexcept { return m_p; }

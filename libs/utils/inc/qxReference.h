@@ -1,7 +1,8 @@
 // References to variables, as conversions follow them.
 //
-// A value may hold a reference to a variable, which may hold a reference again. Reading such a value as another type
-// reads the variable at the end; writing into it writes that variable, which keeps its held type.
+// A value may hold a reference to a variable, which may hold a reference again. Reading such a value as
+// another type reads the variable at the end; writing into it writes that variable, which keeps its held
+// type.
 #pragma once
 
 #include "qxHolder.h"
@@ -15,14 +16,16 @@ inline constexpr int referencesAtMost = 64;
 // referencesAtMost.
 QXUTILS_API sharedPtr<genericValue> referredVariable(const sharedPtr<genericValue>& reference);
 
-// The conversions from and to `sharedPtr<genericValue>`, to be added for a held type that another library owns:
+// The conversions from and to `sharedPtr<genericValue>`, to be added for a held type that another library
+// owns:
 //
 //     const typeConverter<sharedPtr<genericValue>, mine> reading(readReference<mine>);
 //     const typeConverter<mine, sharedPtr<genericValue>> writing(writeReference<mine>);
 template <class To>
 bool readReference(void* to, const void* from, int, char*)
 {
-    const sharedPtr<genericValue> variable = referredVariable(*static_cast<const sharedPtr<genericValue>*>(from));
+    const sharedPtr<genericValue> variable =
+        referredVariable(*static_cast<const sharedPtr<genericValue>*>(from));
     if (!variable)
         return false;
     const sharedPtr<genericValue::holderbase> shared = variable->holderCopy();

@@ -1,8 +1,8 @@
 // scString: an interned name, one pointer wide.
 //
-// Equal texts give equal names, so names compare by their pointer. The table behind the names is never emptied: a name
-// stays valid for the life of the process. Comparison is exact; whoever wants names without regard to case lower-cases
-// the text before.
+// Equal texts give equal names, so names compare by their pointer. The table behind the names is never
+// emptied: a name stays valid for the life of the process. Comparison is exact; whoever wants names without
+// regard to case lower-cases the text before.
 #pragma once
 
 #include "qxString.h"
@@ -34,5 +34,8 @@ private:
 template <>
 struct std::hash<qx::scString>
 {
-    std::size_t operator()(const qx::scString& name) const noexcept { return std::hash<const void*>()(name.mpText); }
+    std::size_t operator()(const qx::scString& name) const noexcept
+    {
+        return std::hash<const void*>()(name.mpText);
+    }
 };

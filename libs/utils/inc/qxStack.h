@@ -1,7 +1,7 @@
 // The end of the machine stack, seen coming.
 //
-// Nesting and recursion are bounded by the stack alone. Whatever recurses over input (parsing, running, copying,
-// converting) asks here first, and fails with an exception while there is still room to handle it.
+// Nesting and recursion are bounded by the stack alone. Whatever recurses over input (parsing, running,
+// copying, converting) asks here first, and fails with an exception while there is still room to handle it.
 #pragma once
 
 #include "qxExport.h"
@@ -11,8 +11,8 @@
 namespace qx::stack
 {
 
-// A thread's stack as far as the check asks: the address of its end, and how many bytes before that end work stops. The
-// reserve is 256 KiB, or half of a smaller stack, and 0 where the bounds are unknown.
+// A thread's stack as far as the check asks: the address of its end, and how many bytes before that end work
+// stops. The reserve is 256 KiB, or half of a smaller stack, and 0 where the bounds are unknown.
 struct limits
 {
     std::uintptr_t end = 0;
@@ -25,7 +25,8 @@ QXUTILS_API const limits& threadLimits() noexcept;
 // Throws unexpectedErrorException "stack exhausted".
 [[noreturn]] QXUTILS_API void raiseExhausted();
 
-// A frame outside the thread's bounds (a fibre, an alternate stack) is never exhausted: nothing is known of its end.
+// A frame outside the thread's bounds (a fibre, an alternate stack) is never exhausted: nothing is known of
+// its end.
 inline bool isExhausted() noexcept
 {
     const limits& bounds = threadLimits();

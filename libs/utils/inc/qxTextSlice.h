@@ -1,6 +1,7 @@
 // textSlice: a piece of a counted text.
 //
-// Slices of one text share its buffer, so that a long text which is cut again and again, level by level, exists once.
+// Slices of one text share its buffer, so that a long text which is cut again and again, level by level,
+// exists once.
 #pragma once
 
 #include "qxSharedPtr.h"

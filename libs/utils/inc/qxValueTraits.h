@@ -3,8 +3,8 @@
 //     using traits = qx::valueTraits<T>;
 //     T sum = traits::wrap(traits::wide(a) + traits::wide(b));    // wraps to the width of T
 //
-// Defined for the number types that a value can hold, the 32-bit `long` and `ulong` of the system among them, and for
-// nothing else. The standard's own traits do not know those two.
+// Defined for the number types that a value can hold, the 32-bit `long` and `ulong` of the system among them,
+// and for nothing else. The standard's own traits do not know those two.
 #pragma once
 
 #include "qxTypes.h"
@@ -106,7 +106,10 @@ struct valueTraits<double> : detail::floatingTraits<double>
 
 // The number types that a value can hold.
 template <class T>
-concept heldNumber = requires { typename valueTraits<T>::plain; };
+concept heldNumber = requires
+{
+    typename valueTraits<T>::plain;
+};
 template <class T>
 concept heldInteger = heldNumber<T> && valueTraits<T>::isInteger;
 template <class T>

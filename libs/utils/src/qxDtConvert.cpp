@@ -13,16 +13,16 @@ bool dtconvert(To& to, const From& from, int format, char*)
 
 #define QX_PAIR(To, From) template QXUTILS_API bool dtconvert<To, From>(To&, const From&, int, char*);
 #define QX_PAIR_BOTH_WAYS(A, B) QX_PAIR(A, B) QX_PAIR(B, A)
-#define QX_TO_EACH_NUMBER(From)                                                                                        \
-    QX_PAIR(bool, From)                                                                                                \
-    QX_PAIR(short, From)                                                                                               \
-    QX_PAIR(ushort, From)                                                                                              \
-    QX_PAIR(int, From)                                                                                                 \
-    QX_PAIR(uint, From)                                                                                                \
-    QX_PAIR(long32, From)                                                                                              \
-    QX_PAIR(ulong32, From)                                                                                             \
-    QX_PAIR(uint64, From)                                                                                              \
-    QX_PAIR(float, From)                                                                                               \
+#define QX_TO_EACH_NUMBER(From)                                                                              \
+    QX_PAIR(bool, From)                                                                                      \
+    QX_PAIR(short, From)                                                                                     \
+    QX_PAIR(ushort, From)                                                                                    \
+    QX_PAIR(int, From)                                                                                       \
+    QX_PAIR(uint, From)                                                                                      \
+    QX_PAIR(long32, From)                                                                                    \
+    QX_PAIR(ulong32, From)                                                                                   \
+    QX_PAIR(uint64, From)                                                                                    \
+    QX_PAIR(float, From)                                                                                     \
     QX_PAIR(double, From)
 #define QX_FROM_NUMBER(From) QX_TO_EACH_NUMBER(From) QX_PAIR(string, From)
 

@@ -21,7 +21,8 @@ struct exception::body
         return link;
     }
 
-    // Lets go of a link and then of each reason that nobody else shares, one after the other: chains are long.
+    // Lets go of a link and then of each reason that nobody else shares, one after the other: chains are
+    // long.
     static void release(body* link) noexcept
     {
         while (link && interlockedDecrement(&link->counter) == 0) {
@@ -36,13 +37,14 @@ struct exception::body
     body* previous;
 };
 
-exception::exception(const locString& message, const exception* previous)
-    : mpBody(new body(message, nullptr))
+exception::exception(const locString& message, const exception* previous) : mpBody(new body(message, nullptr))
 {
     mpBody->previous = body::share(previous ? previous->mpBody : nullptr);
 }
 
-exception::exception(const exception& other) noexcept : std::exception(other), mpBody(body::share(other.mpBody)) {}
+exception::exception(const exception& other) noexcept
+    : std::exception(other), mpBody(body::share(other.mpBody))
+{}
 
 exception& exception::operator=(const exception& other) noexcept
 {
@@ -85,10 +87,11 @@ locStringParams& exception::fields() noexcept
 
 unexpectedErrorException::unexpectedErrorException(const string& text)
     : exception(locString(locStringId(), locMessage(text.c_str())), nullptr)
-{
-}
+{}
 
-outOfMemoryException::outOfMemoryException() : exception(locString(L"Msg_EOutOfMem", L"Out of memory"), nullptr) {}
+outOfMemoryException::outOfMemoryException()
+    : exception(locString(L"Msg_EOutOfMem", L"Out of memory"), nullptr)
+{}
 
 fileNotFoundException::fileNotFoundException(const file& missing)
     : fileException(locString(L"Msg_EFileNotFound", L"File [File] not found!"), nullptr)

@@ -23,7 +23,7 @@ constexpr bool cached = true;
 #endif
 
 constexpr std::size_t granule = 16;
-constexpr std::size_t classes = 16;  // up to 256 bytes
+constexpr std::size_t classes = 16; // up to 256 bytes
 constexpr unsigned keptPerClass = 256;
 
 struct block

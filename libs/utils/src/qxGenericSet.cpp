@@ -16,8 +16,7 @@ constexpr std::size_t walkedAtMost = 16;
 } // namespace
 
 class genericSet::index : public std::unordered_map<scString, std::size_t>
-{
-};
+{};
 
 genericSet::~genericSet()
 {
@@ -83,7 +82,8 @@ void genericSet::erase(const scString& name) noexcept
     const entry* found = lookUp(name);
     if (!found)
         return;
-    // The last entry takes the place of the erased one; the erased value ends after the set is in order again.
+    // The last entry takes the place of the erased one; the erased value ends after the set is in order
+    // again.
     const auto place = static_cast<std::size_t>(found - mEntries.data());
     const entry erased = std::move(mEntries[place]);
     if (mpIndex) {

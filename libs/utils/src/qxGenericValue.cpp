@@ -1,8 +1,8 @@
 // Values and the life of their holders.
 //
-// The word of a value is the address of its holder, 0 for null. It is read and exchanged under a lock striped by the
-// value's address; nothing else is done under that lock. A holder's block begins with a header that carries the use
-// counter.
+// The word of a value is the address of its holder, 0 for null. It is read and exchanged under a lock striped
+// by the value's address; nothing else is done under that lock. A holder's block begins with a header that
+// carries the use counter.
 #include "qxHolder.h"
 
 #include "qxFreeLists.h"
@@ -106,7 +106,8 @@ ulong32* counterPlace<genericValue::holderbase>::obtain(genericValue::holderbase
 
 void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* holder) noexcept
 {
-    // Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level works off.
+    // Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level
+    // works off.
     constexpr int nestedAtMost = 32;
     static thread_local int nesting = 0;
     static thread_local blockHeader* waiting = nullptr;

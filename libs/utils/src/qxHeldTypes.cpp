@@ -9,18 +9,18 @@ condition::~condition() = default;
 } // namespace qx::conditions
 
 #define QX_DEFINE_HOLDER(...) template class qx::genericValue::holder<__VA_ARGS__>;
-#define QX_DEFINE_VALUE(...)                                                                                           \
-    QX_DEFINE_HOLDER(__VA_ARGS__)                                                                                      \
-    template class qx::genericValue::valueholder<__VA_ARGS__>;                                                         \
+#define QX_DEFINE_VALUE(...)                                                                                 \
+    QX_DEFINE_HOLDER(__VA_ARGS__)                                                                            \
+    template class qx::genericValue::valueholder<__VA_ARGS__>;                                               \
     template qx::genericValue::genericValue(__VA_ARGS__ const&);
-#define QX_DEFINE_READ(...)                                                                                            \
-    QX_DEFINE_VALUE(__VA_ARGS__)                                                                                       \
+#define QX_DEFINE_READ(...)                                                                                  \
+    QX_DEFINE_VALUE(__VA_ARGS__)                                                                             \
     template bool qx::genericValue::getValue(__VA_ARGS__&) const;
-#define QX_DEFINE_WRITTEN(...)                                                                                         \
-    QX_DEFINE_VALUE(__VA_ARGS__)                                                                                       \
+#define QX_DEFINE_WRITTEN(...)                                                                               \
+    QX_DEFINE_VALUE(__VA_ARGS__)                                                                             \
     template bool qx::genericValue::setValue(__VA_ARGS__ const&, bool);
-#define QX_DEFINE_EVERY(...)                                                                                           \
-    QX_DEFINE_READ(__VA_ARGS__)                                                                                        \
+#define QX_DEFINE_EVERY(...)                                                                                 \
+    QX_DEFINE_READ(__VA_ARGS__)                                                                              \
     template bool qx::genericValue::setValue(__VA_ARGS__ const&, bool);
 
 QX_EVERY_HELD_TYPE(QX_DEFINE_EVERY)

@@ -119,8 +119,7 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
 
 locString::locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file, const wchar_t*)
     : mId(id), mText(defaultText), mFile(file ? file : L"")
-{
-}
+{}
 
 locString& locString::operator=(const locString& other)
 {

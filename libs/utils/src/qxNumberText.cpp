@@ -59,8 +59,9 @@ bool readDigits(std::wstring_view text, unsigned long long max, unsigned long lo
     return true;
 }
 
-// A decimal number in narrow characters, 0.DIGITS times a power of ten, whatever the length of the text: digits that
-// can no longer decide how the value is rounded are replaced by one that says whether they were all zero.
+// A decimal number in narrow characters, 0.DIGITS times a power of ten, whatever the length of the text:
+// digits that can no longer decide how the value is rounded are replaced by one that says whether they were
+// all zero.
 class decimal
 {
 public:
@@ -102,7 +103,7 @@ public:
     }
 
 private:
-    static constexpr int mostDigits = 800; // more than 767 never decide about a double
+    static constexpr int mostDigits = 800;           // more than 767 never decide about a double
     static constexpr long long farAway = 1000000000; // an exponent that no length of a text brings back
 
     void put(char digit, bool fraction)
@@ -226,7 +227,8 @@ bool detail::readSigned(std::wstring_view text, long long min, long long max, lo
     text = trimmed(text);
     const bool negative = takeSign(text);
     // The magnitude of the least number is one more than that of the greatest.
-    const auto limit = negative ? 0 - static_cast<unsigned long long>(min) : static_cast<unsigned long long>(max);
+    const auto limit =
+        negative ? 0 - static_cast<unsigned long long>(min) : static_cast<unsigned long long>(max);
     unsigned long long magnitude = 0;
     if (!readDigits(text, limit, magnitude))
         return false;
@@ -270,13 +272,15 @@ void numberText::write(std::string_view characters) noexcept
 void numberText::write(long long value) noexcept
 {
     char digits[24];
-    write(std::string_view(digits, static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+    write(std::string_view(digits,
+                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
 }
 
 void numberText::write(unsigned long long value) noexcept
 {
     char digits[24];
-    write(std::string_view(digits, static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+    write(std::string_view(digits,
+                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
 }
 
 void numberText::writeFloating(float value) noexcept

@@ -14,7 +14,10 @@ namespace
 struct textHash
 {
     using is_transparent = void;
-    std::size_t operator()(std::wstring_view text) const noexcept { return std::hash<std::wstring_view>()(text); }
+    std::size_t operator()(std::wstring_view text) const noexcept
+    {
+        return std::hash<std::wstring_view>()(text);
+    }
 };
 
 struct nameTable

@@ -1,7 +1,8 @@
 // The manager of conversions between held types.
 //
-// What the library itself converts is one table, made once out of lists of types and never changed. What others add
-// stands in a list of its own, which a conversion looks at only when the pair of types may be in it.
+// What the library itself converts is one table, made once out of lists of types and never changed. What
+// others add stands in a list of its own, which a conversion looks at only when the pair of types may be in
+// it.
 #include "qxTypeConversion.h"
 
 #include "qxHeldTypes.h"
@@ -51,11 +52,12 @@ constexpr typeList<A..., B...> operator+(typeList<A...>, typeList<B...>)
     return {};
 }
 
-using plainTypes = typeList<bool, short, ushort, int, uint, long32, ulong32, uint64, float, double, string, date, time,
-                            timestamp, locString, directory>;
+using plainTypes = typeList<bool, short, ushort, int, uint, long32, ulong32, uint64, float, double, string,
+                            date, time, timestamp, locString, directory>;
 // Held types that convert only where a reference to a variable holds them or is to hold them.
-using opaqueTypes = typeList<calcCrc32, valueArray, void*, std::map<short, genericValue>, std::map<int, genericValue>,
-                             std::map<long32, genericValue>, std::map<string, genericValue>>;
+using opaqueTypes =
+    typeList<calcCrc32, valueArray, void*, std::map<short, genericValue>, std::map<int, genericValue>,
+             std::map<long32, genericValue>, std::map<string, genericValue>>;
 
 template <class To, class From>
 bool convertPlain(void* to, const void* from, int format, char*)
@@ -118,7 +120,8 @@ struct typeConversionManager::tables
 
     std::shared_mutex mutex;               // guards `added`
     std::vector<typeConverterBase*> added; // the latest last
-    // A bit for each pair that was added, so that other conversions need not look: threads do not meet at the mutex.
+    // A bit for each pair that was added, so that other conversions need not look: threads do not meet at the
+    // mutex.
     std::atomic<std::uint64_t> addedPairs = 0;
 
     // The next converter for `pair` before position `end`, which moves down to it; null when there is none.
