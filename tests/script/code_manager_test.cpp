@@ -159,7 +159,7 @@ TEST(codeManager, whatIsNoExceptionBecomesOne)
     const scratchDirectory directory;
     directory.write("throwing.qxscr", "scrdef text(){ throwtext(); }\n"
                                       "scrdef number(){ thrownumber(); }\n"
-                                      "scrdef bound(in a = throwtext()){ return(a); }\n");
+                                      "scrdef bound(in a = throwtext(){ return(a); }\n");
     const qx::string base = directory.name();
     EXPECT_THAT(chainOfFailure([&] { runCall(base, L"$throwing$text"); }),
                 ElementsAre("Error executing script \"thrown\n\ntext\" "));

@@ -61,6 +61,7 @@ TEST(scriptFile, cutsTextIntoDefinitions)
         {"a backslash in a string ends the counting of quotation marks", R"(scrdef a(p="\"",q)x)",
          "1 a [p=\"\"\",q)x] \n"},
         {"a backslash outside a string", R"(scrdef a(p\,q)x)", "1 a [p\\][q] x\n"},
+        {"the first closing bracket ends the list", "scrdef a(p = f(), q)x", "1 a [p = f(] , q)x\n"},
         {"text that ends early", "scrdef a\nscrdef b(p", "1 a  \n2 b [p] \n"},
         {"a blank before the bracket ends the file", "scrdef a()x\nscrdef b ()y\nscrdef c()z",
          "1 a  x\nblank in line 2\n"},
