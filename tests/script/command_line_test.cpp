@@ -236,6 +236,17 @@ TEST_F(commandLine, whatCannotBePrintedIsAFailure)
     EXPECT_EQ(result.output, "qxscript: standard output cannot be written\n");
 }
 
+TEST_F(commandLine, theTourShowsWhatItSays)
+{
+    const std::filesystem::path tour =
+        std::filesystem::path(QX_TESTS_DIR).parent_path() / "examples" / "tour";
+    const std::string command = "'" + (tour / "run.sh").string() + "' '" QX_SCRIPT_PROGRAM "' >'" +
+                                mDirectory.path("tour").string() + "' 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream expected(tour / "output.txt", std::ios::binary);
+    EXPECT_EQ(mDirectory.read("tour"), std::string(std::istreambuf_iterator<char>(expected), {}));
+}
+
 } // namespace
 
 #endif
