@@ -36,9 +36,9 @@ TEST(provider, forms_and_the_type_they_leave)
         const char* intoNull;
         const char* intoInt;
     } rows[] = {
-        {L"\"12\"", "string \"12\"", "int 12"},       {L"\" 12\t\"", "string \" 12\t\"", "int 12"},
+        {L"\"12\"", "string \"12\"", "int 12"},    {L"\" 12\t\"", "string \" 12\t\"", "int 12"},
         {L"abc", "string \"7\"", "string \"7\""}, // the variable's own type
-        {L"A bC", "string \"7\"", "string \"7\""},    {L"getvar(abc)", "string \"7\"", "string \"7\""},
+        {L"A bC", "string \"7\"", "string \"7\""}, {L"getvar(abc)", "string \"7\"", "string \"7\""},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(given(row.text, qx::genericValue()), row.intoNull) << quotedText(row.text);
