@@ -10,7 +10,8 @@
 using qx::exception;
 using qx::locString;
 
-static_assert(std::is_nothrow_copy_constructible_v<exception> && std::is_nothrow_copy_assignable_v<exception>);
+static_assert(std::is_nothrow_copy_constructible_v<exception> &&
+              std::is_nothrow_copy_assignable_v<exception>);
 
 namespace
 {
@@ -49,7 +50,9 @@ TEST(exception, keepsTheWholeChain)
 TEST(exception, texts)
 {
     const qx::file missing(L"gone.txt");
-    const auto named = [&](const wchar_t* text) { return qx::string(text).replace(L"%", missing.fullName()).utf8(); };
+    const auto named = [&](const wchar_t* text) {
+        return qx::string(text).replace(L"%", missing.fullName()).utf8();
+    };
     EXPECT_EQ(qx::fileNotFoundException(missing).what(), named(L"File % not found!"));
     EXPECT_EQ(qx::readFileException(missing, nullptr).what(), named(L"Error reading file %"));
     EXPECT_STREQ(qx::outOfMemoryException().what(), "Out of memory");

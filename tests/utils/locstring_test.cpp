@@ -58,7 +58,8 @@ TEST(locString, resolves)
 {
     EXPECT_EQ(locString().string(nullptr, qx::searchPath()), nullptr);
     EXPECT_EQ(locString().text(), L"");
-    EXPECT_EQ(locString(L"Msg_NowhereToBeFound").text(), L"Msg_NowhereToBeFound"); // an id without a text shows itself
+    EXPECT_EQ(locString(L"Msg_NowhereToBeFound").text(),
+              L"Msg_NowhereToBeFound"); // an id without a text shows itself
     EXPECT_EQ(locString(L"Msg_NowhereToBeFound", L"default").text(), L"default");
     EXPECT_STREQ(message(L"").string(nullptr, qx::searchPath()), L"");
     EXPECT_FALSE(locString(L"Msg_NowhereToBeFound").stringIdExists(nullptr, qx::searchPath()));

@@ -61,7 +61,8 @@ TEST(pointers, sharedPtrCounts)
         const qx::const_sharedPtr<counted> reader(second);
         EXPECT_EQ(reader.useCount(), 3u);
         EXPECT_EQ(reader->field, 7);
-        second = second;
+        const qx::sharedPtr<counted>& self = second;
+        second = self;
         first = qx::sharedPtr<counted>();
         EXPECT_EQ(first.useCount(), 0u);
         EXPECT_EQ(second.useCount(), 2u);
@@ -104,7 +105,9 @@ TEST(pointers, nullDereferenceIsReported)
     const auto expected = [](const wchar_t* expression, const wchar_t* path) {
         return qx::string::sformat(L"Assertion failed:\n%s\n\nFile: %s\nLine: ", expression, path);
     };
-    const auto startsWith = [](const qx::string& text, const qx::string& start) { return text.starts_with(start); };
+    const auto startsWith = [](const qx::string& text, const qx::string& start) {
+        return text.starts_with(start);
+    };
     EXPECT_PRED2(startsWith, reportOf([] { qx::sharedPtr<counted>()->field = 1; }),
                  expected(L"m_p != nullptr", L"libs/utils/inc/qxSharedPtr"));
     EXPECT_PRED2(startsWith, reportOf([] { static_cast<void>(*qx::const_sharedPtr<counted>()); }),
@@ -113,5 +116,6 @@ TEST(pointers, nullDereferenceIsReported)
                  expected(L"m_p != NULL", L"libs/utils/inc/qxRefPtr"));
     EXPECT_PRED2(startsWith, reportOf([] { qx::autoPtr<counted>()->field = 1; }),
                  expected(L"m_p != NULL", L"libs/utils/inc/qxAutoPtr"));
-    EXPECT_EQ(reportOf([] { qx::assertionFailed(std::wstring(2000, L'x').c_str(), L"path", 1); }).size(), 1024u);
+    EXPECT_EQ(reportOf([] { qx::assertionFailed(std::wstring(2000, L'x').c_str(), L"path", 1); }).size(),
+              1024u);
 }

@@ -16,13 +16,14 @@ TEST(string, mapsCase)
         {L"", L"", L""},
         {L"Az[`{@09", L"az[`{@09", L"AZ[`{@09"},
         {L"\u00C4\u00E4", L"\u00E4\u00E4", L"\u00C4\u00C4"},
-        {L"\u00DF", L"\u00DF", L"\u00DF"},                               // no single upper-case unit
-        {L"\u00FF\u0178", L"\u00FF\u00FF", L"\u0178\u0178"},             // across a block
-        {L"\u0130\u0131", L"i\u0131", L"\u0130I"},                       // dotted and dotless i, in no locale
+        {L"\u00DF", L"\u00DF", L"\u00DF"},                   // no single upper-case unit
+        {L"\u00FF\u0178", L"\u00FF\u00FF", L"\u0178\u0178"}, // across a block
+        {L"\u0130\u0131", L"i\u0131", L"\u0130I"},           // dotted and dotless i, in no locale
         {L"\u03A3\u03C3\u03C2", L"\u03C3\u03C3\u03C2", L"\u03A3\u03A3\u03A3"},
         {L"\u0416\u0436", L"\u0436\u0436", L"\u0416\u0416"},
         {L"\u01C4\u01C5\u01C6", L"\u01C6\u01C6\u01C6", L"\u01C4\u01C4\u01C4"}, // title case in between
-        {L"\xD801\xDC00\xD801\xDC28", L"\xD801\xDC00\xD801\xDC28", L"\xD801\xDC00\xD801\xDC28"}, // beyond 16 bits
+        {L"\xD801\xDC00\xD801\xDC28", L"\xD801\xDC00\xD801\xDC28",
+         L"\xD801\xDC00\xD801\xDC28"}, // beyond 16 bits
     };
     for (const auto& row : rows) {
         EXPECT_EQ(string(row.text).lower(), row.lower);
@@ -62,9 +63,12 @@ TEST(string, splits)
         std::vector<string> parts;
         bool found;
     } rows[] = {
-        {L"a,b", L",", {L"a", L"b"}, true},     {L",a,,", L",", {L"", L"a", L"", L""}, true},
-        {L"", L",", {L""}, false},              {L"abc", L"", {L"abc"}, false},
-        {L"a::b:c", L"::", {L"a", L"b:c"}, true}, {L":::", L"::", {L"", L":"}, true},
+        {L"a,b", L",", {L"a", L"b"}, true},
+        {L",a,,", L",", {L"", L"a", L"", L""}, true},
+        {L"", L",", {L""}, false},
+        {L"abc", L"", {L"abc"}, false},
+        {L"a::b:c", L"::", {L"a", L"b:c"}, true},
+        {L":::", L"::", {L"", L":"}, true},
     };
     for (const auto& row : rows) {
         std::vector<string> parts{L"before"};

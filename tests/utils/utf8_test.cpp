@@ -72,8 +72,9 @@ TEST(utf8, everyByteSequenceSurvives)
     }
 
     std::mt19937 random(1);
-    const std::string surrogates[] = {"\xED\xA0\x80", "\xED\xAF\xBF", "\xED\xB0\x80", "\xED\xB2\x80", "\xED\xB3\xBF",
-                                      "\xED\xBF\xBF", "\xED",         "\xA0",         "\xF0\x90\x80\x80", "x"};
+    const std::string surrogates[] = {
+        "\xED\xA0\x80", "\xED\xAF\xBF", "\xED\xB0\x80", "\xED\xB2\x80",     "\xED\xB3\xBF",
+        "\xED\xBF\xBF", "\xED",         "\xA0",         "\xF0\x90\x80\x80", "x"};
     for (int n = 0; n < 50000; ++n) {
         std::string bytes;
         for (int i = 0; i < 6; ++i)

@@ -123,7 +123,8 @@ public:
             const genericValueHolderLocker guard(this->mLocker);
             mValue = source;
         } else {
-            // The copy may fail half way, and the end of the previous value may run foreign code: neither under the lock.
+            // The copy may fail half way, and the end of the previous value may run foreign code: neither
+            // under the lock.
             T copy(source);
             const genericValueHolderLocker guard(this->mLocker);
             std::swap(mValue, copy);

@@ -63,7 +63,8 @@ std::size_t endOfHighHalves(std::string_view bytes, std::size_t at)
     return at;
 }
 
-// Whether what begins at `at` becomes a low half, in whatever way it is read. No run of high halves begins there.
+// Whether what begins at `at` becomes a low half, in whatever way it is read. No run of high halves begins
+// there.
 bool beginsWithLowHalf(std::string_view bytes, std::size_t at)
 {
     if (at == bytes.size())
@@ -121,7 +122,8 @@ string string::fromUtf8(std::string_view bytes)
     };
     for (std::size_t at = 0; at < bytes.size();) {
         const std::size_t end = endOfHighHalves(bytes, at);
-        // The last half would pair up with a low one that follows; escaped it begins with a low one itself, and so on.
+        // The last half would pair up with a low one that follows; escaped it begins with a low one itself,
+        // and so on.
         if (beginsWithLowHalf(bytes, end))
             escapeUpTo(at, end);
         for (; at < end; at += 3)
