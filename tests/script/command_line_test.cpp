@@ -46,11 +46,13 @@ protected:
         int status;
     };
 
-    outcome run(const std::string& arguments, const std::string& before = "") const
+    outcome run(const std::string& arguments) const
     {
-        const std::string in = mDirectory.path("").string();
-        const std::string command = "cd '" + in + "' && { " + before + " '" QX_SCRIPT_PROGRAM "' " +
-                                    arguments + " >out 2>err </dev/null; echo $? >status; }";
+        std::string command = "cd '";
+        command += mDirectory.path("").string();
+        command += "' && { '" QX_SCRIPT_PROGRAM "' ";
+        command += arguments;
+        command += " >out 2>err </dev/null; echo $? >status; }";
         EXPECT_EQ(std::system(command.c_str()), 0) << command;
         return {mDirectory.read("out"), mDirectory.read("err"), std::atoi(mDirectory.read("status").c_str())};
     }
@@ -210,9 +212,9 @@ TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)
 {
     std::string text = "getvar(missing)";
     for (int i = 0; i < 60; ++i) {
-        text = "isnull(" + text + ")";
+        text.insert(0, "isnull(").append(")");
     }
-    const outcome result = run("eval '" + text + "'");
+    const outcome result = run(text.insert(0, "eval '").append("'"));
     EXPECT_EQ(result.status, 1);
     std::vector<std::string> lines;
     for (std::size_t at = 0; at < result.errors.size();) {
@@ -240,8 +242,9 @@ TEST_F(commandLine, theTourShowsWhatItSays)
 {
     const std::filesystem::path tour =
         std::filesystem::path(QX_TESTS_DIR).parent_path() / "examples" / "tour";
-    const std::string command = "'" + (tour / "run.sh").string() + "' '" QX_SCRIPT_PROGRAM "' >'" +
-                                mDirectory.path("tour").string() + "' 2>&1";
+    std::string command = "'";
+    command.append((tour / "run.sh").string()).append("' '" QX_SCRIPT_PROGRAM "' >'");
+    command.append(mDirectory.path("tour").string()).append("' 2>&1");
     EXPECT_EQ(std::system(command.c_str()), 0);
     std::ifstream expected(tour / "output.txt", std::ios::binary);
     EXPECT_EQ(mDirectory.read("tour"), std::string(std::istreambuf_iterator<char>(expected), {}));

@@ -47,6 +47,13 @@ inline std::string runCall(const qx::string& base, const qx::string& call,
     return result.getValue(text) ? text.utf8() : "null";
 }
 
+// A file name that no test has used: the cache of the process knows files by name alone.
+inline std::string unusedName()
+{
+    static int number = 0;
+    return "cached" + std::to_string(++number);
+}
+
 // Sets the modification time of a file, in seconds from now.
 inline void setAge(const scratchDirectory& directory, const std::string& entry, int seconds)
 {
