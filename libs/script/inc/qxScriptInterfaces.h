@@ -143,6 +143,9 @@ public:
     T* operator->() const noexcept { return this->mpInterface; }
 };
 
+extern template class QXSCRIPT_API const_interfaceptr<unknown>;
+extern template class QXSCRIPT_API interfaceptr<unknown>;
+
 } // namespace qx::intrface
 
 // A `ref`: a value that holds a counted host object. Copies share the object.

@@ -3,6 +3,9 @@
 
 #include "qxHolder.h"
 
+template class qx::intrface::const_interfaceptr<qx::intrface::unknown>;
+template class qx::intrface::interfaceptr<qx::intrface::unknown>;
+
 using reference = qx::intrface::interfaceptr<qx::intrface::unknown>;
 
 template class qx::genericValue::holder<reference>;

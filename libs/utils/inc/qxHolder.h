@@ -119,8 +119,16 @@ public:
     const T& constValue() const override { return mValue; }
     void assign(const T& source) override
     {
-        const genericValueHolderLocker guard(this->mLocker);
-        mValue = source;
+        if constexpr (std::is_trivially_copyable_v<T> || std::is_same_v<T, string>) {
+            const genericValueHolderLocker guard(this->mLocker);
+            mValue = source;
+        } else {
+            // The copy may fail half way, and the end of the previous value may run foreign code: neither
+            // under the lock.
+            T copy(source);
+            const genericValueHolderLocker guard(this->mLocker);
+            std::swap(mValue, copy);
+        }
     }
 
 private:
@@ -210,7 +218,9 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
     T converted = read();
     if (!conversions.convert(typeid(T), &converted, source.heldType(), source.heldConstAddress(), 0, nullptr))
         return false;
-    assign(converted);
+    // What was written through a reference is the variable; the reference itself stays as it is.
+    if constexpr (!std::is_same_v<T, sharedPtr<genericValue>>)
+        assign(converted);
     return true;
 }
 

@@ -78,7 +78,7 @@ public:
     static level currentLevel() noexcept;
 
     // The sink is borrowed until another is set; null, the default, writes nowhere. Gives the sink before.
-    static sink* setSink(sink* target) noexcept;
+    static sink* setSink(sink* receiver) noexcept;
 };
 
 } // namespace qxlog

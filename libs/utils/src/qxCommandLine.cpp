@@ -1,5 +1,7 @@
 #include "qxCommandLine.h"
 
+#include <utility>
+
 namespace qx
 {
 
@@ -29,8 +31,7 @@ std::vector<string> splitCommandLine(std::wstring_view line)
             open = true;
         } else if ((c == L' ' || c == L'\t') && !quoted) {
             if (open) {
-                parts.push_back(std::move(part));
-                part.clear();
+                parts.push_back(std::exchange(part, string()));
                 open = false;
             }
         } else {

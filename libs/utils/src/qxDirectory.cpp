@@ -92,7 +92,10 @@ fileIterator directory::fileIt(const wchar_t* filter, int attributes) const
     for (directoryEntry& entry : entries) {
         const bool wanted = !entry.isDirectory && (!entry.isHidden || (attributes & DI_HIDDEN)) &&
                             (!entry.isSystem || (attributes & DI_SYSTEM));
-        if (wanted && admits(patterns, entry.name)) {
+        // Posix allows a backslash in a name; here it separates, so the full name would be that of another
+        // file.
+        const bool nameable = entry.name.find(L'\\') == entry.name.npos;
+        if (wanted && nameable && admits(patterns, entry.name)) {
             names.push_back(std::move(entry.name));
         }
     }

@@ -12,6 +12,6 @@ namespace qx::freelists
 // Storage of at least `size` bytes, aligned for everything. Null without memory.
 void* take(std::size_t size) noexcept;
 // `size` is what was asked for. Null is ignored.
-void give(void* block, std::size_t size) noexcept;
+void give(void* freed, std::size_t size) noexcept;
 
 } // namespace qx::freelists

@@ -1,7 +1,7 @@
 // The conversions between two plain types, each rule written once.
 //
-// plainConversion<To, From>::run(to, from, format) is true when `to` has been written; a pair without a rule has no such
-// specialisation. `format` is the width of an integer that is written as text.
+// plainConversion<To, From>::run(to, from, format) is true when `to` has been written; a pair without a rule
+// has no such specialisation. `format` is the width of an integer that is written as text.
 #pragma once
 
 #include "qxDirectory.h"
@@ -19,7 +19,10 @@ template <class To, class From>
 struct plainConversion;
 
 template <class To, class From>
-concept plainPair = requires(To& to, const From& from) { plainConversion<To, From>::run(to, from, 0); };
+concept plainPair = requires(To& to, const From& from)
+{
+    plainConversion<To, From>::run(to, from, 0);
+};
 
 template <heldNumber T>
 constexpr typename valueTraits<T>::plain plainOf(const T& value)
@@ -47,7 +50,8 @@ struct plainConversion<To, From>
 private:
     static bool truncate(To& to, double value)
     {
-        // Both bounds are exact in a double: the least value less a fraction, and the power of two past the greatest.
+        // Both bounds are exact in a double: the least value less a fraction, and the power of two past the
+        // greatest.
         constexpr double least = static_cast<double>(valueTraits<To>::min);
         constexpr double past = 2.0 * static_cast<double>(valueTraits<To>::max / 2 + 1);
         const double whole = std::trunc(value);

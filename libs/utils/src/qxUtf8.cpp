@@ -51,13 +51,26 @@ decoded decodeAt(std::string_view bytes, std::size_t at)
     return {code, length};
 }
 
-// The unit that the bytes at `at` begin with, in whatever way they are read.
-unsigned long firstUnit(std::string_view bytes, std::size_t at)
+// The end of a run of high halves of three bytes each, which begins at `at`.
+std::size_t endOfHighHalves(std::string_view bytes, std::size_t at)
 {
+    while (at < bytes.size()) {
+        const decoded next = decodeAt(bytes, at);
+        if (next.length != 3 || !isHigh(next.code))
+            break;
+        at += next.length;
+    }
+    return at;
+}
+
+// Whether what begins at `at` becomes a low half, in whatever way it is read. No run of high halves begins
+// there.
+bool beginsWithLowHalf(std::string_view bytes, std::size_t at)
+{
+    if (at == bytes.size())
+        return false;
     const decoded next = decodeAt(bytes, at);
-    if (next.length == 0)
-        return 0xDC00u + static_cast<unsigned char>(bytes[at]);
-    return next.code;
+    return next.length == 0 || isLow(next.code);
 }
 
 void appendEncoded(std::string& bytes, unsigned long code)
@@ -103,16 +116,24 @@ string string::fromUtf8(std::string_view bytes)
 {
     string text;
     text.reserve(bytes.size());
-    for (std::size_t at = 0; at < bytes.size();) {
-        decoded next = decodeAt(bytes, at);
-        if (next.length == 3 && isHigh(next.code) && at + 3 < bytes.size() && isLow(firstUnit(bytes, at + 3)))
-            next.length = 0; // as a unit it would pair up with what follows
-        if (next.length == 0) {
+    const auto escapeUpTo = [&](std::size_t& at, std::size_t end) {
+        for (; at < end; ++at)
             text.push_back(static_cast<wchar_t>(0xDC00u + static_cast<unsigned char>(bytes[at])));
-            ++at;
-            continue;
-        }
-        if (next.code >= 0x10000) {
+    };
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t end = endOfHighHalves(bytes, at);
+        // The last half would pair up with a low one that follows; escaped it begins with a low one itself,
+        // and so on.
+        if (beginsWithLowHalf(bytes, end))
+            escapeUpTo(at, end);
+        for (; at < end; at += 3)
+            text.push_back(static_cast<wchar_t>(decodeAt(bytes, at).code));
+        if (at == bytes.size())
+            break;
+        const decoded next = decodeAt(bytes, at);
+        if (next.length == 0)
+            escapeUpTo(at, at + 1);
+        else if (next.code >= 0x10000) {
             text.push_back(static_cast<wchar_t>(0xD800 + ((next.code - 0x10000) >> 10)));
             text.push_back(static_cast<wchar_t>(0xDC00 + ((next.code - 0x10000) & 0x3FF)));
         } else

@@ -16,8 +16,6 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
-extern char** environ;
-
 namespace qx
 {
 
@@ -233,6 +231,7 @@ bool platformSystem::startProcess(const string& exe, const string& params, int f
         return false;
     }
     std::vector<char*> arguments;
+    arguments.reserve(bytes.size() + 1);
     for (std::string& argument : bytes) {
         arguments.push_back(argument.data());
     }

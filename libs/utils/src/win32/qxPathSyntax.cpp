@@ -55,7 +55,7 @@ string completeName(const string& name)
         return name;
     }
     if (root == 1) {
-        return string(current.substr(0, rootLength(current)) + name.substr(1));
+        return string(current.substr(0, rootLength(current)) + name);
     }
     if (root == 2) {
         // A drive without a root: its own current directory is known only when it is the process's.

@@ -1,0 +1,22 @@
+// What a program on the command line needs from its surroundings.
+#pragma once
+
+#include "qxExport.h"
+#include "qxString.h"
+
+#include <vector>
+
+namespace qx
+{
+
+// The arguments that the program was started with, without its own name. `count` and `arguments` are those of
+// main.
+QXUTILS_API std::vector<string> programArguments(int count, const char* const* arguments);
+
+// Makes a console show the UTF-8 that the program writes, where it would not by itself.
+QXUTILS_API void prepareConsole();
+
+// True when standard error goes to a terminal that can show colours.
+QXUTILS_API bool errorsCanBeColoured();
+
+} // namespace qx

@@ -1,0 +1,24 @@
+#include "qxConsole.h"
+
+#include <unistd.h>
+
+namespace qx
+{
+
+std::vector<string> programArguments(int count, const char* const* arguments)
+{
+    std::vector<string> texts;
+    for (int i = 1; i < count; ++i) {
+        texts.push_back(string::fromUtf8(arguments[i]));
+    }
+    return texts;
+}
+
+void prepareConsole() {}
+
+bool errorsCanBeColoured()
+{
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
+} // namespace qx

@@ -1,0 +1,121 @@
+// The pointer classes and their reported checks.
+#include "qxAutoPtr.h"
+#include "qxRefPtr.h"
+#include "qxSharedPtr.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+// Counts the objects that live, and its own references.
+struct counted
+{
+    static inline int alive = 0;
+
+    counted() { ++alive; }
+    ~counted() { --alive; }
+    void addRef() { ++references; }
+    void release()
+    {
+        if (--references == 0)
+            delete this;
+    }
+
+    int references = 0;
+    int field = 7;
+};
+
+std::vector<qx::string> reports;
+
+void keepReport(const qx::string& text)
+{
+    reports.push_back(text);
+}
+
+// The report of a failed check, which throws the bool value false.
+template <class Function>
+qx::string reportOf(Function function)
+{
+    reports.clear();
+    const qx::assertHandler before = qx::setAssertHandler(keepReport);
+    try {
+        function();
+        ADD_FAILURE() << "nothing thrown";
+    } catch (bool thrown) {
+        EXPECT_FALSE(thrown);
+    }
+    qx::setAssertHandler(before);
+    return reports.size() == 1 ? reports[0] : qx::string(L"no single report");
+}
+
+} // namespace
+
+TEST(pointers, sharedPtrCounts)
+{
+    {
+        qx::sharedPtr<counted> first(new counted);
+        EXPECT_EQ(first.useCount(), 1u);
+        qx::sharedPtr<counted> second = first;
+        EXPECT_EQ(first.useCount(), 2u);
+        const qx::const_sharedPtr<counted> reader(second);
+        EXPECT_EQ(reader.useCount(), 3u);
+        EXPECT_EQ(reader->field, 7);
+        const qx::sharedPtr<counted>& self = second;
+        second = self;
+        first = qx::sharedPtr<counted>();
+        EXPECT_EQ(first.useCount(), 0u);
+        EXPECT_EQ(second.useCount(), 2u);
+        const qx::sharedPtr<counted> moved = std::move(second);
+        EXPECT_FALSE(second);
+        EXPECT_EQ(moved.useCount(), 2u);
+        EXPECT_EQ(counted::alive, 1);
+    }
+    EXPECT_EQ(counted::alive, 0);
+    EXPECT_EQ(qx::const_sharedPtr<counted>().useCount(), 0u);
+}
+
+TEST(pointers, refPtrAndAutoPtrEndTheirObject)
+{
+    {
+        const qx::refPtr<counted> first(new counted);
+        qx::refPtr<counted> second = first;
+        EXPECT_EQ(first->references, 2);
+        qx::refPtr<counted> moved = std::move(second);
+        EXPECT_EQ(first->references, 2);
+        moved = qx::refPtr<counted>();
+        EXPECT_EQ(first->references, 1);
+    }
+    EXPECT_EQ(counted::alive, 0);
+    {
+        qx::autoPtr<counted> owner(new counted);
+        owner.reset(new counted);
+        EXPECT_EQ(counted::alive, 1);
+        qx::autoPtr<counted> next = std::move(owner);
+        EXPECT_FALSE(owner);
+        delete next.release();
+        EXPECT_EQ(counted::alive, 0);
+        next.reset(new counted);
+    }
+    EXPECT_EQ(counted::alive, 0);
+}
+
+TEST(pointers, nullDereferenceIsReported)
+{
+    const auto expected = [](const wchar_t* expression, const wchar_t* path) {
+        return qx::string::sformat(L"Assertion failed:\n%s\n\nFile: %s\nLine: ", expression, path);
+    };
+    const auto startsWith = [](const qx::string& text, const qx::string& start) {
+        return text.starts_with(start);
+    };
+    EXPECT_PRED2(startsWith, reportOf([] { qx::sharedPtr<counted>()->field = 1; }),
+                 expected(L"m_p != nullptr", L"libs/utils/inc/qxSharedPtr"));
+    EXPECT_PRED2(startsWith, reportOf([] { static_cast<void>(*qx::const_sharedPtr<counted>()); }),
+                 expected(L"m_p != nullptr", L"libs/utils/inc/qxSharedPtr"));
+    EXPECT_PRED2(startsWith, reportOf([] { qx::refPtr<counted>()->field = 1; }),
+                 expected(L"m_p != NULL", L"libs/utils/inc/qxRefPtr"));
+    EXPECT_PRED2(startsWith, reportOf([] { qx::autoPtr<counted>()->field = 1; }),
+                 expected(L"m_p != NULL", L"libs/utils/inc/qxAutoPtr"));
+    EXPECT_EQ(reportOf([] { qx::assertionFailed(std::wstring(2000, L'x').c_str(), L"path", 1); }).size(),
+              1024u);
+}

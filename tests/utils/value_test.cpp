@@ -1,0 +1,226 @@
+// Values: copies, typed slots, references, nesting, threads.
+#include "qxException.h"
+#include "qxHeldTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using qx::genericValue;
+using qx::string;
+using qx::valueArray;
+
+namespace
+{
+
+using reference = qx::sharedPtr<genericValue>;
+
+template <class T>
+T* heldIn(const genericValue& value)
+{
+    const auto shared = value.holderCopy();
+    auto* holder = dynamic_cast<genericValue::holder<T>*>(shared.get());
+    return holder ? &holder->value() : nullptr;
+}
+
+template <class T>
+T read(const genericValue& value, T otherwise = T())
+{
+    value.getValue(otherwise);
+    return otherwise;
+}
+
+// An array in an array in an array ...
+genericValue nested(int depth)
+{
+    genericValue outermost((valueArray()));
+    valueArray* inner = heldIn<valueArray>(outermost);
+    for (int i = 1; i < depth; ++i) {
+        inner->push_back(genericValue(valueArray()));
+        inner = heldIn<valueArray>(inner->back());
+    }
+    return outermost;
+}
+
+// Runs `work` in two threads at once.
+template <class Work>
+void inTwoThreads(Work work)
+{
+    std::thread other([&] { work(1); });
+    work(0);
+    other.join();
+}
+
+} // namespace
+
+TEST(genericValue, nullHasNothingToRead)
+{
+    genericValue value;
+    int number = 7;
+    EXPECT_TRUE(value.isNull());
+    EXPECT_FALSE(value.getValue(number));
+    EXPECT_EQ(number, 7);
+    EXPECT_TRUE(genericValue(value).isNull());
+    genericValue full(1);
+    full = value;
+    EXPECT_TRUE(full.isNull());
+    EXPECT_TRUE(value.setValue(5));
+    EXPECT_EQ(*heldIn<int>(value), 5);
+    value.clear();
+    EXPECT_TRUE(value.isNull());
+}
+
+TEST(genericValue, typedSlotKeepsItsType)
+{
+    genericValue value(1);
+    EXPECT_TRUE(value.setValue(2.5));
+    ASSERT_TRUE(heldIn<int>(value));
+    EXPECT_EQ(*heldIn<int>(value), 2);
+    EXPECT_FALSE(value.setValue(string(L"two")));
+    EXPECT_EQ(*heldIn<int>(value), 2);
+    EXPECT_TRUE(value.setValue(2.5, true));
+    EXPECT_EQ(*heldIn<double>(value), 2.5);
+
+    const qx::long32 wide(-7);
+    value.setValue(wide, true);
+    EXPECT_TRUE(heldIn<qx::long32>(value));
+    EXPECT_FALSE(heldIn<int>(value)); // `long` and `int` are two types
+    EXPECT_EQ(read<int>(value), -7);
+}
+
+TEST(genericValue, copiesAreDeep)
+{
+    valueArray elements{genericValue(1), genericValue(string(L"two"))};
+    const genericValue first(elements);
+    genericValue second(first);
+    heldIn<valueArray>(second)->push_back(genericValue(3));
+    heldIn<valueArray>(second)->front().setValue(9);
+    EXPECT_EQ(heldIn<valueArray>(first)->size(), 2u);
+    EXPECT_EQ(read<int>(heldIn<valueArray>(first)->front()), 1);
+
+    std::map<string, genericValue> entries;
+    entries[L"key"] = first;
+    genericValue map(entries);
+    const genericValue copy = map;
+    heldIn<std::map<string, genericValue>>(map)->clear();
+    EXPECT_EQ(heldIn<valueArray>(heldIn<std::map<string, genericValue>>(copy)->at(L"key"))->size(), 2u);
+
+    genericValue moved(std::move(second));
+    EXPECT_TRUE(second.isNull());
+    moved = std::move(map);
+    EXPECT_TRUE(map.isNull());
+    auto& self = moved;
+    moved = self;
+    EXPECT_FALSE(moved.isNull());
+
+    genericValue nesting(elements);
+    nesting = heldIn<valueArray>(nesting)->back(); // assigned from a part of itself
+    EXPECT_EQ(read<string>(nesting), L"two");
+}
+
+TEST(genericValue, referencesStayShared)
+{
+    const reference variable(new genericValue(1));
+    const genericValue first(variable);
+    genericValue second(first);
+    EXPECT_TRUE(second.setValue(string(L"12")));
+    EXPECT_EQ(*heldIn<int>(*variable), 12);
+    EXPECT_EQ(read<int>(first), 12);
+    EXPECT_TRUE(heldIn<reference>(second));
+}
+
+TEST(genericValue, swapsHolders)
+{
+    genericValue value(1);
+    auto holder = genericValue(string(L"new")).holderCopy();
+    value.swapHolder(holder);
+    EXPECT_EQ(read<string>(value), L"new");
+    EXPECT_EQ(holder->heldType(), typeid(int));
+    EXPECT_EQ(holder.useCount(), 1u);
+}
+
+TEST(genericValue, pointerHolders)
+{
+    int target = 1;
+    const int source = 2;
+    genericValue::ptrholder<int> writer(&target);
+    genericValue::constptrholder<int> reader(&source);
+    EXPECT_TRUE(reader.copyTo(writer));
+    EXPECT_EQ(target, 2);
+    EXPECT_THROW(reader.value(), bool);
+    EXPECT_EQ(reader.heldAddress(), nullptr);
+    reader.assign(3);
+    EXPECT_EQ(source, 2);
+    genericValue::ptrholder<int>(nullptr).assign(3);
+    const double half = 2.5;
+    EXPECT_FALSE(genericValue::ptrholder<int>(nullptr).copyFrom(genericValue::constptrholder<double>(&half)));
+    EXPECT_FALSE(
+        genericValue::constptrholder<int>(&source).copyFrom(genericValue::constptrholder<double>(&half)));
+    const qx::sharedPtr<genericValue::holderbase> clone(writer.clone());
+    EXPECT_TRUE(clone->isPointerHolder());
+    EXPECT_EQ(clone->heldConstAddress(), &target);
+}
+
+TEST(genericValue, deepNestingEnds)
+{
+    EXPECT_FALSE(nested(100000).isNull());
+    reference variable(new genericValue(1));
+    for (int i = 0; i < 100000; ++i)
+        variable = reference(new genericValue(variable));
+    EXPECT_FALSE(variable->isNull());
+}
+
+TEST(genericValue, isCopiedAsDeepAsTheStackGoes)
+{
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "records the whole call stack with each allocation";
+#endif
+    EXPECT_FALSE(genericValue(nested(100)).isNull());
+    const genericValue deep = nested(500000);
+    genericValue kept(5);
+    try {
+        kept = deep;
+        ADD_FAILURE() << "half a million levels fit on the stack";
+    } catch (const qx::unexpectedErrorException& failure) {
+        EXPECT_STREQ(failure.what(), "stack exhausted");
+    }
+    EXPECT_EQ(read<int>(kept), 5);
+}
+
+TEST(genericValue, threadsShareOneValue)
+{
+    genericValue value(1);
+    genericValue array((valueArray(3, genericValue(1))));
+    inTwoThreads([&](int thread) {
+        for (int i = 0; i < 3000; ++i) {
+            genericValue copy(value);
+            value = copy;
+            value.setValue(i);
+            value.setValue(string(L"12"));
+            read<int>(value);
+            read<string>(value);
+            if (i % 100 == 0)
+                value.setValue(thread ? 2.5 : 1.5, true);
+
+            const valueArray elements = read<valueArray>(array);
+            array.setValue(valueArray(elements.size(), genericValue(i)));
+            array = genericValue(array);
+        }
+    });
+    EXPECT_EQ(read<valueArray>(array).size(), 3u);
+}
+
+TEST(genericValue, threadsCopyUnrelatedArraysAndOneReference)
+{
+    const reference variable(new genericValue(0));
+    inTwoThreads([&](int thread) {
+        genericValue array(valueArray(100, genericValue(thread)));
+        genericValue shared(variable);
+        for (int i = 0; i < 200; ++i) {
+            array = genericValue(array);
+            shared.setValue(i);
+            EXPECT_EQ(read<int>(heldIn<valueArray>(array)->back()), thread);
+        }
+    });
+    EXPECT_EQ(read<int>(*variable), 199);
+}

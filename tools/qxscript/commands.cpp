@@ -1,0 +1,254 @@
+#include "commands.h"
+
+#include "report.h"
+#include "valueText.h"
+
+#include <qxDirectory.h>
+#include <qxScript>
+
+namespace
+{
+
+using qx::file;
+using qx::genericValue;
+using qx::string;
+namespace script = qx::script;
+
+void printValue(const genericValue& value)
+{
+    string text;
+    if (valueText(value, text)) {
+        printLine(text);
+    }
+}
+
+int execute(const string& base, const string& call, const std::vector<string>& texts)
+{
+    std::vector<genericValue> arguments;
+    for (const string& text : texts) {
+        arguments.emplace_back(text);
+    }
+    script::scriptcontext context;
+    genericValue result;
+    if (!script::codeManager::instance()->executeFunction(base, call, context, arguments, result)) {
+        printError(L"qxscript: the engine does not carry out \"" + call + L"\"");
+        return 1;
+    }
+    printValue(result);
+    return 0;
+}
+
+// A script file as it was named on the command line: what its code call says, and which files are meant.
+class namedScript
+{
+public:
+    namedScript(const scriptCall& wanted)
+    {
+        const qx::fsEntryName given(wanted.file);
+        const string extension = given.extension(0).lower();
+        const bool isComplete = extension == L"qxscr" || extension == L"qxsscr";
+        const int flags = isComplete ? qx::nameWithoutExtension : 0;
+        if (wanted.hasBase) {
+            mBase = wanted.base;
+            mCallName = given.name(flags | qx::nameWithPath);
+        } else {
+            mBase = qx::directory(given.path(0)).fullName();
+            mCallName = given.name(flags);
+        }
+        const string dotted = isComplete ? L"." + given.extension(0) : string();
+        mMeant.push_back(file(mBase, mCallName + dotted));
+        if (!isComplete) {
+            mMeant.push_back(file(mBase, mCallName + L".qxscr"));
+            mMeant.push_back(file(mBase, mCallName + L".qxsscr"));
+        }
+    }
+
+    const string& base() const { return mBase; }
+    const string& callName() const { return mCallName; }
+
+    // Whether `found` is a file that was meant: one that exists as it was written, else one that is equal but
+    // for case.
+    bool means(const file& found) const
+    {
+        bool exists = false;
+        for (const file& meant : mMeant) {
+            if (meant == found) {
+                return true;
+            }
+            exists = exists || meant.exists();
+        }
+        if (exists) {
+            return false;
+        }
+        for (const file& meant : mMeant) {
+            if (meant.fullName().lower() == found.fullName().lower()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    string mBase;
+    string mCallName;
+    std::vector<file> mMeant;
+};
+
+string shownParameters(const script::functionInfo& function)
+{
+    string list;
+    for (string declaration : function.parameters) {
+        list += list.empty() ? L"" : L", ";
+        list += declaration.deleteLeading(L" \t").deleteTrailing(L" \t");
+    }
+    return L"(" + list + L")";
+}
+
+string place(const string& name, std::size_t line)
+{
+    return name + L":" + std::to_wstring(line) + L": ";
+}
+
+// Reports what is wrong with the outline of a script file, and gives the number of reports.
+int reportOutline(const string& name, const script::scriptFileInfo& info)
+{
+    int reports = 0;
+    for (const script::functionInfo& function : info.functions) {
+        if (function.redefines != 0) {
+            printError(place(name, function.line) + function.name +
+                       L" takes the place of the definition in line " + std::to_wstring(function.redefines));
+            ++reports;
+        }
+    }
+    if (info.end != script::scriptFileEnd::complete) {
+        const bool isBlank = info.end == script::scriptFileEnd::blankInName;
+        printError(place(name, info.endLine) +
+                   (isBlank ? L"a blank before the opening bracket" : L"an empty definition") +
+                   L" ends the file: nothing from here on exists");
+        ++reports;
+    }
+    return reports;
+}
+
+// Gives the number of failures, each of which is reported.
+int checkFile(const string& name)
+{
+    const file scriptFile(name);
+    if (!scriptFile.exists()) {
+        throw qx::fileNotFoundException(scriptFile);
+    }
+    const script::scriptFileInfo info = script::listFunctions(scriptFile);
+    int failures = reportOutline(name, info);
+    for (const script::functionInfo& function : info.functions) {
+        try {
+            script::checkFunction(scriptFile, function);
+        } catch (const qx::exception& failure) {
+            printError(place(name, function.line) + function.name);
+            printFailure(failure, 1);
+            ++failures;
+        }
+    }
+    return failures;
+}
+
+} // namespace
+
+int runFunction(const scriptCall& wanted)
+{
+    const namedScript named(wanted);
+    if (named.callName().find(L'$') != string::npos) {
+        printError(L"qxscript: a file with \"$\" in its name cannot be called: " + wanted.file);
+        return 1;
+    }
+    const string call = L"script$" + named.callName() + L"$" + wanted.function;
+    script::eCodeType type = script::codeTypeScript;
+    string fileName;
+    string function;
+    if (script::codeManager::instance()->parseCodeCall(call, type, fileName, function)) {
+        const file found = script::locateScriptFile(named.base(), fileName);
+        if (!named.means(found)) {
+            printError(L"qxscript: the search finds " + found.fullName() + L" and not " + wanted.file);
+            return 1;
+        }
+    }
+    return execute(named.base(), call, wanted.arguments);
+}
+
+int runCall(const scriptCall& wanted)
+{
+    return execute(wanted.base, wanted.call, wanted.arguments);
+}
+
+int evaluate(const string& text)
+{
+    const qx::sharedPtr<script::statement> parsed(script::statement::createFrom(text, 0));
+    if (!parsed) {
+        return 0;
+    }
+    script::scriptcontext context;
+    genericValue result;
+    parsed->exec(context, result);
+    const qx::sharedPtr<genericValue> returned =
+        context.parameterAddress(script::scriptcontext::returnparam());
+    printValue(returned ? *returned : result);
+    return 0;
+}
+
+int checkFiles(const std::vector<string>& files)
+{
+    int status = 0;
+    for (const string& name : files) {
+        try {
+            if (checkFile(name) > 0) {
+                status = 1;
+            }
+        } catch (const qx::exception& failure) {
+            printFailure(failure);
+            status = 1;
+        }
+    }
+    return status;
+}
+
+int showFunctions(const string& name)
+{
+    const file scriptFile(name);
+    if (!scriptFile.exists()) {
+        throw qx::fileNotFoundException(scriptFile);
+    }
+    const script::scriptFileInfo info = script::listFunctions(scriptFile);
+    for (const script::functionInfo& function : info.functions) {
+        printLine(function.name + shownParameters(function));
+    }
+    reportOutline(name, info);
+    return 0;
+}
+
+int showStatements(const string& name)
+{
+    const string wanted = name.lower();
+    bool isFound = wanted.empty();
+    for (const script::statementInfo& statement : script::listStatements()) {
+        if (wanted.empty() || statement.name == wanted) {
+            printLine(statement.name + statement.parameters);
+        }
+        if (statement.name == wanted) {
+            isFound = true;
+            printLine(L"module: " + statement.module);
+        }
+    }
+    if (!isFound) {
+        printError(L"qxscript: there is no statement \"" + name + L"\"");
+    }
+    return isFound ? 0 : 1;
+}
+
+int scrambleCopy(const string& from, const string& to)
+{
+    const file target(to);
+    if (!script::scrambleFile(file(from), target)) {
+        printError(L"qxscript: cannot write " + target.fullName());
+        return 1;
+    }
+    return 0;
+}
