@@ -114,6 +114,18 @@ TEST(fsEntry, full_names_are_absolute_and_normal)
     directory(before).makeCurrent();
 }
 
+TEST(fsEntry, names_stay_relative_where_there_is_no_current_directory)
+{
+    class nowhere : public fakeSystem
+    {
+        string currentDirectory() override { return string(); }
+    };
+    const nowhere system;
+    EXPECT_EQ(file(L"../../a/../b").fullName(), native(L"../../b"));
+    EXPECT_EQ(file(L"./a").fullName(), L"a");
+    EXPECT_FALSE(file(L"a").exists());
+}
+
 TEST(fsEntry, relative_names)
 {
     const struct

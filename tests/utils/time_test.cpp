@@ -73,6 +73,7 @@ TEST(time, durations_go_round_the_clock_and_count_the_days)
         // All from 12:00.
         {qx::hours(11), L"23:00:00", 0, L"01:00:00", 0},
         {qx::hours(12), L"00:00:00", 1, L"00:00:00", 0},
+        {qx::hours(36), L"00:00:00", 2, L"00:00:00", 1},
         {qx::hours(61), L"01:00:00", 3, L"23:00:00", 3},
         {qx::minutes(721), L"00:01:00", 1, L"23:59:00", 1},
         {qx::seconds(1), L"12:00:01", 0, L"11:59:59", 0},

@@ -19,7 +19,6 @@
 #include "qxTypes.h"
 
 #include <cstdint>
-#include <map>
 #include <vector>
 
 namespace qx
@@ -48,6 +47,7 @@ enum heldForms : unsigned
 };
 
 // The held types. A type that is not named here or specialised by the library that owns it cannot be held.
+// Maps from short, int, long32 and string to values are held too, by qxGenericMap.h.
 template <class T>
 inline constexpr unsigned heldAs = 0;
 
@@ -93,14 +93,6 @@ template <>
 inline constexpr unsigned heldAs<std::vector<genericValue>> = heldEveryWay;
 template <>
 inline constexpr unsigned heldAs<void*> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<short, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<int, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<long32, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<string, genericValue>> = heldInValue;
 
 template <class T>
 concept holdable = (heldAs<T> & heldInValue) != 0;

@@ -8,6 +8,7 @@
 #include "qxCrc32.h"
 #include "qxDate.h"
 #include "qxDirectory.h"
+#include "qxGenericMap.h"
 #include "qxHolder.h"
 #include "qxLocString.h"
 #include "qxTime.h"

@@ -13,7 +13,6 @@
 #include "qxString.h"
 #include "qxTextSlice.h"
 
-#include <variant>
 #include <vector>
 
 namespace qx
@@ -22,10 +21,10 @@ namespace qx
 class locString;
 
 // Directories that hold language files, asked in order.
-class searchPath
+class QXUTILS_API searchPath
 {
 public:
-    void add(const string& directory) { mDirectories.push_back(directory); }
+    void add(const string& directory);
     const std::vector<string>& directories() const { return mDirectories; }
 
 private:
@@ -75,10 +74,16 @@ private:
     string mText;
 };
 
-// An ordered list of named parameters. Setting a name that exists replaces its value.
+// An ordered list of named parameters. Setting a name that exists replaces its value. Copies share the list
+// until one of them is changed.
 class QXUTILS_API locStringParams
 {
 public:
+    constexpr locStringParams() noexcept = default;
+    locStringParams(const locStringParams& other) noexcept;
+    locStringParams& operator=(const locStringParams& other) noexcept;
+    ~locStringParams();
+
     // A nested message, kept as a message and resolved with the one around it. A message that is no locString
     // is resolved at once. Null counts as empty text.
     void set(const iLocString* value, const wchar_t* name);
@@ -96,17 +101,12 @@ public:
                 const searchPath& path) const;
 
 private:
-    using value = std::variant<textSlice, sharedPtr<locString>, double, long32, wchar_t>;
-    struct entry
-    {
-        string name;
-        locStringParams::value value;
-    };
+    struct list;
 
-    void store(value&& v, const wchar_t* name);
-    const value* find(std::wstring_view name) const;
+    template <class Value>
+    void store(Value&& value, const wchar_t* name);
 
-    std::vector<entry> mEntries;
+    list* mpList = nullptr; // null: no parameter yet
 };
 
 class QXUTILS_API locString : public iLocString
@@ -121,9 +121,7 @@ public:
               const wchar_t* end = nullptr);
     locString(const locStringId& id, const locMessage& text) : mId(id), mText(text) {}
 
-    locString(const locString& other)
-        : mId(other.mId), mParams(other.mParams), mText(other.mText), mFile(other.mFile)
-    {}
+    locString(const locString& other);
     locString& operator=(const locString& other);
 
     const wchar_t* string(const wchar_t* language, const searchPath& path) const override;

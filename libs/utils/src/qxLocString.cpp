@@ -4,13 +4,93 @@
 #include "qxNumberText.h"
 
 #include <algorithm>
+#include <atomic>
+#include <utility>
+#include <variant>
 
 namespace qx
 {
 
+void searchPath::add(const string& directory)
+{
+    mDirectories.push_back(directory);
+}
+
 iLocString::~iLocString() = default;
 
 void iLocString::reserved() const {}
+
+// The parameters of one or more messages: written by its only owner alone.
+struct locStringParams::list
+{
+    using value = std::variant<textSlice, sharedPtr<locString>, double, long32, wchar_t>;
+    struct entry
+    {
+        qx::string name;
+        list::value value;
+    };
+
+    list() = default;
+    explicit list(const std::vector<entry>& other) : entries(other) {}
+
+    list* share() noexcept
+    {
+        owners.fetch_add(1, std::memory_order_relaxed);
+        return this;
+    }
+    void release() noexcept
+    {
+        if (owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
+    }
+
+    const entry* find(std::wstring_view name) const
+    {
+        const auto found =
+            std::find_if(entries.begin(), entries.end(), [name](const entry& e) { return e.name == name; });
+        return found == entries.end() ? nullptr : &*found;
+    }
+
+    std::atomic<unsigned> owners{1};
+    std::vector<entry> entries;
+};
+
+locStringParams::locStringParams(const locStringParams& other) noexcept
+    : mpList(other.mpList ? other.mpList->share() : nullptr)
+{}
+
+locStringParams& locStringParams::operator=(const locStringParams& other) noexcept
+{
+    list* const kept = other.mpList ? other.mpList->share() : nullptr;
+    if (list* const dropped = std::exchange(mpList, kept))
+        dropped->release();
+    return *this;
+}
+
+locStringParams::~locStringParams()
+{
+    if (mpList)
+        mpList->release();
+}
+
+template <class Value>
+void locStringParams::store(Value&& value, const wchar_t* name)
+{
+    if (!mpList) {
+        mpList = new list;
+    } else if (mpList->owners.load(std::memory_order_acquire) != 1) {
+        list* const own = new list(mpList->entries);
+        std::exchange(mpList, own)->release();
+    }
+    const std::wstring_view wanted = name ? std::wstring_view(name) : std::wstring_view();
+    for (list::entry& e : mpList->entries) {
+        if (e.name == wanted) {
+            e.value = std::forward<Value>(value);
+            return;
+        }
+    }
+    mpList->entries.push_back({qx::string(std::wstring(wanted)), std::forward<Value>(value)});
+}
 
 void locStringParams::set(const iLocString* nested, const wchar_t* name)
 {
@@ -50,27 +130,6 @@ void locStringParams::set(const textSlice& text, const wchar_t* name)
     store(text, name);
 }
 
-void locStringParams::store(value&& v, const wchar_t* name)
-{
-    const std::wstring_view wanted = name ? std::wstring_view(name) : std::wstring_view();
-    for (entry& e : mEntries) {
-        if (e.name == wanted) {
-            e.value = std::move(v);
-            return;
-        }
-    }
-    mEntries.push_back({string(std::wstring(wanted)), std::move(v)});
-}
-
-const locStringParams::value* locStringParams::find(std::wstring_view name) const
-{
-    for (const entry& e : mEntries) {
-        if (e.name == name)
-            return &e.value;
-    }
-    return nullptr;
-}
-
 namespace
 {
 
@@ -106,8 +165,9 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
         if (close == text.npos)
             break;
         filled.append(text.substr(done, open - done));
-        if (const value* parameter = find(text.substr(open + 1, close - open - 1))) {
-            std::visit(parameterWriter{filled, language, path}, *parameter);
+        if (const list::entry* parameter =
+                mpList ? mpList->find(text.substr(open + 1, close - open - 1)) : nullptr) {
+            std::visit(parameterWriter{filled, language, path}, parameter->value);
             done = close + 1;
         } else {
             filled.push_back(L'[');
@@ -119,6 +179,10 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
 
 locString::locString(const wchar_t* id, const wchar_t* defaultText, const wchar_t* file, const wchar_t*)
     : mId(id), mText(defaultText), mFile(file ? file : L"")
+{}
+
+locString::locString(const locString& other)
+    : iLocString(), mId(other.mId), mParams(other.mParams), mText(other.mText), mFile(other.mFile)
 {}
 
 locString& locString::operator=(const locString& other)

@@ -1,0 +1,255 @@
+// The command line, as a shell sees it: output, errors and exit status.
+#ifdef QX_SCRIPT_PROGRAM
+
+#include "scriptSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace
+{
+
+// Runs `qxscript ARGUMENTS` through the shell in a directory of scripts. The shell is a posix one.
+class commandLine : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (std::string(QX_SCRIPT_PROGRAM).ends_with(".exe")) {
+            GTEST_SKIP() << "needs a posix shell";
+        }
+        std::filesystem::create_directory(mDirectory.path("sub"));
+        mDirectory.write("tools.qxscr", "// small tools\n"
+                                        "scrdef echo(in<string> text, in<string> other = \"-\")\n"
+                                        "{\n"
+                                        "    return(text);\n"
+                                        "}\n"
+                                        "scrdef other(in a, in b) { return(b); }\n"
+                                        "scrdef quiet() { callfunction(dll$lib$func); }\n"
+                                        "scrdef fail() { createvar(a, getvar(missing)); }\n"
+                                        "scrdef near() { return(callfunction($sub/deep$f, \"x\")); }\n");
+        mDirectory.write("sub/deep.qxscr", "scrdef f(in a) { return(a); }\n");
+        mDirectory.write("bad.qxscr", "scrdef good() { return(\"1\"); }\n"
+                                      "scrdef kind(out<int> a) { return(a); }\n"
+                                      "scrdef GOOD(in a) { return(a); }\n"
+                                      "scrdef blank (in a) { return(a); }\n"
+                                      "scrdef lost() { return(\"1\"); }\n");
+        mDirectory.write("both.qxscr", "scrdef f() { return(\"plain\"); }\n");
+        mDirectory.write("both.qxsscr", "");
+    }
+
+    struct outcome
+    {
+        std::string output;
+        std::string errors;
+        int status;
+    };
+
+    outcome run(const std::string& arguments) const
+    {
+        std::string command = "cd '";
+        command += mDirectory.path("").string();
+        command += "' && { '" QX_SCRIPT_PROGRAM "' ";
+        command += arguments;
+        command += " >out 2>err </dev/null; echo $? >status; }";
+        EXPECT_EQ(std::system(command.c_str()), 0) << command;
+        return {mDirectory.read("out"), mDirectory.read("err"), std::atoi(mDirectory.read("status").c_str())};
+    }
+
+    // `%` in expected texts stands for the directory of the scripts.
+    std::string filledIn(std::string text) const
+    {
+        const std::string in = mDirectory.path("").parent_path().string();
+        for (std::size_t at = text.find('%'); at != std::string::npos; at = text.find('%', at + in.size())) {
+            text.replace(at, 1, in);
+        }
+        return text;
+    }
+
+    struct expectation
+    {
+        const char* arguments;
+        int status;
+        const char* output;
+        const char* errors;
+    };
+
+    template <std::size_t N>
+    void expectAll(const expectation (&cases)[N]) const
+    {
+        for (const expectation& row : cases) {
+            SCOPED_TRACE(row.arguments);
+            const outcome result = run(row.arguments);
+            EXPECT_EQ(result.status, row.status);
+            EXPECT_EQ(result.output, filledIn(row.output));
+            EXPECT_EQ(result.errors, filledIn(row.errors));
+        }
+    }
+
+    scratchDirectory mDirectory;
+};
+
+TEST_F(commandLine, runsFunctionsOfFiles)
+{
+    const expectation cases[] = {
+        {"run tools.qxscr echo hello", 0, "hello\n", ""},
+        {"run tools ECHO hello", 0, "hello\n", ""},
+        {"run ./sub/../TOOLS.qxscr echo hello", 0, "hello\n", ""},
+        {"run tools near", 0, "x\n", ""},
+        {"run tools quiet", 0, "", ""},
+        {"run sub/deep f \"\xc3\xa4 \xf0\x9d\x84\x9e \xff\"", 0, "\xc3\xa4 \xf0\x9d\x84\x9e \xff\n", ""},
+        {"run tools other --base --help", 0, "--help\n", ""},
+        {"run tools other -- --log", 0, "--log\n", ""},
+        {"run --base sub deep f x", 0, "x\n", ""},
+        {"run --base=. sub/deep.qxscr f x", 0, "x\n", ""},
+        {"run both f", 0, "plain\n", ""},
+        {"run both.qxsscr f", 1, "", "qxscript: the search finds %/both.qxscr and not both.qxsscr\n"},
+        {"run missing.qxscr f", 1, "", "File %/missing.qxsscr not found!\n"},
+        {"run 'a$b.qxscr' f", 1, "", "qxscript: a file with \"$\" in its name cannot be called: a$b.qxscr\n"},
+        {"run tools nosuch", 1, "", "Function \"nosuch\" not found in file \"%/tools.qxscr\"\n"},
+        {"run tools echo", 1, "",
+         "Error preparing parameter for function \"echo\" ()\n  Input parameter \"text\" not found\n"},
+        {"run tools fail", 1, "",
+         "Error executing script \"fail\" \n"
+         "  Error executing script \"createvar(a, getvar(missing));\" \n"
+         "    Error executing script \"getvar(missing)\" \n"
+         "      Variable \"missing\" not found\n"},
+    };
+    expectAll(cases);
+}
+
+TEST_F(commandLine, runsCodeCalls)
+{
+    const expectation cases[] = {
+        {"call 'script$tools$echo' a b c", 0, "a\n", ""},
+        {"call --base sub '$deep$f' --x", 0, "--x\n", ""},
+        {"call 'dll$lib$func'", 1, "", "qxscript: the engine does not carry out \"dll$lib$func\"\n"},
+        {"call tools", 1, "", "File %/.qxsscr not found!\n"},
+        {"call 'exe$a$b'", 1, "", "assert: parseCodeCall: invalid codetype exe\nFile %/.qxsscr not found!\n"},
+    };
+    expectAll(cases);
+}
+
+TEST_F(commandLine, evaluatesTexts)
+{
+    const expectation cases[] = {
+        {"eval '{ createvar(a, \"1\"); return(a); setvar(a, \"2\"); }'", 0, "1\n", ""},
+        {"eval 'isnull(\"1\")'", 0, "false\n", ""},
+        {"eval 'getvarptr<int>(missing)'", 0, "", ""},
+        {"eval '{ createvar(a, \"1\"); createvar(p, getvarptr<int>(a)); setvar(a, \"2\"); return(p); }'", 0,
+         "2\n", ""},
+        {"eval ''", 0, "", ""},
+        {"eval '{ }'", 0, "", ""},
+        {"eval 'nosuchstatement()'", 1, "", "Error parsing nosuchstatement()\n"},
+        {"eval 'getglobalvar(scriptbasepath)'", 1, "",
+         "Error executing script \"getglobalvar(scriptbasepath)\" \n"
+         "  Global variable \"scriptbasepath\" not found\n"},
+        {"--log trace eval 'isnull(\"1\")'", 0, "false\n",
+         "trace qx::script::statement::exec: trying to exec (isnull(\"1\"))\n"
+         "trace qx::script::statement::exec: exec (isnull(\"1\")) OK\n"},
+        {"eval --log=error 'isnull(\"1\")'", 0, "false\n", ""},
+    };
+    expectAll(cases);
+}
+
+TEST_F(commandLine, checksAndListsFiles)
+{
+    const char* const outline =
+        "bad.qxscr:3: GOOD takes the place of the definition in line 1\n"
+        "bad.qxscr:4: a blank before the opening bracket ends the file: nothing from here on exists\n";
+    const std::string failures =
+        std::string(outline) + "bad.qxscr:2: kind\n  Error parsing parametertype \"out\"\n";
+    const expectation cases[] = {
+        {"check tools.qxscr sub/deep.qxscr", 0, "", ""},
+        {"check bad.qxscr tools.qxscr", 1, "", failures.c_str()},
+        {"check missing.qxscr tools.qxscr", 1, "", "File %/missing.qxscr not found!\n"},
+        {"functions tools.qxscr", 0,
+         "echo(in<string> text, in<string> other = \"-\")\nother(in a, in b)\nquiet()\nfail()\nnear()\n", ""},
+        {"functions bad.qxscr", 0, "good()\nkind(out<int> a)\nGOOD(in a)\n", outline},
+        {"functions missing.qxscr", 1, "", "File %/missing.qxscr not found!\n"},
+        {"statements SetVar", 0, "setvar(name, [value])\nmodule: variable\n", ""},
+        {"statements nosuch", 1, "", "qxscript: there is no statement \"nosuch\"\n"},
+    };
+    expectAll(cases);
+    const outcome all = run("statements");
+    EXPECT_EQ(all.status, 0);
+    EXPECT_NE(all.output.find("\nsetvar(name, [value])\n"), std::string::npos);
+}
+
+TEST_F(commandLine, scramblesAndRestores)
+{
+    const expectation cases[] = {
+        {"scramble tools.qxscr secret.qxsscr", 0, "", ""},
+        {"run secret echo x", 0, "x\n", ""},
+        {"scramble secret.qxsscr again.qxscr", 0, "", ""},
+        {"scramble missing.qxscr x", 1, "", "Error reading file %/missing.qxscr\n"},
+        {"scramble tools.qxscr nowhere/x", 1, "", "qxscript: cannot write %/nowhere/x\n"},
+    };
+    expectAll(cases);
+    EXPECT_EQ(mDirectory.read("again.qxscr"), mDirectory.read("tools.qxscr"));
+    EXPECT_NE(mDirectory.read("secret.qxsscr"), mDirectory.read("tools.qxscr"));
+}
+
+TEST_F(commandLine, wrongUsageIsStatusTwo)
+{
+    for (const char* arguments :
+         {"", "nosuch", "run", "run tools.qxscr", "call", "check", "functions", "scramble a", "eval",
+          "eval a b", "run --base", "--log loud eval a", "functions --base a b"}) {
+        SCOPED_TRACE(arguments);
+        const outcome result = run(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_NE(result.errors, "");
+    }
+    const outcome help = run("--help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.errors, "");
+    EXPECT_NE(help.output.find("scramble"), std::string::npos);
+}
+
+TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)
+{
+    std::string text = "getvar(missing)";
+    for (int i = 0; i < 60; ++i) {
+        text.insert(0, "isnull(").append(")");
+    }
+    const outcome result = run(text.insert(0, "eval '").append("'"));
+    EXPECT_EQ(result.status, 1);
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < result.errors.size();) {
+        const std::size_t end = result.errors.find('\n', at);
+        lines.push_back(result.errors.substr(at, end - at));
+        at = end + 1;
+    }
+    // 61 statements and the reason.
+    ASSERT_EQ(lines.size(), 41u);
+    EXPECT_EQ(lines[19].find_first_not_of(' '), 38u);
+    EXPECT_EQ(lines[20], std::string(40, ' ') + "... 22 more");
+    EXPECT_EQ(lines[40], std::string(40, ' ') + "Variable \"missing\" not found");
+}
+
+TEST_F(commandLine, whatCannotBePrintedIsAFailure)
+{
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "needs /dev/full";
+    }
+    const outcome result = run("eval 'isnull(\"1\")' >/dev/full 2>reason; test $? = 1 && cat reason");
+    EXPECT_EQ(result.output, "qxscript: standard output cannot be written\n");
+}
+
+TEST_F(commandLine, theTourShowsWhatItSays)
+{
+    const std::filesystem::path tour =
+        std::filesystem::path(QX_TESTS_DIR).parent_path() / "examples" / "tour";
+    std::string command = "'";
+    command.append((tour / "run.sh").string()).append("' '" QX_SCRIPT_PROGRAM "' >'");
+    command.append(mDirectory.path("tour").string()).append("' 2>&1");
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream expected(tour / "output.txt", std::ios::binary);
+    EXPECT_EQ(mDirectory.read("tour"), std::string(std::istreambuf_iterator<char>(expected), {}));
+}
+
+} // namespace
+
+#endif

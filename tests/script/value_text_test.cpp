@@ -1,0 +1,126 @@
+// How the command line shows values.
+#include "../../tools/qxscript/valueText.h"
+
+#include <qxHeldTypes.h>
+#include <qxScript>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace
+{
+
+using qx::genericValue;
+using qx::string;
+using qx::valueArray;
+using objectRef = qx::intrface::interfaceptr<qx::intrface::unknown>;
+using reference = qx::sharedPtr<genericValue>;
+
+genericValue text(const wchar_t* content)
+{
+    return genericValue(string(content));
+}
+
+valueArray& elementsOf(const genericValue& array)
+{
+    return dynamic_cast<genericValue::holder<valueArray>&>(*array.holderCopy()).value();
+}
+
+class someObject final : public qx::intrface::unknown
+{
+public:
+    qx::uint addRef() override { return 1; }
+    qx::uint release() override { return 1; }
+    bool queryInterface(const wchar_t*, const void**) const override { return false; }
+    bool queryInterface(const wchar_t*, void**) override { return false; }
+};
+
+TEST(valueText, showsEveryKindOfValue)
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    someObject object;
+    genericValue variable(7);
+    const genericValue null;
+    const struct
+    {
+        genericValue value;
+        const wchar_t* alone;
+        const wchar_t* inArray;
+    } cases[] = {
+        {genericValue(true), L"true", L"[true]"},
+        {genericValue(-3), L"-3", L"[-3]"},
+        {genericValue(qx::ulong32(4000000000u)), L"4000000000", L"[4000000000]"},
+        {genericValue(0.5), L"0.5", L"[0.5]"},
+        {genericValue(infinity), L"inf", L"[\"inf\"]"},
+        {text(L""), L"", L"[\"\"]"},
+        {text(L"a\"\\\n\x01\xE4"), L"a\"\\\n\x01\xE4", L"[\"a\\\"\\\\\\u000a\\u0001\xE4\"]"},
+        {text(L"\xD834\xDD1E\xD834x\xDD1E"), L"\xD834\xDD1E\xD834x\xDD1E",
+         L"[\"\xD834\xDD1E\\ud834x\\udd1e\"]"},
+        {genericValue(objectRef::share(&object)), L"<object>", L"[\"<object>\"]"},
+        {genericValue(objectRef()), L"<null object>", L"[\"<null object>\"]"},
+        {genericValue(qx::sharedPtr<qx::conditions::condition>()), L"<condition>", L"[\"<condition>\"]"},
+        {genericValue(qx::calcCrc32()), L"<checksum>", L"[\"<checksum>\"]"},
+        {genericValue(static_cast<void*>(nullptr)), L"<handle>", L"[\"<handle>\"]"},
+        {genericValue(valueArray()), L"[]", L"[[]]"},
+        {genericValue(std::map<string, genericValue>{{L"b\"", genericValue(1)}, {L"a", null}}),
+         L"{\"a\":null,\"b\\\"\":1}", L"[{\"a\":null,\"b\\\"\":1}]"},
+        {genericValue(std::map<short, genericValue>{{short(-1), text(L"x")}}), L"{\"-1\":\"x\"}",
+         L"[{\"-1\":\"x\"}]"},
+        {genericValue(std::map<int, genericValue>()), L"{}", L"[{}]"},
+        {genericValue(std::map<qx::long32, genericValue>()), L"{}", L"[{}]"},
+        {genericValue(reference(new genericValue(reference(new genericValue(7))))), L"7", L"[7]"},
+        {genericValue(reference()), nullptr, L"[null]"},
+        {null, nullptr, L"[null]"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.inArray);
+        string shown = L"unchanged";
+        EXPECT_EQ(valueText(row.value, shown), row.alone != nullptr);
+        EXPECT_EQ(shown, row.alone ? row.alone : L"unchanged");
+        EXPECT_TRUE(valueText(genericValue(valueArray{row.value}), shown));
+        EXPECT_EQ(shown, row.inArray);
+    }
+    string shown;
+    EXPECT_TRUE(valueText(genericValue(valueArray{genericValue(1), null, text(L"x")}), shown));
+    EXPECT_EQ(shown, L"[1,null,\"x\"]");
+}
+
+TEST(valueText, endsAtReferencesThatLeadBack)
+{
+    const reference array(new genericValue(valueArray{genericValue(1)}));
+    elementsOf(*array).push_back(genericValue(array));
+    elementsOf(*array).push_back(genericValue(2));
+    string shown;
+    EXPECT_TRUE(valueText(genericValue(array), shown));
+    EXPECT_EQ(shown, L"[1,\"<reference>\",2]");
+    EXPECT_TRUE(valueText(*array, shown));
+    EXPECT_EQ(shown, L"[1,[1,\"<reference>\",2],2]");
+    // The same variable twice is no circle.
+    const reference seven(new genericValue(7));
+    EXPECT_TRUE(valueText(genericValue(valueArray{genericValue(seven), genericValue(seven)}), shown));
+    EXPECT_EQ(shown, L"[7,7]");
+    const reference itself(new genericValue);
+    *itself = genericValue(itself);
+    EXPECT_TRUE(valueText(genericValue(itself), shown));
+    EXPECT_EQ(shown, L"<reference>");
+    elementsOf(*array).clear();
+    itself->clear();
+}
+
+TEST(valueText, bearsAnyDepth)
+{
+    constexpr std::size_t depth = 100000;
+    const genericValue outermost{valueArray()};
+    const genericValue* innermost = &outermost;
+    for (std::size_t i = 1; i < depth; ++i) {
+        valueArray& elements = elementsOf(*innermost);
+        elements.emplace_back(valueArray());
+        innermost = &elements.front();
+    }
+    string shown;
+    EXPECT_TRUE(valueText(outermost, shown));
+    EXPECT_EQ(shown, string(depth, L'[') + string(depth, L']'));
+}
+
+} // namespace
