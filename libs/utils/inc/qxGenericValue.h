@@ -151,6 +151,9 @@ public:
     void swapHolder(sharedPtr<holderbase>& other) noexcept;
 
 private:
+    // For constructors: takes over the first holder without a lock, as nobody else can see this value yet.
+    void adopt(sharedPtr<holderbase> first) noexcept;
+
     std::uintptr_t mWord = 0; // opaque: only the library knows what it means
 };
 

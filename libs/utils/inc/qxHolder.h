@@ -76,6 +76,8 @@ public:
     virtual T& value() = 0;
     virtual const T& constValue() const = 0;
     virtual void assign(const T& source) = 0;
+    // The same with a source that may be emptied.
+    virtual void take(T&& source) { assign(source); }
 
 protected:
     // A copy of the value, made under the lock.
@@ -122,6 +124,11 @@ public:
         const genericValueHolderLocker guard(this->mLocker);
         mValue = source;
     }
+    void take(T&& source) override
+    {
+        const genericValueHolderLocker guard(this->mLocker);
+        mValue = std::move(source);
+    }
 
 private:
     T mValue;
@@ -146,6 +153,12 @@ public:
         const genericValueHolderLocker guard(this->mLocker);
         if (mTarget)
             *mTarget = source;
+    }
+    void take(T&& source) override
+    {
+        const genericValueHolderLocker guard(this->mLocker);
+        if (mTarget)
+            *mTarget = std::move(source);
     }
 
 private:
@@ -178,7 +191,7 @@ template <class T>
 bool genericValue::holder<T>::copyTo(holderbase& destination) const
 {
     if (auto* same = dynamic_cast<holder<T>*>(&destination)) {
-        same->assign(read());
+        same->take(read());
         return true;
     }
     const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
@@ -199,7 +212,7 @@ template <class T>
 bool genericValue::holder<T>::copyFrom(const holderbase& source)
 {
     if (const auto* same = dynamic_cast<const holder<T>*>(&source)) {
-        assign(same->read());
+        take(same->read());
         return true;
     }
     const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
@@ -210,15 +223,14 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
     T converted = read();
     if (!conversions.convert(typeid(T), &converted, source.heldType(), source.heldConstAddress(), 0, nullptr))
         return false;
-    assign(converted);
+    take(std::move(converted));
     return true;
 }
 
 template <holdable T>
 genericValue::genericValue(const T& value)
 {
-    sharedPtr<holderbase> made(valueholder<T>::make(value));
-    swapHolder(made);
+    adopt(sharedPtr<holderbase>(valueholder<T>::make(value)));
 }
 
 template <readable T>
