@@ -60,6 +60,25 @@ unsigned long firstUnit(std::string_view bytes, std::size_t at)
     return next.code;
 }
 
+bool isHighAt(std::string_view bytes, std::size_t at)
+{
+    return at < bytes.size() && isHigh(decodeAt(bytes, at).code);
+}
+
+// Where the run of three-byte high units from `at` on ends.
+std::size_t endOfHighs(std::string_view bytes, std::size_t at)
+{
+    while (isHighAt(bytes, at))
+        at += 3;
+    return at;
+}
+
+void appendEscaped(string& text, std::string_view bytes)
+{
+    for (const char byte : bytes)
+        text.push_back(static_cast<wchar_t>(0xDC00u + static_cast<unsigned char>(byte)));
+}
+
 void appendEncoded(std::string& bytes, unsigned long code)
 {
     const auto put = [&](unsigned long byte) { bytes.push_back(static_cast<char>(byte)); };
@@ -104,11 +123,21 @@ string string::fromUtf8(std::string_view bytes)
     string text;
     text.reserve(bytes.size());
     for (std::size_t at = 0; at < bytes.size();) {
-        decoded next = decodeAt(bytes, at);
-        if (next.length == 3 && isHigh(next.code) && at + 3 < bytes.size() && isLow(firstUnit(bytes, at + 3)))
-            next.length = 0; // as a unit it would pair up with what follows
+        // A high unit would pair up with a low one behind it. Its bytes, escaped, are low units themselves,
+        // so the same holds for a high one in front of it: a run of them is escaped as a whole or not at all.
+        if (const std::size_t end = endOfHighs(bytes, at); end != at) {
+            if (end < bytes.size() && isLow(firstUnit(bytes, end)))
+                appendEscaped(text, bytes.substr(at, end - at));
+            else {
+                for (std::size_t high = at; high != end; high += 3)
+                    text.push_back(static_cast<wchar_t>(decodeAt(bytes, high).code));
+            }
+            at = end;
+            continue;
+        }
+        const decoded next = decodeAt(bytes, at);
         if (next.length == 0) {
-            text.push_back(static_cast<wchar_t>(0xDC00u + static_cast<unsigned char>(bytes[at])));
+            appendEscaped(text, bytes.substr(at, 1));
             ++at;
             continue;
         }
