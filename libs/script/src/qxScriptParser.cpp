@@ -40,7 +40,8 @@ std::wstring_view trimmed(std::wstring_view text)
 textSlice normalised(const textSlice& text)
 {
     const std::wstring_view inner = trimmed(text.view());
-    if (inner.find_first_of(lineEnds) == inner.npos)
+    if (std::none_of(lineEnds.begin(), lineEnds.end(),
+                     [inner](wchar_t end) { return inner.find(end) != inner.npos; }))
         return text.slice(inner);
     string joined{std::wstring(inner)};
     joined.deleteAll(lineEnds);
