@@ -121,13 +121,14 @@ TEST(conversion, pairs)
                 << from.type.name() << " to " << types[to].type.name();
         }
     }
-    for (const std::type_info* map :
+    for (const std::type_info* opaque :
          {&typeid(std::map<short, genericValue>), &typeid(std::map<int, genericValue>),
-          &typeid(std::map<long32, genericValue>), &typeid(std::map<string, genericValue>), &typeid(void*)}) {
-        EXPECT_TRUE(conversions.exists(*map, typeid(reference)));
-        EXPECT_TRUE(conversions.exists(typeid(reference), *map));
-        EXPECT_FALSE(conversions.exists(*map, typeid(string)));
-        EXPECT_FALSE(conversions.exists(typeid(string), *map));
+          &typeid(std::map<long32, genericValue>), &typeid(std::map<string, genericValue>),
+          &typeid(qx::sharedPtr<qx::conditions::condition>), &typeid(void*)}) {
+        EXPECT_TRUE(conversions.exists(*opaque, typeid(reference)));
+        EXPECT_TRUE(conversions.exists(typeid(reference), *opaque));
+        EXPECT_FALSE(conversions.exists(*opaque, typeid(string)));
+        EXPECT_FALSE(conversions.exists(typeid(string), *opaque));
     }
     EXPECT_TRUE(conversions.exists(typeid(qx::directory), typeid(string)));
     EXPECT_TRUE(conversions.exists(typeid(qx::directory), typeid(reference)));

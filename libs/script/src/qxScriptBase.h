@@ -25,7 +25,64 @@ class scriptbasesinglefunction : public singlefunction
 {
 public:
     void destroy() override { delete this; }
+
+protected:
+    // Evaluates the parameter and reads it as a T. False, with `out` untouched, when it was not given or does
+    // not read.
+    template <readable T>
+    bool read(const wchar_t* name, codecontext& context, T& out) const
+    {
+        genericValue value;
+        return getParamValue(name, context, value) && value.getValue(out);
+    }
+
+    // The same for a parameter that has to be there: raises `failure` otherwise.
+    template <readable T>
+    T require(const wchar_t* name, codecontext& context, const wchar_t* failure) const
+    {
+        T out{};
+        if (!read(name, context, out))
+            execError(this, failure);
+        return out;
+    }
+
+private:
+    template <class Statement>
+    friend statement* createNamed(const callText& call);
 };
+
+// Makes a statement with named parameters. It tells its name in messages and what it declares:
+//     static constexpr const wchar_t* messageName = L"file_copy";
+//     static constexpr declaredParameter declared[] = {{L"file", true}, {L"topath", true}, {L"tofile",
+//     false}};
+template <class Statement>
+statement* createNamed(const callText& call)
+{
+    autoPtr<Statement> made(new Statement);
+    scriptbasesinglefunction& bound = *made;
+    bound.parse(
+        Statement::messageName, call.params, call.flags,
+        std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    return made.release();
+}
+
+// The two ways in which a statement writes its result.
+
+// The result is a typed slot: a value that is there keeps its type. Throws the bool value false where it
+// cannot take the value.
+template <writable T>
+void writeToSlot(genericValue& result, const T& value)
+{
+    if (!result.setValue(value, false))
+        throw false;
+}
+
+// The result becomes a fresh value, whatever it held.
+template <holdable T>
+void replaceResult(genericValue& result, const T& value)
+{
+    result = genericValue(value);
+}
 
 // A block: statements in text order, run in a scope of their own.
 class compoundstatement final : public scriptbasestatement
@@ -56,6 +113,20 @@ public:
 
     const valueProvider* operator->() const { return &*mpProvider; }
     explicit operator bool() const noexcept { return static_cast<bool>(mpProvider); }
+
+    // Evaluates the provider. False without one and when it fails.
+    bool evaluate(codecontext& context, genericValue& value) const
+    {
+        return mpProvider && mpProvider->getValue(context, value);
+    }
+
+    // Evaluates the provider and reads the value as a T.
+    template <readable T>
+    bool read(codecontext& context, T& out) const
+    {
+        genericValue value;
+        return evaluate(context, value) && value.getValue(out);
+    }
 
 private:
     autoPtr<valueProvider> mpProvider;

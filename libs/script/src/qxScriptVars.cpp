@@ -67,7 +67,7 @@ public:
     statement* clone() const override { return new variableExists(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        result = genericValue(mScope == scopeGlobal ? context.hasGlobalContextVariable(mName)
+        replaceResult(result, mScope == scopeGlobal ? context.hasGlobalContextVariable(mName)
                                                     : context.hasVariable(mName));
     }
 
@@ -190,8 +190,7 @@ public:
     statement* clone() const override { return new getVariableAddress(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (!result.setValue(storageOf(context, mScope, mName)))
-            throw false;
+        writeToSlot(result, storageOf(context, mScope, mName));
     }
 
     template <eVarScope Scope>
@@ -218,8 +217,8 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         genericValue value;
-        const bool given = mpValue && mpValue->getValue(context, value);
-        result = genericValue(!given || value.isNull());
+        const bool given = mpValue.evaluate(context, value);
+        replaceResult(result, !given || value.isNull());
     }
 
     static statement* create(const callText& call)
@@ -243,9 +242,8 @@ public:
     statement* clone() const override { return new isoftype(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        genericValue value;
         T converted{};
-        result = genericValue(mpValue && mpValue->getValue(context, value) && value.getValue(converted));
+        replaceResult(result, mpValue.read(context, converted));
     }
 
 private:

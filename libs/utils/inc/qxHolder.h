@@ -71,7 +71,7 @@ class QX_SHARED genericValue::holder : public genericValue::holderbase
 public:
     bool copyTo(holderbase& destination) const override;
     bool copyFrom(const holderbase& source) override;
-    const std::type_info& heldType() const override { return typeid(T); }
+    const std::type_info& heldType() const override;
 
     virtual T& value() = 0;
     virtual const T& constValue() const = 0;
@@ -181,6 +181,14 @@ public:
 private:
     const T* mTarget;
 };
+
+// Not inline: MinGW exports only such members of an instantiated class, and the holders that a host makes
+// need it.
+template <class T>
+const std::type_info& genericValue::holder<T>::heldType() const
+{
+    return typeid(T);
+}
 
 template <class T>
 bool genericValue::holder<T>::copyTo(holderbase& destination) const

@@ -56,8 +56,8 @@ using plainTypes = typeList<bool, short, ushort, int, uint, long32, ulong32, uin
                             date, time, timestamp, locString, directory>;
 // Held types that convert only where a reference to a variable holds them or is to hold them.
 using opaqueTypes =
-    typeList<calcCrc32, valueArray, void*, std::map<short, genericValue>, std::map<int, genericValue>,
-             std::map<long32, genericValue>, std::map<string, genericValue>>;
+    typeList<calcCrc32, sharedPtr<conditions::condition>, valueArray, void*, std::map<short, genericValue>,
+             std::map<int, genericValue>, std::map<long32, genericValue>, std::map<string, genericValue>>;
 
 template <class To, class From>
 bool convertPlain(void* to, const void* from, int format, char*)
