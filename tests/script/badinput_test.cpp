@@ -100,20 +100,20 @@ TEST(badInput, unbalanced_megabytes_fail_at_once)
 
 TEST(badInput, nesting_uses_up_the_stack_and_says_so)
 {
-    constexpr std::size_t depth = 16 * 1000;
-    const struct
-    {
-        const wchar_t* open;
-        const wchar_t* close;
-    } rows[] = {{L"return(", L")"}, {L"{isnull(a);", L"}"}, {L"return({isnull(a);", L"})"}};
-    for (const auto& row : rows) {
-        const string text = repeated(row.open, depth) + L"isnull(a)" + repeated(row.close, depth);
-        onBothStacks([&] {
-            const longChain chain = parsingOf(text);
-            EXPECT_GE(chain.links, row.open[0] == L'{' ? 1u : 50u) << row.open;
-            EXPECT_EQ(chain.innermost, L"stack exhausted");
-        });
-    }
+    const auto nested = [](const wchar_t* open, const wchar_t* close, std::size_t depth) {
+        return repeated(open, depth) + L"isnull(a)" + repeated(close, depth);
+    };
+    const auto check = [](const string& text) {
+        const longChain chain = parsingOf(text);
+        EXPECT_GE(chain.links, 2u);
+        EXPECT_EQ(chain.innermost, L"stack exhausted");
+    };
+    // Each level walks the rest of the text, so no deeper than it takes.
+    onBothStacks([&] { check(nested(L"return(", L")", 16 * 1000)); });
+    EXPECT_TRUE(runOnStackOf(smallStack, [&] {
+        check(nested(L"{isnull(a);", L"}", 2000));
+        check(nested(L"return({isnull(a);", L"})", 2000));
+    }));
 }
 
 TEST(badInput, recursion_without_end_uses_up_the_stack_and_says_so)
@@ -195,9 +195,10 @@ TEST(badInput, every_unit_of_text_is_a_character_like_others)
     const assertRecorder recorder;
     for (unsigned unit = 0; unit <= 0xFFFF; unit = unit == 0x2FF ? 0xD7F0 : unit + 1) {
         string u(1, static_cast<wchar_t>(unit));
-        if (u != L"\r" && u != L"\n" && u != L";")
+        if (u != L"\r" && u != L"\n" && u != L";") {
             EXPECT_EQ(valueText(evaluated(L"return(\"a" + u + L"b\")")),
                       "string " + quotedText(L"a" + u + L"b"));
+        }
         for (const string& text :
              texts{u, u + L"(" + u + L")", L"return(" + u + L")", L"isoftype<" + u + L">(\"1\")",
                    L"{" + u + L"return();" + u + L"}", L"createvar(x" + u + L", " + u + L"\"1\")"})
