@@ -1,7 +1,7 @@
 #include "commands.h"
 
+#include "outputText.h"
 #include "report.h"
-#include "valueText.h"
 
 #include <qxDirectory.h>
 #include <qxScript>
@@ -17,7 +17,7 @@ namespace script = qx::script;
 void printValue(const genericValue& value)
 {
     string text;
-    if (valueText(value, text)) {
+    if (outputText(value, text)) {
         printLine(text);
     }
 }

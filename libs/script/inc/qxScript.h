@@ -8,5 +8,6 @@
 #include "qxScriptInterfaces.h"
 #include "qxScriptParser.h"
 #include "qxScriptProvider.h"
+#include "qxScriptReference.h"
 #include "qxScriptStatement.h"
 #include "qxScriptTypes.h"

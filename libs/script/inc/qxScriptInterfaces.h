@@ -1,7 +1,15 @@
-// The contract with the host's objects.
+// The interfaces through which scripts reach the host's objects. The host implements them, the engine calls
+// them.
 //
-// Scripts never see a class of the host. They hold counted pointers to objects that answer queryInterface
-// with a wide-string name. An object offers `unknown` and whichever other interfaces it likes.
+// Scripts never see a class of the host. They hold counted pointers (qxScriptReference.h) to objects that
+// answer queryInterface with a wide-string name. An object offers `unknown` and whichever other interfaces it
+// likes; a statement that needs one that is missing fails with a message of its own.
+//
+//     class part final : public qx::intrface::fieldaccess, public qx::intrface::triggerEvents
+//
+// For all operations: names are those of the script, never null and borrowed for the length of the call. The
+// engine takes no lock around a call and may call from any thread that runs a script. An exception ends the
+// statement like any other failure. The order of the operations is the order of their slots.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -15,11 +23,12 @@ namespace qx::intrface
 class unknown
 {
 public:
-    // Give the new count.
+    // Add and drop one reference. Both give the new count.
     virtual uint addRef() = 0;
     virtual uint release() = 0;
     // Sets `*out` to null; if the object offers the interface, sets it to that interface's pointer, with one
-    // reference for the caller, and gives true. The caller looks at the pointer alone.
+    // reference for the caller, and gives true. The caller looks at the pointer alone. Every statement on an
+    // object asks at least once, so a plain comparison of names is best.
     virtual bool queryInterface(const wchar_t* name, const void** out) const = 0;
     virtual bool queryInterface(const wchar_t* name, void** out) = 0;
 
@@ -27,128 +36,204 @@ protected:
     ~unknown() = default;
 };
 
+// Reads and writes the named fields of an object, in the type that the script states.
+class fieldaccess : public unknown
+{
+public:
+    // Asked before each write, never before a read: to read a field that does not exist is a failure of
+    // getValue.
+    virtual bool hasField(const wchar_t* name) = 0;
+
+    // Write the content of the field to `value`, which is never null. False: it cannot be read as that type.
+    // What `value` holds then is not used. The first one chooses the held type itself and may leave the value
+    // null; the engine does not look at its result.
+    virtual bool getValue(const wchar_t* name, genericValue& value) = 0;
+    virtual bool getValue(const wchar_t* name, timestamp* value) = 0;
+    virtual bool getValue(const wchar_t* name, time* value) = 0;
+    virtual bool getValue(const wchar_t* name, date* value) = 0;
+    virtual bool getValue(const wchar_t* name, string* value) = 0;
+    virtual bool getValue(const wchar_t* name, double* value) = 0;
+    virtual bool getValue(const wchar_t* name, float* value) = 0;
+    virtual bool getValue(const wchar_t* name, ulong32* value) = 0;
+    virtual bool getValue(const wchar_t* name, uint* value) = 0;
+    virtual bool getValue(const wchar_t* name, ushort* value) = 0;
+    virtual bool getValue(const wchar_t* name, long32* value) = 0;
+    virtual bool getValue(const wchar_t* name, int* value) = 0;
+    virtual bool getValue(const wchar_t* name, short* value) = 0;
+    virtual bool getValue(const wchar_t* name, bool* value) = 0;
+
+    // The engine never calls it.
+    virtual void reserved() {}
+
+    // Write `value` to the field. False: the field does not take it. There is none for int: the engine sends
+    // an int as long32.
+    virtual bool setValue(const wchar_t* name, timestamp value) = 0;
+    virtual bool setValue(const wchar_t* name, time value) = 0;
+    virtual bool setValue(const wchar_t* name, date value) = 0;
+    virtual bool setValue(const wchar_t* name, const string& value) = 0;
+    virtual bool setValue(const wchar_t* name, double value) = 0;
+    virtual bool setValue(const wchar_t* name, float value) = 0;
+    virtual bool setValue(const wchar_t* name, ulong32 value) = 0;
+    virtual bool setValue(const wchar_t* name, uint value) = 0;
+    virtual bool setValue(const wchar_t* name, ushort value) = 0;
+    virtual bool setValue(const wchar_t* name, long32 value) = 0;
+    virtual bool setValue(const wchar_t* name, short value) = 0;
+    virtual bool setValue(const wchar_t* name, bool value) = 0;
+
+protected:
+    ~fieldaccess() = default;
+};
+
+// Reads fields that hold arrays.
+class arrayfieldaccess : public unknown
+{
+public:
+    // Fills `*value`, which is never null and empty on entry. False: the field does not exist or is no array.
+    virtual bool getValue(const wchar_t* name, std::vector<genericValue>* value) = 0;
+
+protected:
+    ~arrayfieldaccess() = default;
+};
+
+// States of fields that an editor of the object shows.
+class propertyaccess : public unknown
+{
+public:
+    // The engine does not look at the results of the three that set.
+    virtual bool setDisabled(const wchar_t* name, bool disabled) = 0;
+    virtual bool isDisabled(const wchar_t* name) = 0;
+    virtual bool setConstant(const wchar_t* name, bool constant) = 0;
+    virtual bool isConstant(const wchar_t* name) = 0;
+    virtual bool setLabel(const wchar_t* name, const string& label) = 0;
+    virtual string getLabel(const wchar_t* name) = 0;
+
+protected:
+    ~propertyaccess() = default;
+};
+
+// Conditions that the values of fields have to meet.
+class restrictionsaccess : public fieldaccess
+{
+public:
+    // Keeps the condition, shared with the script's own value. The engine does not look at the result.
+    virtual bool setRestriction(const wchar_t* name, const sharedPtr<conditions::condition>& restriction) = 0;
+    // Null when the field has none.
+    virtual sharedPtr<conditions::condition> getRestriction(const wchar_t* name) = 0;
+
+protected:
+    ~restrictionsaccess() = default;
+};
+
+// Tells the observers of an object that a field has changed. The engine does not look at the results.
+class triggerEvents : public unknown
+{
+public:
+    // The content of the field.
+    virtual bool triggerFieldChange(const wchar_t* name) = 0;
+    // What is known of the field besides: its label, its states.
+    virtual bool triggerFieldInfoChange(const wchar_t* name) = 0;
+
+protected:
+    ~triggerEvents() = default;
+};
+
+// Named links from an object to others.
+class relationaccess : public unknown
+{
+public:
+    virtual bool hasRelation(const wchar_t* name) = 0;
+    // Sets `*out`, null on entry, to the object at the other end, with one reference for the caller, and
+    // gives true; null there is an empty relation. On false `*out` stays null.
+    virtual bool getRelation(const wchar_t* name, unknown** out) = 0;
+    // Links to `object`, or to nothing where it is null. Takes a reference of its own if it keeps the
+    // pointer. False: the relation does not take it.
+    virtual bool setRelation(const wchar_t* name, unknown* object) = 0;
+    // The engine never calls it.
+    virtual void reserved() {}
+    // As getRelation, for a relation with several ends: hands out one object that stands for all of them and
+    // that scripts walk, normally a forwardIterator.
+    virtual bool getRelations(const wchar_t* name, unknown** out) = 0;
+
+protected:
+    ~relationaccess() = default;
+};
+
+// Objects that are attached to an object under a name for a while and are no part of it.
+class transientdataaccess : public unknown
+{
+public:
+    virtual bool hasTransientData(const wchar_t* name) = 0;
+    // Takes a reference of its own if it keeps the pointer; null removes what is there. False: not taken.
+    virtual bool setTransientData(const wchar_t* name, unknown* data) = 0;
+    // As relationaccess::getRelation.
+    virtual bool getTransientData(const wchar_t* name, unknown** out) = 0;
+
+protected:
+    ~transientdataaccess() = default;
+};
+
+// Messages that the user sees at an object. The engine does not look at the results.
+class messagesaccess : public unknown
+{
+public:
+    // A copy of `message` is shown under `id`.
+    virtual bool addMessage(const wchar_t* id, int severity, const locString& message) = 0;
+    virtual bool removeMessage(const wchar_t* id) = 0;
+
+protected:
+    ~messagesaccess() = default;
+};
+
+// A walk over objects. Every caller does: `first`; while not `isEnd`: use the element, `next`. A second walk
+// begins with `first` again, and must give as many elements as the one before.
+class forwardIterator : public unknown
+{
+public:
+    // Moves to the first element and sets `*out`, null on entry, to it, with one reference for the caller.
+    // Without an element `*out` stays null and isEnd becomes true.
+    virtual void first(unknown** out) = 0;
+    // The same for the element after the current one.
+    virtual void next(unknown** out) = 0;
+    // True when there is no current element.
+    virtual bool isEnd() = 0;
+
+protected:
+    ~forwardIterator() = default;
+};
+
+// Interfaces that hosts define among themselves; the engine knows their names alone.
+class bidirectionalIterator;
+class backwardIterator;
+class object;
+
 // The name by which an interface is asked for.
 template <class T>
 inline constexpr const wchar_t* interfaceName = nullptr;
 template <>
 inline constexpr const wchar_t* interfaceName<unknown> = L"qx::intrface::unknown";
-
-class const_interfaceptrbase
-{
-public:
-    virtual bool isValid() const = 0;
-    virtual const unknown* getConstUnknown() const = 0;
-
-protected:
-    ~const_interfaceptrbase() = default;
-};
-
-class interfaceptrbase
-{
-public:
-    virtual unknown* getUnknown() = 0;
-
-protected:
-    ~interfaceptrbase() = default;
-};
-
-// A typed pointer to a host object. One that is not null owns exactly one reference.
-template <class T>
-class QX_SHARED const_interfaceptr : public const_interfaceptrbase
-{
-public:
-    const_interfaceptr() noexcept = default;
-    // Asks `object`, which may be null, for T.
-    explicit const_interfaceptr(const unknown* object)
-    {
-        const void* found = nullptr;
-        if (object)
-            object->queryInterface(interfaceName<T>, &found);
-        mpInterface = const_cast<T*>(static_cast<const T*>(found));
-    }
-    // Copies share the object: one more reference, no query.
-    const_interfaceptr(const const_interfaceptr& other) : mpInterface(other.mpInterface) { take(); }
-    const_interfaceptr& operator=(const const_interfaceptr& other)
-    {
-        if (this != &other) {
-            drop();
-            mpInterface = other.mpInterface;
-            take();
-        }
-        return *this;
-    }
-
-    bool isValid() const override { return mpInterface != nullptr; }
-    const unknown* getConstUnknown() const override { return mpInterface; }
-    virtual ~const_interfaceptr() { drop(); }
-
-    const T* get() const noexcept { return mpInterface; }
-    const T* operator->() const noexcept { return mpInterface; }
-
-protected:
-    void take() const
-    {
-        if (mpInterface)
-            mpInterface->addRef();
-    }
-    void drop()
-    {
-        if (T* const dropped = mpInterface) {
-            mpInterface = nullptr;
-            dropped->release();
-        }
-    }
-
-    T* mpInterface = nullptr;
-};
-
-template <class T>
-class QX_SHARED interfaceptr : public const_interfaceptr<T>, public interfaceptrbase
-{
-public:
-    interfaceptr() noexcept = default;
-    // Asks the object of `other` for T; null when there is none or it declines.
-    explicit interfaceptr(interfaceptrbase& other)
-    {
-        void* found = nullptr;
-        if (unknown* const object = other.getUnknown())
-            object->queryInterface(interfaceName<T>, &found);
-        this->mpInterface = static_cast<T*>(found);
-    }
-    interfaceptr(const interfaceptr& other) : const_interfaceptr<T>(other), interfaceptrbase() {}
-    interfaceptr& operator=(const interfaceptr& other)
-    {
-        const_interfaceptr<T>::operator=(other);
-        return *this;
-    }
-
-    // From a plain pointer, which may be null: `share` takes a reference of its own, `adopt` takes over the
-    // caller's.
-    static interfaceptr share(T* object)
-    {
-        interfaceptr made = adopt(object);
-        made.take();
-        return made;
-    }
-    static interfaceptr adopt(T* object)
-    {
-        interfaceptr made;
-        made.mpInterface = object;
-        return made;
-    }
-
-    unknown* getUnknown() override { return this->mpInterface; }
-
-    T* get() const noexcept { return this->mpInterface; }
-    T* operator->() const noexcept { return this->mpInterface; }
-};
-
-extern template class QXSCRIPT_API const_interfaceptr<unknown>;
-extern template class QXSCRIPT_API interfaceptr<unknown>;
+template <>
+inline constexpr const wchar_t* interfaceName<fieldaccess> = L"qx::intrface::fieldaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<arrayfieldaccess> = L"qx::intrface::arrayfieldaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<propertyaccess> = L"qx::intrface::propertyaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<restrictionsaccess> = L"qx::intrface::restrictionsaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<triggerEvents> = L"qx::intrface::triggerEvents";
+template <>
+inline constexpr const wchar_t* interfaceName<relationaccess> = L"qx::intrface::relationaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<transientdataaccess> = L"qx::intrface::transientdataaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<messagesaccess> = L"qx::intrface::messagesaccess";
+template <>
+inline constexpr const wchar_t* interfaceName<forwardIterator> = L"qx::intrface::forwardIterator";
+template <>
+inline constexpr const wchar_t* interfaceName<bidirectionalIterator> = L"qx::intrface::bidirectionalIterator";
+template <>
+inline constexpr const wchar_t* interfaceName<backwardIterator> = L"qx::intrface::backwardIterator";
+template <>
+inline constexpr const wchar_t* interfaceName<object> = L"qx::intrface::object";
 
 } // namespace qx::intrface
-
-// A `ref`: a value that holds a counted host object. Copies share the object.
-template <>
-inline constexpr unsigned qx::heldAs<qx::intrface::interfaceptr<qx::intrface::unknown>> =
-    qx::heldInValue | qx::heldByPointer;

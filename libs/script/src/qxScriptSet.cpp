@@ -1,9 +1,375 @@
-// Arrays and maps.
+// Arrays and maps: the statements that create them and work on those that sit in variables.
+//
+// The name of the variable is the literal text of the first parameter, as it stands: with its blanks and in
+// its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
+// here.
+#include "qxScriptBase.h"
 #include "qxScriptModules.h"
+#include "qxScriptReference.h"
+#include "qxScriptTypes.h"
+
+#include "qxHeldTypes.h"
+#include "qxValueTraits.h"
 
 namespace qx::script
 {
 
-constinit const builtinModule collectionModule{L"collection", {}};
+namespace
+{
+
+// A container in place, inside a variable. It lives as long as this, whatever becomes of the variable.
+template <class Container>
+class containerIn
+{
+public:
+    // Null where the variable does not exist or holds anything else; nothing is converted.
+    explicit containerIn(const sharedPtr<genericValue>& variable)
+        : mShared(variable ? variable->holderCopy() : sharedPtr<genericValue::holderbase>())
+    {
+        if (auto* const holder = dynamic_cast<genericValue::holder<Container>*>(mShared.get()))
+            mpContainer = &holder->value();
+    }
+
+    explicit operator bool() const { return mpContainer != nullptr; }
+    Container* operator->() const { return mpContainer; }
+    Container& operator*() const { return *mpContainer; }
+
+private:
+    sharedPtr<genericValue::holderbase> mShared;
+    Container* mpContainer = nullptr;
+};
+
+// What the factories of one statement say of a text that they refuse.
+struct refusals
+{
+    std::size_t required; // parameters
+    const wchar_t* tooFew;
+    const wchar_t* unusable; // with the text of the parameter
+};
+
+scString nameOf(const callText& call, const refusals& texts)
+{
+    if (call.params.size() < texts.required)
+        refuse(texts.tooFew);
+    const scString name = scString::createFrom(call.params[0].text());
+    if (name.string().empty())
+        refuse(texts.unusable, call.params[0].view());
+    return name;
+}
+
+ownedProvider providerOf(const callText& call, std::size_t parameter, const wchar_t* unusable)
+{
+    ownedProvider made(valueProvider::createFrom(call.params[parameter], call.flags));
+    if (!made)
+        refuse(unusable, call.params[parameter].view());
+    return made;
+}
+
+class createArray final : public scriptbasestatement
+{
+public:
+    explicit createArray(ownedProvider source) : mpSource(std::move(source)) {}
+
+    statement* clone() const override { return new createArray(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        replaceResult(result, mpSource ? elements(context) : valueArray());
+    }
+
+    static statement* create(const callText& call)
+    {
+        if (call.params.empty())
+            return new createArray(ownedProvider());
+        return new createArray(providerOf(call, 0, L"createArray:::createFrom: error parsing \"%s\""));
+    }
+
+private:
+    using reference = intrface::interfaceptr<intrface::unknown>;
+    using iterator = intrface::interfaceptr<intrface::forwardIterator>;
+
+    // What the source has: the objects that it walks over, or copies of the elements of an array. REQUIRED:
+    // an object that is no iterator has nothing, without a failure.
+    valueArray elements(codecontext& context) const
+    {
+        genericValue source;
+        if (!mpSource->getValue(context, source))
+            execError(this, L"error retrieving iterator");
+        reference object;
+        valueArray array;
+        if (!source.getValue(object) && !source.getValue(array)) {
+            string text;
+            if (source.getValue(text))
+                execError(this, L"error converting \"%s\" to an iterator - object", text);
+            execError(this, L"error converting variable to an iterator - object");
+        }
+        iterator walked(object);
+        return walked.isValid() ? objectsOf(walked) : array;
+    }
+
+    static valueArray objectsOf(iterator& walked)
+    {
+        std::size_t count = 0;
+        walk(walked, [&](const reference&) { ++count; });
+        valueArray objects;
+        objects.reserve(count);
+        walk(walked, [&](const reference& object) { objects.emplace_back(object); });
+        return objects;
+    }
+
+    template <class Use>
+    static void walk(iterator& walked, Use use)
+    {
+        for (reference object = handedOut(walked, &intrface::forwardIterator::first); !walked->isEnd();
+             object = handedOut(walked, &intrface::forwardIterator::next))
+            use(object);
+    }
+
+    static reference handedOut(iterator& walked, void (intrface::forwardIterator::*move)(intrface::unknown**))
+    {
+        intrface::unknown* object = nullptr;
+        (walked.get()->*move)(&object);
+        return reference::adopt(object);
+    }
+
+    ownedProvider mpSource; // null: none given
+};
+
+// Base of the statements on an array in a variable.
+class arrayStatement : public scriptbasestatement
+{
+protected:
+    explicit arrayStatement(const scString& name) : mName(name) {}
+
+    containerIn<valueArray> requireArray(codecontext& context) const
+    {
+        containerIn<valueArray> array(context.variableAddress(mName));
+        if (!array)
+            execError(this, L"Error retrieving array");
+        return array;
+    }
+
+private:
+    scString mName;
+};
+
+class sizeOfArray final : public arrayStatement
+{
+public:
+    explicit sizeOfArray(const scString& name) : arrayStatement(name) {}
+
+    statement* clone() const override { return new sizeOfArray(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        writeToSlot(result, valueTraits<ulong32>::wrap(requireArray(context)->size()));
+    }
+
+    static statement* create(const callText& call)
+    {
+        // REQUIRED: the second text names another class.
+        return new sizeOfArray(nameOf(call, {1, L"sizeOfArray::createFrom: number of parameters < 1",
+                                             L"sizeOfSet::createFrom: error parsing \"%s\""}));
+    }
+};
+
+class addToArray final : public arrayStatement
+{
+public:
+    addToArray(const scString& name, ownedProvider value) : arrayStatement(name), mpValue(std::move(value)) {}
+
+    statement* clone() const override { return new addToArray(*this); }
+    // Has no value.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        const containerIn<valueArray> array = requireArray(context);
+        if (!mpValue)
+            execError(this, L"Error retrieving value(1)");
+        genericValue value;
+        if (!mpValue->getValue(context, value))
+            execError(this, L"Error retrieving value(2)");
+        array->push_back(value);
+    }
+
+    static statement* create(const callText& call)
+    {
+        static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
+                                        L"addToArray::createFrom: error parsing \"%s\""};
+        const scString name = nameOf(call, texts);
+        return new addToArray(name, providerOf(call, 1, texts.unusable));
+    }
+
+private:
+    ownedProvider mpValue;
+};
+
+class arrayElement final : public arrayStatement
+{
+public:
+    arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
+    {}
+
+    statement* clone() const override { return new arrayElement(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const containerIn<valueArray> array = requireArray(context);
+        if (!mpIndex)
+            execError(this, L"Error retrieving index (1)");
+        uint index = 0;
+        if (!mpIndex.read(context, index))
+            execError(this, L"Error retrieving index (2)");
+        if (array->size() <= index)
+            execError(this, L"index bigger than array size");
+        result = (*array)[index];
+    }
+
+    static statement* create(const callText& call)
+    {
+        static constexpr refusals texts{2, L"arrayElement::createFrom: number of parameters < 2",
+                                        L"arrayElement::createFrom: error parsing \"%s\""};
+        const scString name = nameOf(call, texts);
+        return new arrayElement(name, providerOf(call, 1, texts.unusable));
+    }
+
+private:
+    ownedProvider mpIndex;
+};
+
+template <class K>
+using mapOf = std::map<K, genericValue>;
+
+template <class K>
+class createMap final : public scriptbasestatement
+{
+public:
+    statement* clone() const override { return new createMap(*this); }
+    void execute(codecontext&, genericValue& result) const override { replaceResult(result, mapOf<K>()); }
+
+    static statement* create(const callText&) { return new createMap; }
+};
+
+// Base of the statements on a map in a variable. The type of its keys must be theirs.
+template <class K>
+class mapStatement : public scriptbasestatement
+{
+protected:
+    mapStatement(const callText& call, const refusals& texts)
+        : mName(nameOf(call, texts)), mpKey(providerOf(call, 1, texts.unusable))
+    {}
+
+    containerIn<mapOf<K>> requireMap(codecontext& context) const
+    {
+        containerIn<mapOf<K>> map(context.variableAddress(mName));
+        if (!map)
+            execError(this, L"Map not found");
+        return map;
+    }
+
+    K requireKey(codecontext& context) const
+    {
+        K key{};
+        if (!mpKey.read(context, key))
+            execError(this, L"Error retrieving key");
+        return key;
+    }
+
+private:
+    scString mName;
+    ownedProvider mpKey;
+};
+
+template <class K>
+class insertIntoMap final : public mapStatement<K>
+{
+public:
+    statement* clone() const override { return new insertIntoMap(*this); }
+    // Has no value.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        const containerIn<mapOf<K>> map = this->requireMap(context);
+        const K key = this->requireKey(context);
+        genericValue value;
+        if (!mpValue.evaluate(context, value))
+            statement::execError(this, L"Error retrieving value");
+        try {
+            map->insert_or_assign(key, value);
+        } catch (const exception& caught) {
+            statement::execError(this, &caught, nullptr);
+        } catch (...) {
+            statement::execError(this, nullptr);
+        }
+    }
+
+    static statement* create(const callText& call) { return new insertIntoMap(call); }
+
+private:
+    static constexpr refusals texts{3, L"insertIntoMap::createFrom: number of parameters < 3",
+                                    L"insertIntoMap::createFrom: error parsing \"%s\""};
+
+    explicit insertIntoMap(const callText& call)
+        : mapStatement<K>(call, texts), mpValue(providerOf(call, 2, texts.unusable))
+    {}
+
+    ownedProvider mpValue;
+};
+
+template <class K>
+class findInMap final : public mapStatement<K>
+{
+public:
+    statement* clone() const override { return new findInMap(*this); }
+    // A key that is not there leaves the result as it is.
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const containerIn<mapOf<K>> map = this->requireMap(context);
+        const auto found = map->find(this->requireKey(context));
+        if (found != map->end())
+            result = found->second;
+    }
+
+    static statement* create(const callText& call) { return new findInMap(call); }
+
+private:
+    explicit findInMap(const callText& call)
+        : mapStatement<K>(call, {2, L"findInMap::createFrom: number of parameters < 2",
+                                 L"findInMap::createFrom: error parsing \"%s\""})
+    {}
+};
+
+// Makes the member of a family of map statements for the stated type of key.
+template <template <class K> class Statement>
+statement* createKeyed(const callText& call)
+{
+    static constexpr struct
+    {
+        ePrimitiveScriptType type;
+        statement* (*create)(const callText& call);
+    } members[] = {
+        {scriptTypeShort, Statement<short>::create},
+        {scriptTypeInt, Statement<int>::create},
+        {scriptTypeLong, Statement<long32>::create},
+        {scriptTypeString, Statement<string>::create},
+    };
+    if (call.types.empty())
+        refuse(L"mapstatement:::createFrom: missing datatype");
+    const ePrimitiveScriptType type = parseScriptType(call.types[0]);
+    for (const auto& member : members) {
+        if (member.type == type)
+            return member.create(call);
+    }
+    refuse(L"mapstatement:::createFrom: invalid datatype %s", call.types[0]);
+}
+
+const builtin rows[] = {
+    {L"createarray", createArray::create, L"([source])"},
+    {L"sizeofarray", sizeOfArray::create, L"(name)"},
+    {L"addtoarray", addToArray::create, L"(name, value)"},
+    {L"arrayelement", arrayElement::create, L"(name, index)"},
+    {L"createmap", createKeyed<createMap>, L"<key type>()"},
+    {L"insertintomap", createKeyed<insertIntoMap>, L"<key type>(name, key, value)"},
+    {L"findinmap", createKeyed<findInMap>, L"<key type>(name, key)"},
+};
+
+} // namespace
+
+constinit const builtinModule collectionModule{L"collection", rows};
 
 } // namespace qx::script

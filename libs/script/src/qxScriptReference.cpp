@@ -1,10 +1,13 @@
 // References to host objects as held values, and their truth value.
-#include "qxScriptInterfaces.h"
+#include "qxScriptReference.h"
 
 #include "qxHolder.h"
 
-template class qx::intrface::const_interfaceptr<qx::intrface::unknown>;
-template class qx::intrface::interfaceptr<qx::intrface::unknown>;
+#define QX_DEFINE_INTERFACE_POINTER(T)                                                                       \
+    template class qx::intrface::const_interfaceptr<qx::intrface::T>;                                        \
+    template class qx::intrface::interfaceptr<qx::intrface::T>;
+
+QX_ASKED_INTERFACE(QX_DEFINE_INTERFACE_POINTER)
 
 using reference = qx::intrface::interfaceptr<qx::intrface::unknown>;
 

@@ -1,0 +1,162 @@
+// Counted, typed pointers to the host's objects, and references to such objects as values.
+//
+//     qx::intrface::interfaceptr<qx::intrface::unknown> object = ...; // from a value, or share(pointer)
+//     qx::intrface::interfaceptr<qx::intrface::fieldaccess> fields(object);
+//     if (fields.isValid() && fields->hasField(L"length"))
+//
+// A pointer that is not null owns exactly one reference. The pointers themselves are not locked.
+#pragma once
+
+#include "qxScriptInterfaces.h"
+
+namespace qx::intrface
+{
+
+// What all pointers have in common, whatever their interface.
+class const_interfaceptrbase
+{
+public:
+    virtual bool isValid() const = 0;
+    // Borrowed; null for a null pointer.
+    virtual const unknown* getConstUnknown() const = 0;
+
+protected:
+    ~const_interfaceptrbase() = default;
+};
+
+class interfaceptrbase
+{
+public:
+    // Borrowed; null for a null pointer.
+    virtual unknown* getUnknown() = 0;
+
+protected:
+    ~interfaceptrbase() = default;
+};
+
+// A typed pointer to a host object. An interface of the host's own takes part once interfaceName is
+// specialised for it.
+template <class T>
+class QX_SHARED const_interfaceptr : public const_interfaceptrbase
+{
+    static_assert(interfaceName<T> != nullptr, "the interface has no name to ask for");
+
+public:
+    const_interfaceptr() noexcept = default;
+    // Asks `object`, which may be null, for T. Null when the object declines. Whatever the query throws goes
+    // on.
+    explicit const_interfaceptr(const unknown* object)
+    {
+        const void* found = nullptr;
+        if (object)
+            object->queryInterface(interfaceName<T>, &found);
+        mpInterface = const_cast<T*>(static_cast<const T*>(found));
+    }
+    // Copies share the object: one more reference, no query.
+    const_interfaceptr(const const_interfaceptr& other) : mpInterface(other.mpInterface) { take(); }
+    // REQUIRED: the old object is released before the new one is taken, so `other` must not be a part of an
+    // object that the release ends.
+    const_interfaceptr& operator=(const const_interfaceptr& other)
+    {
+        if (this != &other) {
+            drop();
+            mpInterface = other.mpInterface;
+            take();
+        }
+        return *this;
+    }
+
+    bool isValid() const override { return mpInterface != nullptr; }
+    const unknown* getConstUnknown() const override { return mpInterface; }
+    virtual ~const_interfaceptr() { drop(); }
+
+    const T* get() const noexcept { return mpInterface; }
+    const T* operator->() const noexcept { return mpInterface; }
+
+protected:
+    void take() const
+    {
+        if (mpInterface)
+            mpInterface->addRef();
+    }
+    // Null before the release: what the end of the object calls must not find it here and release it again.
+    void drop()
+    {
+        if (T* const dropped = mpInterface) {
+            mpInterface = nullptr;
+            dropped->release();
+        }
+    }
+
+    T* mpInterface = nullptr;
+};
+
+// One whose object may be changed: the pointer that values and the engine hold.
+template <class T>
+class QX_SHARED interfaceptr : public const_interfaceptr<T>, public interfaceptrbase
+{
+public:
+    interfaceptr() noexcept = default;
+    // Asks the object of `other` for T; null when there is none or it declines. `other` keeps its own
+    // reference. Whatever the query throws goes on.
+    explicit interfaceptr(interfaceptrbase& other)
+    {
+        void* found = nullptr;
+        if (unknown* const object = other.getUnknown())
+            object->queryInterface(interfaceName<T>, &found);
+        this->mpInterface = static_cast<T*>(found);
+    }
+    interfaceptr(const interfaceptr& other) : const_interfaceptr<T>(other), interfaceptrbase() {}
+    interfaceptr& operator=(const interfaceptr& other)
+    {
+        const_interfaceptr<T>::operator=(other);
+        return *this;
+    }
+
+    // From a plain pointer, which may be null: `share` takes a reference of its own, `adopt` takes over the
+    // caller's.
+    static interfaceptr share(T* object)
+    {
+        interfaceptr made = adopt(object);
+        made.take();
+        return made;
+    }
+    static interfaceptr adopt(T* object)
+    {
+        interfaceptr made;
+        made.mpInterface = object;
+        return made;
+    }
+
+    unknown* getUnknown() override { return this->mpInterface; }
+
+    T* get() const noexcept { return this->mpInterface; }
+    T* operator->() const noexcept { return this->mpInterface; }
+};
+
+// Calls USE(T) for each interface that the engine asks for. The pointers are instantiated once, in the
+// library.
+#define QX_ASKED_INTERFACE(USE)                                                                              \
+    USE(unknown)                                                                                             \
+    USE(fieldaccess)                                                                                         \
+    USE(arrayfieldaccess)                                                                                    \
+    USE(propertyaccess)                                                                                      \
+    USE(restrictionsaccess)                                                                                  \
+    USE(triggerEvents)                                                                                       \
+    USE(relationaccess)                                                                                      \
+    USE(transientdataaccess)                                                                                 \
+    USE(messagesaccess)                                                                                      \
+    USE(forwardIterator)
+
+#define QX_DECLARE_INTERFACE_POINTER(T)                                                                      \
+    extern template class QXSCRIPT_API const_interfaceptr<T>;                                                \
+    extern template class QXSCRIPT_API interfaceptr<T>;
+
+QX_ASKED_INTERFACE(QX_DECLARE_INTERFACE_POINTER)
+
+} // namespace qx::intrface
+
+// A `ref`: a value that holds a counted host object. Copies share the object.
+template <>
+inline constexpr unsigned qx::heldAs<qx::intrface::interfaceptr<qx::intrface::unknown>> =
+    qx::heldInValue | qx::heldByPointer;
