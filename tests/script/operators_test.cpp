@@ -283,8 +283,7 @@ void checkFloating(const wchar_t* type)
     };
     for (const auto& row : rows)
         checkComputed<T>(row.keyword, type, row.compute);
-    const auto withoutSign = [](T a) { return std::copysign(a, T(1)); };
-    checkEach<T>(L"abs", type, withoutSign);
+    checkEach<T>(L"abs", type, [](T a) { return std::copysign(a, T(1)); });
     checkEach<T>(L"minus", type, [](T a) { return std::copysign(a, std::signbit(a) ? T(1) : T(-1)); });
     for (const auto& a : edges<T>()) {
         const qx::genericValue value(a.value), two(2);
