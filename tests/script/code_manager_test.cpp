@@ -290,6 +290,7 @@ TEST(codeManager, threadsShareOneFunction)
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 200; ++i) {
