@@ -19,7 +19,8 @@ namespace qx
 namespace detail
 {
 
-// The base of functors. `faults` tells operands for which there is no result, only the fault of the processor.
+// The base of functors. `faults` tells operands for which there is no result, only the fault of the
+// processor.
 template <class First, class Second>
 struct operands
 {
