@@ -21,4 +21,9 @@ bool errorsCanBeColoured()
     return ::isatty(STDERR_FILENO) == 1;
 }
 
+bool questionsCanBeAnswered()
+{
+    return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1;
+}
+
 } // namespace qx
