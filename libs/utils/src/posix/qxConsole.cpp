@@ -20,4 +20,9 @@ bool errorsCanBeColoured()
     return ::isatty(STDERR_FILENO) == 1;
 }
 
+bool questionsCanBeAnswered()
+{
+    return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1;
+}
+
 } // namespace qx
