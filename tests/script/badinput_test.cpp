@@ -72,6 +72,7 @@ void onBothStacks(const Check& check)
 
 TEST(badInput, unbalanced_megabytes_fail_at_once)
 {
+    const assertRecorder recorder;
     constexpr std::size_t megabyte = 1024 * 1024;
     const struct
     {

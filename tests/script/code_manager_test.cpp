@@ -115,18 +115,16 @@ script::statement* makeThrower(const qx::string& called, const std::vector<qx::s
         void destroy() override { delete this; }
         void execute(script::codecontext&, qx::genericValue&) const override
         {
-            if (mText) {
+            if (mText)
                 throw qx::string(L"thrown");
-            }
             throw 7;
         }
 
     private:
         bool mText;
     };
-    if (called == L"throwtext" || called == L"thrownumber") {
+    if (called == L"throwtext" || called == L"thrownumber")
         return new thrower(called == L"throwtext");
-    }
     return nullptr;
 }
 
@@ -182,9 +180,8 @@ TEST(codeManager, malformedCallsFindNoFileAndLibraryCallsDoNothing)
     const currentDirectory current(directory.path(""));
     const assertRecorder recorder;
     const std::string missing = "File " + directory.name(".qxsscr").utf8() + " not found!";
-    for (const wchar_t* call : {L"tools$pick", L"", L"exe$tools$pick"}) {
+    for (const wchar_t* call : {L"tools$pick", L"", L"exe$tools$pick"})
         EXPECT_THAT(chainOfFailure([&] { runCall(qx::string(), call); }), ElementsAre(missing));
-    }
     EXPECT_THAT(assertRecorder::take(), ElementsAre(L"parseCodeCall: invalid codetype exe"));
     EXPECT_EQ(runCall(qx::string(), L"dll$lib$func"), "declined");
 }
@@ -262,9 +259,8 @@ TEST(codeManager, aFinishedRunLeavesItsReturnedValueAndNoSignal)
     script::scriptcontext context;
     const qx::scString raised[] = {name(L"#breaksignal#"), name(L"#continuesignal#"),
                                    name(L"#breakallsignal#")};
-    for (const qx::scString& signal : raised) {
+    for (const qx::scString& signal : raised)
         context.setScriptSignal(signal, qx::genericValue(true));
-    }
     std::vector<qx::genericValue> arguments;
     qx::genericValue result;
     EXPECT_TRUE(script::codeManager::instance()->executeFunction(directory.name(), L"$finished$f", context,
@@ -290,28 +286,25 @@ TEST(codeManager, threadsShareOneFunction)
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 200; ++i) {
                 const qx::string text = std::to_wstring(t * 1000 + i);
                 const texts failure = failureOf([&] {
-                    if (runCall(directory.name(), call, {text}) != text.utf8()) {
+                    if (runCall(directory.name(), call, {text}) != text.utf8())
                         ++wrong;
-                    }
                 });
-                if (failure != texts{L"nothing thrown"}) {
+                if (failure != texts{L"nothing thrown"})
                     ++wrong;
-                }
-                if (t == 0 && i % 20 == 19) {
+                if (t == 0 && i % 20 == 19)
                     setAge(directory, fileName,
                            i - 1000); // loads again in the middle of the others' runs
-                }
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(wrong, 0);
 }
 

@@ -30,6 +30,7 @@ valueArray& elementsOf(const genericValue& array)
 class someObject final : public qx::intrface::unknown
 {
 public:
+    virtual ~someObject() = default;
     qx::uint addRef() override { return 1; }
     qx::uint release() override { return 1; }
     bool queryInterface(const wchar_t*, const void**) const override { return false; }

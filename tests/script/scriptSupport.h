@@ -13,9 +13,8 @@ template <class Work>
 std::vector<std::string> chainOfFailure(const Work& work)
 {
     std::vector<std::string> chain;
-    for (const qx::string& text : failureOf(work)) {
+    for (const qx::string& text : failureOf(work))
         chain.push_back(text.utf8());
-    }
     return chain;
 }
 
@@ -24,14 +23,12 @@ std::vector<std::string> chainOfFailure(const Work& work)
 inline std::string runCall(const qx::string& base, const qx::string& call, const texts& arguments = {})
 {
     std::vector<qx::genericValue> values;
-    for (const qx::string& text : arguments) {
+    for (const qx::string& text : arguments)
         values.emplace_back(text);
-    }
     qx::script::scriptcontext context;
     qx::genericValue result;
-    if (!qx::script::codeManager::instance()->executeFunction(base, call, context, values, result)) {
+    if (!qx::script::codeManager::instance()->executeFunction(base, call, context, values, result))
         return "declined";
-    }
     qx::string text;
     return result.getValue(text) ? text.utf8() : "null";
 }

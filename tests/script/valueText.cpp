@@ -98,14 +98,13 @@ std::string valueText(const qx::genericValue& value)
 std::string quotedText(const qx::string& text)
 {
     std::string quoted = "\"";
-    for (const char c : text.utf8()) {
+    for (const char c : text.utf8())
         if (c == '\n')
             quoted += "\\n";
         else if (c == '\r')
             quoted += "\\r";
         else
             quoted += std::string(c == '"' || c == '\\' ? 1 : 0, '\\') + c;
-    }
     return quoted + '"';
 }
 

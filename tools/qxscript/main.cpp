@@ -1,12 +1,16 @@
 // qxscript: runs, checks and lists scripts from the command line.
 #include "commands.h"
+#include "messageBox.h"
 #include "report.h"
 
 #include <qxConsole.h>
+#include <qxLocString.h>
 #include <qxLog.h>
 #include <qxPlatformSystem.h>
 
 #include <CLI/CLI.hpp>
+
+#include <algorithm>
 
 namespace
 {
@@ -16,11 +20,20 @@ using qx::string;
 constexpr int statusFailed = 1;
 constexpr int statusWrongUsage = 2;
 
-// The platform, but a script's integer division by zero is a failure to report and not the end of the
-// process.
+// The platform, but a message box is a question on the terminal where there is one, and a script's integer
+// division by zero is a failure to report and not the end of the process.
 class commandLineSystem : public qx::platformSystem
 {
 public:
+    int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
+    {
+        if (qx::questionsCanBeAnswered()) {
+            return askForButton(text, caption, flags, readInputLine);
+        }
+        printError(caption + L": " + text);
+        return qx::messageBoxButtons(flags).front();
+    }
+
     [[noreturn]] void divisionFault() override
     {
         throw qx::unexpectedErrorException(L"integer division fault");
@@ -43,6 +56,20 @@ public:
         }
     }
 };
+
+// The language that the environment asks for, without its encoding and variant. Empty for the languages of
+// programs, which leave the texts as they are.
+string languageOfEnvironment()
+{
+    string language;
+    for (const wchar_t* variable : {L"LC_ALL", L"LC_MESSAGES", L"LANG"}) {
+        if (qx::system::current().environmentVariable(variable, language) && !language.empty()) {
+            break;
+        }
+    }
+    language.resize(std::min(language.size(), language.find_first_of(L".@")));
+    return language == L"C" || language == L"POSIX" ? string() : language;
+}
 
 // The number of leading arguments that are ours; what follows the function or the code call is the script's,
 // whatever it looks like.
@@ -75,6 +102,7 @@ std::size_t countOwn(const std::vector<std::string>& arguments)
 std::vector<string> wide(const std::vector<std::string>& texts)
 {
     std::vector<string> result;
+    result.reserve(texts.size());
     for (const std::string& text : texts) {
         result.push_back(string::fromUtf8(text));
     }
@@ -216,6 +244,7 @@ int main(int count, char** arguments)
     qx::prepareConsole();
     static commandLineSystem system;
     qx::system::setCurrent(&system);
+    qx::locString::setLanguage(languageOfEnvironment());
     static errorStreamSink sink;
     qxlog::logManager::setSink(&sink);
     const int status = guarded(count, arguments);

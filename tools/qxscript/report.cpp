@@ -52,6 +52,13 @@ void printError(const qx::string& text)
     write(stderr, text + L'\n');
 }
 
+void printPrompt(const qx::string& text)
+{
+    std::fflush(stdout);
+    write(stderr, text);
+    std::fflush(stderr);
+}
+
 void printFailure(const qx::exception& failure, std::size_t level)
 {
     const std::vector<qx::locString> messages = failure.messages();

@@ -5,7 +5,7 @@
 // written. Integer arithmetic wraps to the width of its type.
 #pragma once
 
-#include "qxScriptInterfaces.h"
+#include "qxScriptReference.h"
 
 #include "qxMath.h"
 #include "qxString.h"

@@ -19,4 +19,7 @@ QXUTILS_API void prepareConsole();
 // True when standard error goes to a terminal that can show colours.
 QXUTILS_API bool errorsCanBeColoured();
 
+// True when standard error and standard input are a terminal: somebody can read a question and answer it.
+QXUTILS_API bool questionsCanBeAnswered();
+
 } // namespace qx

@@ -7,6 +7,12 @@
 //
 // A text names its parameters in square brackets. A name without a parameter stays as it stands, and text
 // that was filled in is not filled again. Numbers are shown as their conversion to text shows them.
+//
+// The text of an id comes from language files: `<file>.<language>.ini` in UTF-8 with lines `id=text`,
+// `messages` being the file of messages that name none. They are looked for in the directories of the search
+// path, then in those that the host has set, then in `lang` beside the program; read when they are first
+// asked for and again when they have become newer. A language with a region (`de_CH`) falls back on the one
+// without (`de`). An id that no file has takes the default text, and without one shows itself.
 #pragma once
 
 #include "qxSharedPtr.h"
@@ -85,7 +91,8 @@ public:
     ~locStringParams();
 
     // A nested message, kept as a message and resolved with the one around it. A message that is no locString
-    // is resolved at once. Null counts as empty text.
+    // is resolved at once. Null counts as empty text. Resolving messages that are nested beyond the machine
+    // stack throws unexpectedErrorException.
     void set(const iLocString* value, const wchar_t* name);
     void set(double value, const wchar_t* name);
     void set(long32 value, const wchar_t* name);
@@ -133,6 +140,12 @@ public:
 
     // The resolved text in the current language; empty where string() gives null.
     qx::string text() const;
+
+    // The language of all messages from now on, `de` or `de_CH` say. Empty, as at the start, is the language
+    // of the default texts. May be called at any time from any thread.
+    static void setLanguage(const qx::string& language);
+    // Replaces the host's own directories of language files. May be called at any time from any thread.
+    static void setLanguageDirectories(const searchPath& directories);
 
 private:
     locStringId mId;

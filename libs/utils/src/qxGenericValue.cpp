@@ -36,10 +36,9 @@ public:
     explicit wordLock(const void* value) noexcept : mFlag(stripes[stripeOf(value)].flag)
     {
         constexpr int spinsBeforeYield = 64;
-        for (int spins = 0; __atomic_exchange_n(&mFlag, true, __ATOMIC_ACQUIRE);) {
+        for (int spins = 0; __atomic_exchange_n(&mFlag, true, __ATOMIC_ACQUIRE);)
             if (++spins > spinsBeforeYield)
                 std::this_thread::yield();
-        }
     }
     ~wordLock() { __atomic_store_n(&mFlag, false, __ATOMIC_RELEASE); }
     wordLock(const wordLock&) = delete;

@@ -1,7 +1,9 @@
 // Localised messages.
 #include "qxLocString.h"
 
+#include "qxMessageCatalogue.h"
 #include "qxNumberText.h"
+#include "qxStack.h"
 
 #include <algorithm>
 #include <atomic>
@@ -38,10 +40,21 @@ struct locStringParams::list
         owners.fetch_add(1, std::memory_order_relaxed);
         return this;
     }
+    // Messages may be nested deeper than the machine stack: a list that ends while another does waits for it.
     void release() noexcept
     {
-        if (owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
-            delete this;
+        static thread_local list* waiting = nullptr;
+        static thread_local bool isEnding = false;
+        if (owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
+            return;
+        next = std::exchange(waiting, this);
+        if (std::exchange(isEnding, true))
+            return;
+        while (list* const ended = waiting) {
+            waiting = ended->next;
+            delete ended;
+        }
+        isEnding = false;
     }
 
     const entry* find(std::wstring_view name) const
@@ -52,6 +65,7 @@ struct locStringParams::list
     }
 
     std::atomic<unsigned> owners{1};
+    list* next = nullptr; // among those that wait for their end
     std::vector<entry> entries;
 };
 
@@ -144,6 +158,7 @@ struct parameterWriter
     void operator()(wchar_t character) const { filled.push_back(character); }
     void operator()(const sharedPtr<locString>& message) const
     {
+        stack::check();
         // A copy resolves, so that several threads may fill one message in.
         const locString nested(*message);
         if (const wchar_t* text = nested.string(language, path))
@@ -196,24 +211,39 @@ locString& locString::operator=(const locString& other)
 
 const wchar_t* locString::string(const wchar_t* language, const searchPath& path) const
 {
-    if (!mText.text() && mId.id().empty())
+    qx::string translated;
+    const wchar_t* text = mText.text();
+    if (messageCatalogue::instance().find(mId.id(), language, mFile, path, translated))
+        text = translated.c_str();
+    if (!text && mId.id().empty())
         return nullptr;
     mResolved.clear();
-    if (mText.text())
-        mParams.fillIn(mResolved, mText.text(), language, path);
+    if (text)
+        mParams.fillIn(mResolved, text, language, path);
     else
         mResolved = mId.id();
     return mResolved.c_str();
 }
 
-bool locString::stringIdExists(const wchar_t*, const searchPath&) const
+bool locString::stringIdExists(const wchar_t* language, const searchPath& path) const
 {
-    return false;
+    qx::string ignored;
+    return messageCatalogue::instance().find(mId.id(), language, mFile, path, ignored);
 }
 
 qx::string locString::text() const
 {
     return string(nullptr, searchPath()) ? mResolved : qx::string();
+}
+
+void locString::setLanguage(const qx::string& language)
+{
+    messageCatalogue::instance().setLanguage(language);
+}
+
+void locString::setLanguageDirectories(const searchPath& directories)
+{
+    messageCatalogue::instance().setDirectories(directories);
 }
 
 } // namespace qx

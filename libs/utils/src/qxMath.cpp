@@ -33,8 +33,8 @@ struct decimalForm
 
     double value() const
     {
-        std::string text = digits;
-        text.insert(1, ".").append("e").append(std::to_string(exponent));
+        std::string text(1, digits.front());
+        text.append(".").append(digits, 1).append("e").append(std::to_string(exponent));
         double read = 0;
         const auto result = std::from_chars(text.data(), text.data() + text.size(), read);
         return result.ec == std::errc() ? read : std::numeric_limits<double>::infinity();

@@ -103,10 +103,9 @@ bool string::splitAt(std::wstring_view separator, std::vector<string>& parts, bo
 {
     std::vector<string> cut;
     size_type start = 0;
-    if (!separator.empty()) {
+    if (!separator.empty())
         for (size_type hit; (hit = find(separator, start)) != npos; start = hit + separator.size())
             cut.emplace_back(substr(start, hit - start));
-    }
     const bool found = !cut.empty();
     cut.emplace_back(substr(start));
     if (append)

@@ -8,9 +8,8 @@ namespace qx
 std::vector<string> programArguments(int count, const char* const* arguments)
 {
     std::vector<string> texts;
-    for (int i = 1; i < count; ++i) {
+    for (int i = 1; i < count; ++i)
         texts.push_back(string::fromUtf8(arguments[i]));
-    }
     return texts;
 }
 
@@ -19,6 +18,11 @@ void prepareConsole() {}
 bool errorsCanBeColoured()
 {
     return ::isatty(STDERR_FILENO) == 1;
+}
+
+bool questionsCanBeAnswered()
+{
+    return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1;
 }
 
 } // namespace qx

@@ -10,9 +10,8 @@ std::vector<string> programArguments(int, const char* const*)
 {
     // What main receives has been narrowed to the code page; the command line itself has not.
     std::vector<string> texts = splitCommandLine(GetCommandLineW());
-    if (!texts.empty()) {
+    if (!texts.empty())
         texts.erase(texts.begin());
-    }
     return texts;
 }
 
@@ -27,6 +26,13 @@ bool errorsCanBeColoured()
     DWORD mode = 0;
     return GetConsoleMode(console, &mode) &&
            SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+bool questionsCanBeAnswered()
+{
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) &&
+           GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode);
 }
 
 } // namespace qx

@@ -1,0 +1,161 @@
+#include "qxMessageCatalogue.h"
+
+#include "qxDirectory.h"
+#include "qxSystem.h"
+
+namespace qx
+{
+
+namespace
+{
+
+constexpr const wchar_t* commonFile = L"messages";
+constexpr const wchar_t* directoryBesideProgram = L"lang";
+constexpr std::wstring_view blanks = L" \t\r";
+
+class bytesSink final : public byteSink
+{
+public:
+    bool take(const char* bytes, std::size_t size) override
+    {
+        mBytes.append(bytes, size);
+        return true;
+    }
+
+    std::string_view bytes() const { return mBytes; }
+
+private:
+    std::string mBytes;
+};
+
+std::wstring_view trimmed(std::wstring_view text)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == text.npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+// Comments, sections and lines without an id are passed over. A later text of an id replaces the earlier.
+std::unordered_map<string, string> textsOf(std::string_view bytes)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(byteOrderMark))
+        bytes.remove_prefix(byteOrderMark.size());
+    const string content = string::fromUtf8(bytes);
+    std::wstring_view rest = content;
+    std::unordered_map<string, string> texts;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find(L'\n');
+        const std::wstring_view line = trimmed(rest.substr(0, end));
+        rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
+        const std::size_t equals = line.find(L'=');
+        if (equals == line.npos || line.find_first_of(L";#[") == 0)
+            continue;
+        const std::wstring_view id = trimmed(line.substr(0, equals));
+        if (!id.empty())
+            texts[string(std::wstring(id))] = std::wstring(trimmed(line.substr(equals + 1)));
+    }
+    return texts;
+}
+
+// The language as given, then without its region.
+std::vector<string> fallbacksOf(const string& language)
+{
+    std::vector<string> languages;
+    if (!language.empty())
+        languages.push_back(language);
+    const std::size_t region = language.find_first_of(L"_-");
+    if (region != language.npos && region > 0)
+        languages.push_back(language.substr(0, region));
+    return languages;
+}
+
+} // namespace
+
+messageCatalogue& messageCatalogue::instance()
+{
+    static messageCatalogue* const catalogue = new messageCatalogue;
+    return *catalogue;
+}
+
+void messageCatalogue::setLanguage(const string& language)
+{
+    const std::lock_guard guard(mMutex);
+    mLanguage = language;
+}
+
+void messageCatalogue::setDirectories(const searchPath& directories)
+{
+    const std::lock_guard guard(mMutex);
+    mDirectories = directories.directories();
+}
+
+bool messageCatalogue::find(const string& id, const wchar_t* language, const string& file,
+                            const searchPath& path, string& text)
+{
+    string wanted;
+    if (language) {
+        wanted = language;
+    } else {
+        const std::lock_guard guard(mMutex);
+        wanted = mLanguage;
+    }
+    const std::vector<string> languages = fallbacksOf(wanted);
+    if (id.empty() || languages.empty())
+        return false;
+    const std::vector<string> directories = searched(path);
+    const string stem = file.empty() ? string(commonFile) : file;
+    for (const string& candidate : languages) {
+        const string name = stem + L"." + candidate + L".ini";
+        for (const string& directory : directories) {
+            const shared found = load(qx::file(directory, name).fullName());
+            if (!found)
+                continue;
+            if (const auto entry = found->texts.find(id); entry != found->texts.end()) {
+                text = entry->second;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+std::vector<string> messageCatalogue::searched(const searchPath& path) const
+{
+    std::vector<string> directories = path.directories();
+    {
+        const std::lock_guard guard(mMutex);
+        directories.insert(directories.end(), mDirectories.begin(), mDirectories.end());
+    }
+    directory program;
+    if (getModulePath(string(), program))
+        directories.push_back(directory(program.fullName(), directoryBesideProgram).fullName());
+    return directories;
+}
+
+// Null for a file that is not there or cannot be read.
+messageCatalogue::shared messageCatalogue::load(const string& fileName)
+{
+    fileStatus status;
+    if (!system::current().status(fileName, status) || status.isDirectory)
+        return nullptr;
+    {
+        const std::lock_guard guard(mMutex);
+        const auto known = mFiles.find(fileName);
+        if (known != mFiles.end() && status.lastModification <= known->second->modified)
+            return known->second;
+    }
+    bytesSink content;
+    if (!system::current().readFile(fileName, content))
+        return nullptr;
+    const auto read =
+        std::make_shared<const languageFile>(languageFile{status.lastModification, textsOf(content.bytes())});
+    const std::lock_guard guard(mMutex);
+    shared& kept = mFiles[fileName];
+    if (!kept || kept->modified < read->modified) // another thread may have been faster
+        kept = read;
+    return kept;
+}
+
+} // namespace qx

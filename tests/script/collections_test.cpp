@@ -1,0 +1,243 @@
+// What scripts alone cannot show of arrays and maps: host iterators, containers that go away, deep nesting.
+#include "host.h"
+#include "hostObject.h"
+#include "valueText.h"
+
+#include <qxHeldTypes.h>
+
+#include <gtest/gtest.h>
+
+using qx::genericValue;
+using qx::string;
+using qx::valueArray;
+
+namespace
+{
+
+using stringMap = std::map<string, genericValue>;
+using calls = std::vector<std::string>;
+
+template <class T>
+T& heldIn(const genericValue& value)
+{
+    return dynamic_cast<genericValue::holder<T>&>(*value.holderCopy()).value();
+}
+
+// Runs one statement and gives its value.
+genericValue run(scriptcontext& context, const wchar_t* text, const genericValue& slot = genericValue())
+{
+    genericValue result(slot);
+    parsed(text)->exec(context, result);
+    return result;
+}
+
+// Walks over objects of the test; null ones are allowed.
+class hostIterator final : public hostObject<qx::intrface::forwardIterator>
+{
+public:
+    explicit hostIterator(std::vector<hostObject<unknown>*> objects) : mObjects(std::move(objects)) {}
+
+    void first(unknown** out) override
+    {
+        note("first");
+        mAt = 0;
+        give(out);
+    }
+    void next(unknown** out) override
+    {
+        note("next");
+        ++mAt;
+        give(out);
+        if (--movesLeft == 0)
+            throw qx::unexpectedErrorException(L"iterator broken");
+    }
+    bool isEnd() override { return mAt >= mObjects.size(); }
+
+    int movesLeft = -1; // moves until one throws
+
+private:
+    void give(unknown** out)
+    {
+        EXPECT_EQ(*out, nullptr);
+        if (isEnd() || !mObjects[mAt])
+            return;
+        mObjects[mAt]->addRef();
+        *out = mObjects[mAt]->root();
+    }
+
+    std::vector<hostObject<unknown>*> mObjects;
+    std::size_t mAt = 0;
+};
+
+// Arrays and maps in each other by turns.
+genericValue nested(int depth)
+{
+    genericValue outermost((valueArray()));
+    genericValue* innermost = &outermost;
+    for (int i = 1; i < depth; i += 2) {
+        valueArray& array = heldIn<valueArray>(*innermost);
+        array.emplace_back(stringMap());
+        genericValue& entry = heldIn<stringMap>(array.back())[L"k"];
+        entry = genericValue(valueArray());
+        innermost = &entry;
+    }
+    return outermost;
+}
+
+} // namespace
+
+TEST(createarray, walks_an_iterator_twice_and_refers_to_its_objects)
+{
+    hostObject<unknown> a;
+    hostObject<unknown> b;
+    hostIterator iterator({&a, nullptr, &b});
+    {
+        scriptcontext context;
+        context.createVariable(nameOf(L"objects"), iterator.value());
+        iterator.take();
+        const genericValue array = run(context, L"createarray(objects)", genericValue(5));
+        EXPECT_EQ(valueText(array),
+                  "array [unknownptr to an object, unknownptr to nothing, unknownptr to an object]");
+        objectRef element;
+        ASSERT_TRUE(heldIn<valueArray>(array)[2].getValue(element));
+        EXPECT_EQ(element.getUnknown(), b.root());
+        EXPECT_EQ(a.references, 2u);
+        calls moves = iterator.take();
+        std::erase_if(moves, [](const std::string& call) { return call == "addRef" || call == "release"; });
+        EXPECT_EQ(moves, (calls{"qx::intrface::forwardIterator", "first", "next", "next", "next", "first",
+                                "next", "next", "next"}));
+    }
+    EXPECT_EQ(a.references, 1u);
+    EXPECT_EQ(b.references, 1u);
+    EXPECT_EQ(iterator.references, 1u);
+}
+
+TEST(createarray, keeps_no_reference_when_the_iterator_fails)
+{
+    hostObject<unknown> object;
+    hostIterator iterator({&object, &object});
+    for (const int moves : {1, 3}) { // in the first pass and in the second
+        iterator.movesLeft = moves;
+        scriptcontext context;
+        context.createVariable(nameOf(L"objects"), iterator.value());
+        EXPECT_EQ(failureOf([&] { run(context, L"createarray(objects)"); }),
+                  (texts{L"Error executing script \"createarray(objects)\" ", L"iterator broken"}));
+    }
+    EXPECT_EQ(iterator.references, 1u);
+    EXPECT_EQ(object.references, 1u + 2u); // what `next` gave before it threw is the host's own loss
+}
+
+TEST(createarray, objects_without_elements)
+{
+    hostObject<unknown> object;
+    hostIterator nothing({});
+    for (const genericValue& source : {object.value(), nothing.value(), genericValue(objectRef())}) {
+        scriptcontext context;
+        context.createVariable(nameOf(L"source"), source);
+        EXPECT_EQ(valueText(run(context, L"createarray(source)", genericValue(5))), "array []");
+    }
+}
+
+TEST(collections, array_of_maps_of_arrays_is_copied_deeply)
+{
+    scriptcontext context;
+    const stringMap map{{L"k", genericValue(valueArray{genericValue(1)})}};
+    context.createVariable(nameOf(L"arr"), genericValue(valueArray{genericValue(map)}));
+    const genericValue copies[] = {run(context, L"createarray(arr)"), run(context, L"getvar(arr)"),
+                                   genericValue(valueArray{run(context, L"arrayelement(arr, \"0\")")})};
+    genericValue& original = heldIn<valueArray>(context.variable(nameOf(L"arr")))[0];
+    heldIn<valueArray>(heldIn<stringMap>(original)[L"k"]).clear();
+    EXPECT_EQ(valueText(original), "map<string> {k: array []}");
+    for (const genericValue& copy : copies)
+        EXPECT_EQ(valueText(copy), "array [map<string> {k: array [int 1]}]");
+}
+
+// The variable loses its container while a key, an index or a value is evaluated; the statement still works
+// on the container that it found.
+TEST(collections, containers_are_held_while_parameters_are_evaluated)
+{
+    const struct
+    {
+        const wchar_t* text;
+        const char* container; // what became of it
+        const char* result;
+    } rows[] = {
+        {L"addtoarray(arr, act())", "array [int 7, string \"0\"]", "int 5"},
+        {L"arrayelement(arr, act())", "array [int 7]", "int 7"},
+        {L"insertintomap<string>(m, act(), \"v\")", "map<string> {0: string \"v\"}", "int 5"},
+        {L"insertintomap<string>(m, \"k\", act())", "map<string> {0: int 8, k: string \"0\"}", "int 5"},
+        {L"findinmap<string>(m, act())", "map<string> {0: int 8}", "int 8"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.container);
+        scriptcontext context;
+        context.createVariable(nameOf(L"arr"), genericValue(valueArray{genericValue(7)}));
+        context.createVariable(nameOf(L"m"), genericValue(stringMap{{L"0", genericValue(8)}}));
+        const bool onArray = string(row.text).find(L"arr") != string::npos;
+        const genericValue& variable = context.variable(nameOf(onArray ? L"arr" : L"m"));
+        for (const bool keep : {true, false}) {
+            genericValue kept;
+            const hostModule host(
+                hostModule::statementNamed(L"act", [&](codecontext& running, genericValue& result) {
+                    if (keep) {
+                        auto shared = variable.holderCopy();
+                        kept.swapHolder(shared);
+                    }
+                    running.variable(nameOf(onArray ? L"arr" : L"m")).clear();
+                    result = textValue(L"0");
+                }));
+            const genericValue before(variable);
+            EXPECT_EQ(valueText(run(context, row.text, genericValue(5))), row.result);
+            EXPECT_TRUE(variable.isNull());
+            EXPECT_EQ(valueText(kept), keep ? row.container : "null");
+            context.setVariable(nameOf(onArray ? L"arr" : L"m"), before);
+        }
+    }
+}
+
+TEST(collections, failing_parameters_leave_the_container_alone)
+{
+    scriptcontext context;
+    const genericValue one(1);
+    context.createVariable(nameOf(L"arr"), genericValue(valueArray{one}));
+    context.createVariable(nameOf(L"m"), genericValue(stringMap{{L"k", one}}));
+    for (const wchar_t* text :
+         {L"addtoarray(arr, missing)", L"arrayelement(arr, missing)",
+          L"insertintomap<string>(m, missing, \"v\")", L"insertintomap<string>(m, \"k\", missing)",
+          L"insertintomap<string>(m, \"new\", missing)", L"findinmap<string>(m, missing)"}) {
+        SCOPED_TRACE(string(text).utf8());
+        EXPECT_EQ(failureOf([&] { run(context, text, genericValue(5)); }).back(),
+                  L"Variable \"missing\" not found");
+    }
+    EXPECT_EQ(valueText(context.variable(nameOf(L"arr"))), "array [int 1]");
+    EXPECT_EQ(valueText(context.variable(nameOf(L"m"))), "map<string> {k: int 1}");
+}
+
+// Copying goes as deep as the stack; beyond it the statement fails and the containers stay as they are.
+TEST(collections, nested_a_hundred_thousand_deep)
+{
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "records the whole call stack with each allocation";
+#endif
+    scriptcontext context;
+    context.createVariable(nameOf(L"arr"), genericValue());
+    context.variable(nameOf(L"arr")) = nested(100000);
+    context.createVariable(nameOf(L"all"), genericValue(valueArray()));
+    context.createVariable(nameOf(L"m"), genericValue(stringMap()));
+    std::size_t copied = 0;
+    for (const wchar_t* text : {L"addtoarray(all, arr)", L"insertintomap<string>(m, \"k\", arr)"}) {
+        SCOPED_TRACE(string(text).utf8());
+        const string last = failureOf([&] { run(context, text); }).back();
+        EXPECT_TRUE(last == L"nothing thrown" || last == L"stack exhausted") << last.utf8();
+        if (last == L"nothing thrown")
+            ++copied;
+    }
+    const std::size_t kept = heldIn<valueArray>(context.variable(nameOf(L"all"))).size() +
+                             heldIn<stringMap>(context.variable(nameOf(L"m"))).size();
+    EXPECT_EQ(kept, copied);
+    for (const wchar_t* text : {L"createarray(arr)", L"arrayelement(arr, \"0\")"}) {
+        const string last = failureOf([&] { run(context, text); }).back();
+        EXPECT_TRUE(last == L"nothing thrown" || last == L"stack exhausted") << last.utf8();
+    }
+    EXPECT_EQ(valueText(run(context, L"sizeofarray(arr)")), "ulong 1");
+}

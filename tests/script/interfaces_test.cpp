@@ -1,0 +1,310 @@
+// The contract with the host's objects: names, slots, counted pointers, references as values.
+#include "host.h"
+#include "hostObject.h"
+#include "valueText.h"
+
+#include <qxHeldTypes.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace qx::intrface;
+using qx::genericValue;
+
+namespace
+{
+
+using calls = std::vector<std::string>;
+
+// The place of a virtual operation in its table, from 0: a pointer to one is its offset there.
+template <class Operation>
+std::size_t slotOf(Operation operation)
+{
+    std::uintptr_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof offset);
+    return offset / sizeof(void*);
+}
+
+template <class... Arguments>
+std::size_t slotOfGet()
+{
+    return slotOf<bool (fieldaccess::*)(const wchar_t*, Arguments...)>(&fieldaccess::getValue);
+}
+
+template <class... Arguments>
+std::size_t slotOfSet()
+{
+    return slotOf<bool (fieldaccess::*)(const wchar_t*, Arguments...)>(&fieldaccess::setValue);
+}
+
+// A query that answers one thing and gives another.
+class liar final : public hostObject<unknown>
+{
+public:
+    using hostObject::queryInterface;
+    bool queryInterface(const wchar_t*, void** out) override
+    {
+        *out = given;
+        if (given)
+            ++references;
+        return given == nullptr;
+    }
+
+    unknown* given = nullptr;
+};
+
+class thrower final : public hostObject<unknown>
+{
+public:
+    using hostObject::queryInterface;
+    bool queryInterface(const wchar_t*, void**) override { throw false; }
+};
+
+template <class T>
+void expectQuery(const char* name)
+{
+    SCOPED_TRACE(name);
+    hostObject<unknown> object;
+    {
+        objectRef reference = objectRef::adopt(object.root());
+        const interfaceptr<T> typed(static_cast<interfaceptrbase&>(reference));
+        EXPECT_EQ(object.take(), calls{name});
+        const const_interfaceptr<T> readOnly(object.root());
+        EXPECT_EQ(object.take(), calls{std::string("const ") + name});
+        const bool offered = std::is_same_v<T, unknown>;
+        EXPECT_EQ(typed.isValid(), offered);
+        EXPECT_EQ(readOnly.isValid(), offered);
+        EXPECT_EQ(object.references, offered ? 3u : 1u);
+    }
+    EXPECT_EQ(object.references, 0u);
+
+    objectRef none;
+    EXPECT_FALSE(interfaceptr<T>(none).isValid());
+    EXPECT_EQ(interfaceptr<T>(none).getUnknown(), nullptr);
+    EXPECT_EQ(const_interfaceptr<T>(nullptr).getConstUnknown(), nullptr);
+}
+
+} // namespace
+
+TEST(interfaces, are_asked_for_by_their_names)
+{
+    expectQuery<unknown>("qx::intrface::unknown");
+    expectQuery<fieldaccess>("qx::intrface::fieldaccess");
+    expectQuery<arrayfieldaccess>("qx::intrface::arrayfieldaccess");
+    expectQuery<propertyaccess>("qx::intrface::propertyaccess");
+    expectQuery<restrictionsaccess>("qx::intrface::restrictionsaccess");
+    expectQuery<triggerEvents>("qx::intrface::triggerEvents");
+    expectQuery<relationaccess>("qx::intrface::relationaccess");
+    expectQuery<transientdataaccess>("qx::intrface::transientdataaccess");
+    expectQuery<messagesaccess>("qx::intrface::messagesaccess");
+    expectQuery<forwardIterator>("qx::intrface::forwardIterator");
+    EXPECT_STREQ(interfaceName<bidirectionalIterator>, L"qx::intrface::bidirectionalIterator");
+    EXPECT_STREQ(interfaceName<backwardIterator>, L"qx::intrface::backwardIterator");
+    EXPECT_STREQ(interfaceName<object>, L"qx::intrface::object");
+}
+
+// Hosts are built apart from the engine, so the order of the slots is a promise.
+TEST(interfaces, keep_their_slots)
+{
+    const struct
+    {
+        const char* operation;
+        std::size_t slot;
+        std::size_t expected;
+    } rows[] = {
+        {"addRef", slotOf(&unknown::addRef), 0},
+        {"release", slotOf(&unknown::release), 1},
+        {"const query",
+         slotOf<bool (unknown::*)(const wchar_t*, const void**) const>(&unknown::queryInterface), 2},
+        {"query", slotOf<bool (unknown::*)(const wchar_t*, void**)>(&unknown::queryInterface), 3},
+        {"hasField", slotOf(&fieldaccess::hasField), 4},
+        {"get generic", slotOfGet<genericValue&>(), 5},
+        {"get timestamp", slotOfGet<qx::timestamp*>(), 6},
+        {"get time", slotOfGet<qx::time*>(), 7},
+        {"get date", slotOfGet<qx::date*>(), 8},
+        {"get string", slotOfGet<qx::string*>(), 9},
+        {"get double", slotOfGet<double*>(), 10},
+        {"get float", slotOfGet<float*>(), 11},
+        {"get ulong", slotOfGet<qx::ulong32*>(), 12},
+        {"get uint", slotOfGet<qx::uint*>(), 13},
+        {"get ushort", slotOfGet<qx::ushort*>(), 14},
+        {"get long", slotOfGet<qx::long32*>(), 15},
+        {"get int", slotOfGet<int*>(), 16},
+        {"get short", slotOfGet<short*>(), 17},
+        {"get bool", slotOfGet<bool*>(), 18},
+        {"set timestamp", slotOfSet<qx::timestamp>(), 20},
+        {"set time", slotOfSet<qx::time>(), 21},
+        {"set date", slotOfSet<qx::date>(), 22},
+        {"set string", slotOfSet<const qx::string&>(), 23},
+        {"set double", slotOfSet<double>(), 24},
+        {"set float", slotOfSet<float>(), 25},
+        {"set ulong", slotOfSet<qx::ulong32>(), 26},
+        {"set uint", slotOfSet<qx::uint>(), 27},
+        {"set ushort", slotOfSet<qx::ushort>(), 28},
+        {"set long", slotOfSet<qx::long32>(), 29},
+        {"set short", slotOfSet<short>(), 30},
+        {"set bool", slotOfSet<bool>(), 31},
+        {"getRestriction", slotOf(&restrictionsaccess::getRestriction), 33},
+        {"array getValue", slotOf(&arrayfieldaccess::getValue), 4},
+        {"getLabel", slotOf(&propertyaccess::getLabel), 9},
+        {"triggerFieldInfoChange", slotOf(&triggerEvents::triggerFieldInfoChange), 5},
+        {"setRelation", slotOf(&relationaccess::setRelation), 6},
+        {"getRelations", slotOf(&relationaccess::getRelations), 8},
+        {"getTransientData", slotOf(&transientdataaccess::getTransientData), 6},
+        {"removeMessage", slotOf(&messagesaccess::removeMessage), 5},
+        {"isEnd", slotOf(&forwardIterator::isEnd), 6},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.slot, row.expected) << row.operation;
+}
+
+TEST(interfacePointers, are_as_valid_as_what_the_query_leaves)
+{
+    liar object;
+    objectRef reference = objectRef::share(object.root());
+    EXPECT_FALSE(interfaceptr<fieldaccess>(reference).isValid()); // true, but nothing given
+    object.given = object.root();
+    EXPECT_TRUE(interfaceptr<unknown>(static_cast<interfaceptrbase&>(reference)).isValid());
+    EXPECT_EQ(object.references, 2u);
+
+    thrower throwing;
+    objectRef asked = throwing.share();
+    EXPECT_THROW(interfaceptr<fieldaccess>{asked}, bool);
+    EXPECT_EQ(throwing.references, 2u);
+}
+
+TEST(interfacePointers, give_the_interface_of_an_object_with_several)
+{
+    class iterator final : public hostObject<forwardIterator, triggerEvents>
+    {
+    public:
+        void first(unknown**) override { note("first"); }
+        void next(unknown**) override { note("next"); }
+        bool isEnd() override { return true; }
+        bool triggerFieldChange(const wchar_t*) override { return true; }
+        bool triggerFieldInfoChange(const wchar_t*) override
+        {
+            note("info");
+            return true;
+        }
+    };
+    iterator object;
+    objectRef reference = object.share();
+    interfaceptr<triggerEvents> events(reference);
+    ASSERT_TRUE(events.isValid());
+    object.take();
+    events->triggerFieldInfoChange(L"f");
+    interfaceptr<forwardIterator> back(events);
+    ASSERT_TRUE(back.isValid());
+    back->first(nullptr);
+    const objectRef root(events); // asks, though every interface is an `unknown` already
+    EXPECT_EQ(object.take(),
+              (calls{"info", "qx::intrface::forwardIterator", "first", "qx::intrface::unknown"}));
+    EXPECT_EQ(root.get(), object.root());
+    EXPECT_EQ(object.references, 5u);
+}
+
+TEST(interfacePointers, count_one_reference_each)
+{
+    hostObject<unknown> first;
+    hostObject<unknown> second;
+    {
+        objectRef shared = first.share();
+        EXPECT_EQ(first.take(), calls{"addRef"});
+        objectRef adopted = objectRef::adopt(second.root());
+        EXPECT_EQ(second.take(), calls{});
+        EXPECT_EQ(shared.getUnknown(), first.root());
+        EXPECT_EQ(shared.getConstUnknown(), first.root());
+
+        objectRef copy(shared);
+        EXPECT_EQ(first.take(), calls{"addRef"}); // no query
+        auto& same = copy;
+        copy = same;
+        EXPECT_EQ(first.take(), calls{});
+        copy = shared; // the same object in another pointer
+        EXPECT_EQ(first.take(), (calls{"release", "addRef"}));
+        copy = adopted;
+        EXPECT_EQ(first.take(), calls{"release"});
+        EXPECT_EQ(second.take(), calls{"addRef"});
+        copy = objectRef();
+        EXPECT_EQ(second.take(), calls{"release"});
+        EXPECT_FALSE(copy.isValid());
+        EXPECT_FALSE(objectRef(copy).isValid());
+        EXPECT_FALSE(objectRef::share(nullptr).isValid());
+    }
+    EXPECT_EQ(first.references, 1u);
+    EXPECT_EQ(second.references, 0u); // the adopted one was the test's own
+}
+
+// The end of an object may reach the pointer that ends it.
+TEST(interfacePointers, are_null_while_their_object_is_released)
+{
+    class watcher final : public hostObject<unknown>
+    {
+    public:
+        qx::uint release() override
+        {
+            validMeanwhile = watched->isValid();
+            return hostObject::release();
+        }
+        const objectRef* watched = nullptr;
+        bool validMeanwhile = true;
+    };
+    watcher object;
+    objectRef pointer = objectRef::adopt(object.root());
+    object.watched = &pointer;
+    pointer = objectRef();
+    EXPECT_FALSE(object.validMeanwhile);
+}
+
+TEST(references, share_their_object_when_values_are_copied)
+{
+    hostObject<unknown> object;
+    {
+        const genericValue value = object.value();
+        EXPECT_EQ(object.references, 2u);
+        const genericValue copy(value);
+        const genericValue array(qx::valueArray{copy, value});
+        const genericValue arrayCopy(array);
+        EXPECT_EQ(object.references, 7u);
+
+        hostObject<unknown> other;
+        objectRef target = other.share();
+        EXPECT_TRUE(copy.getValue(target));
+        EXPECT_EQ(other.references, 1u);
+        EXPECT_EQ(target.getUnknown(), object.root());
+        EXPECT_TRUE(genericValue(objectRef()).getValue(target)); // a null reference is a value
+        EXPECT_FALSE(target.isValid());
+        EXPECT_FALSE(genericValue().getValue(target));
+        EXPECT_FALSE(textValue(L"text").getValue(target));
+    }
+    EXPECT_EQ(object.references, 1u);
+}
+
+TEST(references, are_true_where_they_lead_to_an_object)
+{
+    hostObject<unknown> object;
+    scriptcontext context;
+    context.createVariable(nameOf(L"object"), object.value());
+    context.createVariable(nameOf(L"none"), genericValue(objectRef()));
+    const struct
+    {
+        const wchar_t* text;
+        bool truth;
+    } rows[] = {{L"getvar(object)", true},
+                {L"getvar(none)", false},
+                {L"getvarptr<unknownptr>(object)", true},
+                {L"getvarptr<unknownptr>(none)", false}};
+    for (const auto& row : rows) {
+        genericValue value;
+        parsed(row.text)->exec(context, value);
+        bool truth = !row.truth;
+        EXPECT_TRUE(value.getValue(truth));
+        EXPECT_EQ(truth, row.truth);
+        int number = 0;
+        EXPECT_FALSE(value.getValue(number));
+        qx::string text;
+        EXPECT_FALSE(value.getValue(text));
+    }
+}
