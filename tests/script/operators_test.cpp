@@ -88,6 +88,7 @@ template <class T>
 std::vector<ranked<T>> inOrder(const std::vector<T>& ascending)
 {
     std::vector<ranked<T>> all;
+    all.reserve(ascending.size());
     for (const T& value : ascending)
         all.push_back({value, static_cast<int>(all.size())});
     return all;
@@ -106,7 +107,9 @@ std::vector<ranked<T>> edges()
         return inOrder<T>({T(P(0)), T(P(1)), T(P(2)), T(P(7)), T(static_cast<P>(limits::max() / 2 + 1)),
                            T(static_cast<P>(limits::max() - 1)), T(limits::max())});
     else {
-        const P one = 1, infinity = limits::infinity(), tiny = limits::denorm_min();
+        const P one = 1;
+        const P infinity = limits::infinity();
+        const P tiny = limits::denorm_min();
         auto all = inOrder<P>({-infinity, limits::lowest(), -one, -tiny, 0, tiny, one / 3,
                                std::nextafter(one / 3, one), one, limits::max(), infinity});
         all.push_back({-P(0), 4});
@@ -165,7 +168,8 @@ void checkPairs(const wchar_t* keyword, const wchar_t* type, Expected expected)
     const runner run(call(keyword, type));
     for (const auto& a : edges<T>()) {
         for (const auto& b : edges<T>()) {
-            const qx::genericValue first(a.value), second(b.value);
+            const qx::genericValue first(a.value);
+            const qx::genericValue second(b.value);
             ASSERT_EQ(valueText(run(first, second)), valueText(qx::genericValue(expected(a, b))))
                 << valueText(first) << ", " << valueText(second);
         }
@@ -246,7 +250,8 @@ void checkIntegers(const wchar_t* type)
         const runner run(call(keyword, type));
         for (const auto& a : edges<T>()) {
             for (const auto& b : edges<T>()) {
-                const exact first = static_cast<P>(a.value), second = static_cast<P>(b.value);
+                const exact first = static_cast<P>(a.value);
+                const exact second = static_cast<P>(b.value);
                 const bool overflows = sizeof(P) == 4 && std::is_signed_v<P> && second == -1 && a.rank == 0;
                 if (second == 0 || overflows)
                     continue; // a fault, below
@@ -286,7 +291,8 @@ void checkFloating(const wchar_t* type)
     checkEach<T>(L"abs", type, [](T a) { return std::copysign(a, T(1)); });
     checkEach<T>(L"minus", type, [](T a) { return std::copysign(a, std::signbit(a) ? T(1) : T(-1)); });
     for (const auto& a : edges<T>()) {
-        const qx::genericValue value(a.value), two(2);
+        const qx::genericValue value(a.value);
+        const qx::genericValue two(2);
         EXPECT_EQ(valueText(runner(call(L"round", type))(value, two)),
                   valueText(qx::genericValue(static_cast<T>(qx::roundImp(a.value, 2)))));
         EXPECT_EQ(valueText(runner(call(L"cutoff", type))(value, two)),
@@ -351,6 +357,8 @@ qx::string outcomeOf(const qx::string& text)
 class hostObject final : public qx::intrface::unknown
 {
 public:
+    virtual ~hostObject() = default;
+
     qx::uint addRef() override { return ++references; }
     qx::uint release() override { return --references; }
     bool queryInterface(const wchar_t*, const void** out) const override { return !(*out = nullptr); }

@@ -72,8 +72,10 @@ TEST(math, round_and_cut_as_counted_in_thousandths)
 {
     for (int thousandths = 0; thousandths < 30000; ++thousandths) {
         const double value = thousandths / 1000.0;
-        ASSERT_EQ(qx::roundImp(value, 2), (thousandths + 5) / 10 / 100.0) << value;
-        ASSERT_EQ(qx::cutOffImp(-value, 1), -(thousandths / 100) / 10.0) << value;
+        const int hundredths = (thousandths + 5) / 10;
+        const int wholeTenths = thousandths / 100;
+        ASSERT_EQ(qx::roundImp(value, 2), hundredths / 100.0) << value;
+        ASSERT_EQ(qx::cutOffImp(-value, 1), -wholeTenths / 10.0) << value;
     }
 }
 
