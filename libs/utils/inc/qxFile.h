@@ -115,9 +115,9 @@ public:
     // Milliseconds since 1970-01-01 00:00 UTC; 0 for a file that does not exist.
     long long lastModificationTime() const;
 
-    // Adds `line` and a line end in one write, in the default ANSI code page; what that lacks is written as '?', and
-    // each line feed as the platform's line end. Creates a missing file. False when the file cannot be opened; a
-    // failed write goes unnoticed.
+    // Adds `line` and a line end in one write, in the default ANSI code page; what that lacks is written as
+    // '?', and each line feed as the platform's line end. Creates a missing file. False when the file cannot
+    // be opened; a failed write goes unnoticed.
     bool appendTextLine(const string& line) const;
 };
 

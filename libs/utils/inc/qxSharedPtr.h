@@ -127,9 +127,8 @@ private:
     ulong32* mpCounter = nullptr;
 };
 
-// Reads what a sharedPtr owns, and shares the ownership. Used as a value and never deleted through a base, so its one
-// virtual operation stays its only one.
-// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
+// Reads what a sharedPtr owns, and shares the ownership. Used as a value and never deleted through a base, so
+// its one virtual operation stays its only one. NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 template <class T>
 class QX_SHARED const_sharedPtr
 {

@@ -1,7 +1,7 @@
 // Small blocks from thread-caching free lists.
 //
-// Each thread keeps the blocks it frees, by size, up to a cap, and takes from there first. A thread's lists are given
-// back to the heap when it ends.
+// Each thread keeps the blocks it frees, by size, up to a cap, and takes from there first. A thread's lists
+// are given back to the heap when it ends.
 #pragma once
 
 #include <cstddef>
