@@ -17,15 +17,12 @@ namespace
 
 std::vector<std::filesystem::path> inputsIn(const std::filesystem::path& place)
 {
-    if (!std::filesystem::is_directory(place)) {
+    if (!std::filesystem::is_directory(place))
         return {place};
-    }
     std::vector<std::filesystem::path> inputs;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
-        if (entry.is_regular_file()) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(place))
+        if (entry.is_regular_file())
             inputs.push_back(entry.path());
-        }
-    }
     std::sort(inputs.begin(), inputs.end());
     return inputs;
 }
@@ -52,9 +49,8 @@ int main(int argc, char** argv)
     try {
         for (int i = 1; i < argc; ++i) {
             for (const auto& input : inputsIn(argv[i])) {
-                if (!replay(input)) {
+                if (!replay(input))
                     return 1;
-                }
                 ++count;
             }
         }

@@ -16,9 +16,8 @@ class commandLine : public testing::Test
 protected:
     void SetUp() override
     {
-        if (std::string(QX_SCRIPT_PROGRAM).ends_with(".exe")) {
+        if (std::string(QX_SCRIPT_PROGRAM).ends_with(".exe"))
             GTEST_SKIP() << "needs a posix shell";
-        }
         std::filesystem::create_directory(mDirectory.path("sub"));
         mDirectory.write("tools.qxscr", "// small tools\n"
                                         "scrdef echo(in<string> text, in<string> other = \"-\")\n"
@@ -61,9 +60,8 @@ protected:
     std::string filledIn(std::string text) const
     {
         const std::string in = mDirectory.path("").parent_path().string();
-        for (std::size_t at = text.find('%'); at != std::string::npos; at = text.find('%', at + in.size())) {
+        for (std::size_t at = text.find('%'); at != std::string::npos; at = text.find('%', at + in.size()))
             text.replace(at, 1, in);
-        }
         return text;
     }
 
@@ -211,9 +209,8 @@ TEST_F(commandLine, wrongUsageIsStatusTwo)
 TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)
 {
     std::string text = "getvar(missing)";
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 60; ++i)
         text.insert(0, "isnull(").append(")");
-    }
     const outcome result = run(text.insert(0, "eval '").append("'"));
     EXPECT_EQ(result.status, 1);
     std::vector<std::string> lines;
@@ -231,9 +228,8 @@ TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)
 
 TEST_F(commandLine, whatCannotBePrintedIsAFailure)
 {
-    if (!std::filesystem::exists("/dev/full")) {
+    if (!std::filesystem::exists("/dev/full"))
         GTEST_SKIP() << "needs /dev/full";
-    }
     const outcome result = run("eval 'isnull(\"1\")' >/dev/full 2>reason; test $? = 1 && cat reason");
     EXPECT_EQ(result.output, "qxscript: standard output cannot be written\n");
 }

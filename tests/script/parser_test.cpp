@@ -269,10 +269,9 @@ TEST(parser, flags_reach_every_nested_call_unchanged_but_for_a_loop_body)
         L"{ probe1(); loop(probe2(), {probe3(); treatasfunction({return(probe4()); probe5()})}); probe6(); }",
         4);
     std::vector<std::pair<qx::string, int>> flags;
-    for (const moduleCall& call : host.asked) {
+    for (const moduleCall& call : host.asked)
         if (call.name.starts_with(L"probe"))
             flags.emplace_back(call.name, call.flags);
-    }
     EXPECT_EQ(
         flags,
         (std::vector<std::pair<qx::string, int>>{

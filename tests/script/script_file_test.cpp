@@ -16,16 +16,14 @@ std::string outline(const qx::file& source)
     qx::string text;
     for (const script::functionInfo& function : info.functions) {
         text += std::to_wstring(function.line) + L" " + function.name + L" ";
-        for (const qx::string& parameter : function.parameters) {
+        for (const qx::string& parameter : function.parameters)
             text += L"[" + parameter + L"]";
-        }
         text += L" " + function.body + L"\n";
     }
-    if (info.end == script::scriptFileEnd::blankInName) {
+    if (info.end == script::scriptFileEnd::blankInName)
         text += L"blank in line " + std::to_wstring(info.endLine) + L"\n";
-    } else if (info.end == script::scriptFileEnd::withoutText) {
+    else if (info.end == script::scriptFileEnd::withoutText)
         text += L"nothing in line " + std::to_wstring(info.endLine) + L"\n";
-    }
     return text.utf8();
 }
 
@@ -93,9 +91,8 @@ TEST(scriptFile, theExtensionAloneTellsWhetherAFileIsScrambled)
     const std::string key = "k2#Vq9!xLm4$Zt7&Rb1~Yw6*Hs3%Pn8^Jd5(Cg0)Fu_+Ea=?";
     const std::string bytes = directory.read("scrambled.QXSSCR");
     ASSERT_EQ(bytes.size(), 11u);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
+    for (std::size_t i = 0; i < bytes.size(); ++i)
         EXPECT_EQ(static_cast<char>(bytes[i] ^ key[i]), "scrdef a()x"[i]);
-    }
     EXPECT_EQ(outline(scrambled), "1 a  x\n");
     directory.write("mistaken.qxsscr", "scrdef a()x");
     EXPECT_EQ(outline(qx::file(directory.name("mistaken.qxsscr"))), "");
@@ -107,9 +104,8 @@ TEST(scriptFile, longFilesAndLinesAreReadInOneGo)
 {
     const scratchDirectory directory;
     std::string content;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000; ++i)
         content += "scrdef f" + std::to_string(i) + "(in<int> a)\n{\n return(a);\n}\n";
-    }
     content += "scrdef long()" + std::string(1000000, 'x') + "\n" + std::string(1000000, ' ') + "y";
     directory.write("f.qxscr", content);
     const script::scriptFileInfo info = script::listFunctions(qx::file(directory.name("f.qxscr")));
@@ -125,9 +121,8 @@ public:
     explicit programIn(const qx::string& directory) : mDirectory(directory) {}
     bool modulePath(const qx::string& module, qx::string& directory) override
     {
-        if (!module.empty()) {
+        if (!module.empty())
             return platformSystem::modulePath(module, directory);
-        }
         directory = mDirectory;
         return true;
     }
@@ -139,21 +134,18 @@ private:
 TEST(scriptFile, isSearchedInOneOrder)
 {
     const scratchDirectory directory;
-    for (const char* name : {"current", "base", "program"}) {
+    for (const char* name : {"current", "base", "program"})
         std::filesystem::create_directory(directory.path(name));
-    }
     const programIn system(directory.name("program"));
     const currentDirectory current(directory.path("current"));
     const char* const candidates[] = {"current/tools",       "base/tools.qxscr",     "base/tools.qxsscr",
                                       "program/tools.qxscr", "program/tools.qxsscr", "current/tools.qxscr",
                                       "current/tools.qxsscr"};
     // The bare name and names that carry their extension twice are no candidates elsewhere.
-    for (const char* other : {"base/tools", "program/tools", "base/tools.qxscr.qxscr"}) {
+    for (const char* other : {"base/tools", "program/tools", "base/tools.qxscr.qxscr"})
         directory.write(other, "");
-    }
-    for (const char* candidate : candidates) {
+    for (const char* candidate : candidates)
         directory.write(candidate, "");
-    }
     for (const char* candidate : candidates) {
         EXPECT_EQ(script::locateScriptFile(directory.name("base"), L"tools"),
                   qx::file(directory.name(candidate)));
@@ -173,9 +165,8 @@ TEST(scriptFile, isSearchedInOneOrder)
 
 TEST(scriptFile, isFoundWithoutRegardToCase)
 {
-    if (qx::file(L"/a") == qx::file(L"/A")) {
+    if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "the file system does this itself";
-    }
     const scratchDirectory directory;
     std::filesystem::create_directories(directory.path("Base/Sub"));
     std::filesystem::create_directories(directory.path("Base/SUB"));
@@ -239,14 +230,12 @@ private:
 
 TEST(scriptFile, listingsAreTrustedOnceADirectoryHasBeenStill)
 {
-    if (qx::file(L"/a") == qx::file(L"/A")) {
+    if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "nothing is listed on such a file system";
-    }
     const scratchDirectory directory;
     countingDisk disk;
-    for (const char* name : {"empty", "base"}) {
+    for (const char* name : {"empty", "base"})
         std::filesystem::create_directory(directory.path(name));
-    }
     const currentDirectory current(directory.path("empty"));
     setAge(directory, "empty", -60);
     directory.write("base/Tools.qxscr", "");

@@ -31,7 +31,6 @@ TEST(commandline, splits_by_the_published_rules)
         {L"a'b 'c d' $(e) *", {L"a'b", L"'c", L"d'", L"$(e)", L"*"}},
         {L"a\nb", {L"a\nb"}},
     };
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_EQ(qx::splitCommandLine(row.line), row.expected) << qx::string(row.line).utf8();
-    }
 }

@@ -14,9 +14,8 @@ qx::string valueOf(const qx::configStructure& store, const wchar_t* section, con
 {
     qx::string value = L"(none)";
     const std::size_t index = store.sectionIdx(section, caseSensitive);
-    if (index != qx::configStructure::notFound) {
+    if (index != qx::configStructure::notFound)
         store.section(index).getValue(key, value, caseSensitive);
-    }
     return value;
 }
 
@@ -45,9 +44,8 @@ TEST(configStructure, sections_of_one_name_join_and_keep_their_spelling)
 {
     qx::configStructure store;
     qx::configSection& first = store.section(L"Pick", false, true);
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 50; ++i)
         store.section(qx::string::sformat(L"s%d", i), false, true);
-    }
     EXPECT_EQ(&store.section(L"PICK", false, true), &first);
     EXPECT_EQ(first.name(), L"Pick");
     EXPECT_EQ(store.sectionCount(), 52u);
@@ -74,9 +72,8 @@ TEST(configStructure, modes_tell_what_may_be_stored)
         {L"b", L"5", true, 3, true},
         {L"b", L"6", true, 0, false},
     };
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_EQ(section.setValue(row.key, row.value, row.caseSensitive, row.mode), row.stored);
-    }
     EXPECT_EQ(valueOf(store, L"", L"a", true), L"4");
     EXPECT_EQ(valueOf(store, L"", L"b", true), L"5");
     EXPECT_EQ(section.size(), 2u);

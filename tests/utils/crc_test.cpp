@@ -14,9 +14,8 @@ qx::uint slowCrc(std::string_view bytes)
     qx::uint state = 0xFFFFFFFF;
     for (const char byte : bytes) {
         state ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit) {
+        for (int bit = 0; bit < 8; ++bit)
             state = state & 1 ? (state >> 1) ^ 0xEDB88320u : state >> 1;
-        }
     }
     return state;
 }
@@ -41,9 +40,8 @@ TEST(crc, nothing_leaves_the_start_value)
 TEST(crc, every_length_alignment_and_cut_agrees_with_the_slow_way)
 {
     std::string bytes;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 40; ++i)
         bytes += static_cast<char>(i * 37 + 200);
-    }
     for (std::size_t start = 0; start < 8; ++start) {
         for (std::size_t length = 0; start + length <= bytes.size(); ++length) {
             const std::string_view part = std::string_view(bytes).substr(start, length);

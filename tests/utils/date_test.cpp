@@ -34,9 +34,8 @@ struct slowCalendar
 
     int daysOfMonth() const
     {
-        if (month == 2) {
+        if (month == 2)
             return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0 ? 29 : 28;
-        }
         return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
     }
 
@@ -71,9 +70,8 @@ TEST(date, whole_calendar_agrees_with_counting)
     slowCalendar slow;
     int number = 0;
     for (; slow.year <= 9999; slow.next(), ++number) {
-        if (number % step != 0) {
+        if (number % step != 0)
             continue;
-        }
         date day;
         ASSERT_TRUE(date::fromDayNumber(number, day));
         const bool same = day.year() == slow.year && day.month() == slow.month &&
@@ -109,9 +107,8 @@ TEST(date, impossible_days_throw_false)
 {
     const int cases[][3] = {{2023, 2, 29}, {1900, 2, 29}, {0, 1, 1},     {10000, 1, 1},
                             {2024, 13, 1}, {2024, 0, 1},  {2024, 4, 31}, {2024, 1, 0}};
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_THROW(date(row[0], row[1], row[2]), bool) << row[0] << "-" << row[1] << "-" << row[2];
-    }
 }
 
 TEST(date, durations_clamp_to_the_month)
@@ -242,8 +239,7 @@ TEST(timestamp, timer_counts_from_1970_and_is_kept_within_the_calendar)
         {9223372036854775807, L"9999-12-31 23:59:59.999"},
         {-9223372036854775807, L"0001-01-01 00:00:00"},
     };
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_EQ(qx::timestamp::fromTimer(row.milliseconds).toText(), row.expected);
-    }
     EXPECT_LT(qx::timestamp::fromTimer(1), qx::timestamp::fromTimer(2));
 }

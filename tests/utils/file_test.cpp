@@ -26,9 +26,8 @@ string native(const wchar_t* name)
 std::vector<string> namesOf(qx::fileIterator it)
 {
     std::vector<string> names;
-    for (; it; it.next()) {
+    for (; it; it.next())
         names.push_back(it->entryName().name(0));
-    }
     return names;
 }
 
@@ -237,9 +236,8 @@ TEST(file, appends_lines_in_the_code_page)
 TEST(fileIterator, filters_and_orders)
 {
     const scratchDirectory scratch;
-    for (const char* name : {"b.txt", "a.TXT", "c.csv", "plain", "B.log"}) {
+    for (const char* name : {"b.txt", "a.TXT", "c.csv", "plain", "B.log"})
         scratch.write(name, "");
-    }
     std::filesystem::create_directory(scratch.path("dir.txt"));
     const struct
     {

@@ -53,9 +53,8 @@ TEST(systemChild, DISABLED_exitsWith7)
 
 TEST(systemChild, DISABLED_waitsForGo)
 {
-    for (int i = 0; i < 3000 && !qx::file(L"go").exists(); ++i) {
+    for (int i = 0; i < 3000 && !qx::file(L"go").exists(); ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
     qx::file(L"gone").appendTextLine(L"x");
     std::_Exit(3);
 }
@@ -119,9 +118,8 @@ TEST(system, message_boxes_offer_the_asked_buttons)
         {5 + 16, {buttonRetry, buttonCancel}},
         {15, {buttonOk}},
     };
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_EQ(qx::messageBoxButtons(row.flags), row.expected) << row.flags;
-    }
 }
 
 TEST(system, code_page_goes_both_ways)
@@ -212,9 +210,8 @@ TEST(process, runs_beside_the_caller_in_the_given_directory)
     int code = 0;
     EXPECT_FALSE(exitCode(process, code));
     scratch.write("go", "");
-    for (int i = 0; i < 3000 && !exitCode(process, code); ++i) {
+    for (int i = 0; i < 3000 && !exitCode(process, code); ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
     EXPECT_EQ(code, 3);
     EXPECT_TRUE(std::filesystem::exists(scratch.path("gone")));
     qx::system::current().closeProcess(process);

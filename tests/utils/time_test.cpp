@@ -55,9 +55,8 @@ TEST(time, text_forms)
 TEST(time, impossible_times_throw_false)
 {
     const int cases[][4] = {{24, 0, 0, 0}, {-1, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}};
-    for (const auto& row : cases) {
+    for (const auto& row : cases)
         EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
-    }
 }
 
 TEST(time, durations_go_round_the_clock_and_count_the_days)

@@ -84,10 +84,9 @@ bool singlefunction::parse(const wchar_t* function, const std::vector<textSlice>
 
 const singlefunction::parameter* singlefunction::find(std::wstring_view name) const
 {
-    for (const parameter& p : mParams) {
+    for (const parameter& p : mParams)
         if (p.name == name)
             return &p;
-    }
     return nullptr;
 }
 

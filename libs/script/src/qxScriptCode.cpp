@@ -31,19 +31,16 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     reader.clear();
 
     const std::size_t index = definitions.sectionIdx(name, false);
-    if (index == configStructure::notFound) {
+    if (index == configStructure::notFound)
         return sharedPtr<function>();
-    }
     const configSection& section = definitions.section(index);
     string body;
-    if (!section.getValue(bodyKey, body, false)) {
+    if (!section.getValue(bodyKey, body, false))
         return sharedPtr<function>();
-    }
     std::vector<string> declarations;
     string declaration;
-    while (section.getValue(parameterKey(declarations.size() + 1), declaration, false)) {
+    while (section.getValue(parameterKey(declarations.size() + 1), declaration, false))
         declarations.push_back(declaration);
-    }
     return function::parse(body, declarations, source, time);
 }
 
@@ -72,9 +69,8 @@ struct codeManager::state
         sharedPtr<function> kept = loaded; // what it replaces ends after the mutex is released
         const std::lock_guard<std::mutex> guard(mMutex);
         sharedPtr<function>& entry = mFunctions[key];
-        if (entry && !(entry->time() < loaded->time())) {
+        if (entry && !(entry->time() < loaded->time()))
             return entry;
-        }
         entry.swap(kept);
         return entry;
     }
@@ -85,13 +81,11 @@ struct codeManager::state
         const file source = findScriptFile(basePath, fileName);
         const timestamp time = modificationTime(source);
         const string key = fileName + L"." + name;
-        if (const sharedPtr<function> cached = find(key); cached && !(cached->time() < time)) {
+        if (sharedPtr<function> cached = find(key); cached && !(cached->time() < time))
             return cached;
-        }
         const sharedPtr<function> loaded = loadFunction(source, name);
-        if (!loaded) {
+        if (!loaded)
             throw scriptFunctionNotFoundException(name.c_str(), source);
-        }
         return insert(key, loaded);
     }
 
@@ -112,9 +106,8 @@ bool codeManager::parseCodeCall(const string& call, eCodeType& type, string& fil
 {
     std::vector<string> fields;
     call.splitAt(L"$", fields, false);
-    if (fields.size() != 3) {
+    if (fields.size() != 3)
         return false;
-    }
     string& typeName = fields[0];
     typeName.deleteAll(L" \t").toLower();
     if (typeName == L"dll") {
@@ -137,9 +130,8 @@ bool codeManager::executeFunction(const string& basePath, const string& call, sc
     string fileName;
     string name;
     parseCodeCall(call, type, fileName, name); // REQUIRED: a malformed call goes on and finds no file
-    if (type != codeTypeScript) {
+    if (type != codeTypeScript)
         return false;
-    }
     const sharedPtr<function> called = mpState->get(basePath, fileName, name);
     called->bind(name, arguments, context);
     try {

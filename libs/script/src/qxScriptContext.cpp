@@ -28,10 +28,9 @@ bool codecontext::createVariable(const scString& name, const genericValue& value
 
 bool codecontext::setVariable(const scString& name, const genericValue& value)
 {
-    for (codecontext* block = this; block; block = block->mpOuterBlock) {
+    for (codecontext* block = this; block; block = block->mpOuterBlock)
         if (block->mVariables.find(name))
             return block->mVariables.setGenericValue(name, value, true);
-    }
     return false;
 }
 

@@ -49,9 +49,8 @@ bool collectDefinition(scrdefReader& reader, string& text, std::size_t& lineNumb
             lineNumber = reader.lineNumber();
             content.remove_prefix(definitionMark.size());
         }
-        if (isOpen) {
+        if (isOpen)
             text += content;
-        }
     }
     return isOpen;
 }
@@ -80,9 +79,8 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
             escaped = true;
             continue;
         }
-        if (c == L'"' && !escaped) {
+        if (c == L'"' && !escaped)
             inString = !inString;
-        }
         if (startsNew) {
             parameters.emplace_back();
             startsNew = false;
@@ -91,9 +89,8 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
     }
     if (parameters.size() == 1) {
         parameters.front().deleteLeading(L" \t").deleteTrailing(L" \t");
-        if (parameters.front().empty()) {
+        if (parameters.front().empty())
             parameters.clear();
-        }
     }
     return text.substr(at);
 }
@@ -103,9 +100,8 @@ void store(const scriptDefinition& definition, configStructure& definitions)
     constexpr int mode = configCreate | configReplace;
     configSection& section = definitions.section(definition.name, false, true);
     std::size_t number = 0;
-    for (const string& parameter : definition.parameters) {
+    for (const string& parameter : definition.parameters)
         section.setValue(parameterKey(++number), parameter, false, mode);
-    }
     section.setValue(bodyKey, definition.body, false, mode);
 }
 
@@ -124,9 +120,8 @@ bool isScrambled(const file& scriptFile)
 bool readScriptText(const file& scriptFile, binaryBuffer& text)
 {
     const bool isRead = text.readFromFile(scriptFile, [] { return false; });
-    if (isScrambled(scriptFile)) {
+    if (isScrambled(scriptFile))
         scramble(text);
-    }
     return isRead;
 }
 
@@ -139,16 +134,14 @@ scrdefReader::scrdefReader(binaryBuffer text, const file& source) : mSource(sour
 {
     system& current = system::current();
     mCharacters.fill(0);
-    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte) {
+    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte)
         mHasCharacter[byte] = current.widenByte(static_cast<unsigned char>(byte), mCharacters[byte]);
-    }
 }
 
 void scrdefReader::fill()
 {
-    if (mText.logicalLength() == 0) {
+    if (mText.logicalLength() == 0)
         mText.readFromFile(mSource, [] { return false; });
-    }
 }
 
 bool scrdefReader::readLine(string& line)
@@ -159,24 +152,20 @@ bool scrdefReader::readLine(string& line)
     while (mPosition.offset < size) {
         const std::size_t offset = mPosition.offset++;
         const auto byte = static_cast<unsigned char>(bytes[offset]);
-        if (!mHasCharacter[byte]) {
+        if (!mHasCharacter[byte])
             throw false;
-        }
         const wchar_t c = mCharacters[byte];
         if (!isLineEnd(c)) {
-            if (line.empty()) {
+            if (line.empty())
                 mLineNumber = mPosition.line;
-            }
             line += c;
             continue;
         }
         const bool endsCrLf = c == L'\n' && offset > 0 && bytes[offset - 1] == '\r';
-        if (!endsCrLf) {
+        if (!endsCrLf)
             ++mPosition.line;
-        }
-        if (!line.empty()) {
+        if (!line.empty())
             return true;
-        }
     }
     return !line.empty();
 }
@@ -185,17 +174,14 @@ definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definiti
 {
     definition = scriptDefinition();
     string text;
-    if (!collectDefinition(reader, text, definition.line)) {
+    if (!collectDefinition(reader, text, definition.line))
         return definitionResult::atEnd;
-    }
-    if (text.empty()) {
+    if (text.empty())
         return definitionResult::withoutText;
-    }
     text.deleteLeading(L" \t").deleteTrailing(L" \t");
     const std::size_t nameEnd = std::min(text.find(L'('), text.size());
-    if (text.find(L' ') < nameEnd) {
+    if (text.find(L' ') < nameEnd)
         return definitionResult::blankInName;
-    }
     definition.name = text.substr(0, nameEnd);
     if (nameEnd < text.size()) {
         const std::wstring_view behind = std::wstring_view(text).substr(nameEnd + 1);
@@ -210,9 +196,8 @@ void readDefinitions(scrdefReader& reader, configStructure& definitions)
         reader.setPosition(scrdefReader::place());
         reader.fill();
         scriptDefinition definition;
-        while (readDefinition(reader, definition) == definitionResult::read) {
+        while (readDefinition(reader, definition) == definitionResult::read)
             store(definition, definitions);
-        }
     } catch (const exception& caught) {
         throw readFileException(reader.source(), &caught);
     } catch (...) {

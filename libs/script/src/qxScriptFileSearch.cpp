@@ -26,9 +26,8 @@ public:
     std::vector<string> matches(const string& directoryName, const string& lowered)
     {
         fileStatus status;
-        if (!system::current().status(directoryName, status) || !status.isDirectory) {
+        if (!system::current().status(directoryName, status) || !status.isDirectory)
             return {};
-        }
         const std::shared_ptr<const foldedNames> names = listing(directoryName, status.lastModification);
         const auto found = names->find(lowered);
         return found == names->end() ? std::vector<string>() : found->second;
@@ -51,17 +50,15 @@ private:
         {
             const std::lock_guard<std::mutex> guard(mMutex);
             const auto found = mKept.find(directoryName);
-            if (found != mKept.end() && found->second.time == time) {
+            if (found != mKept.end() && found->second.time == time)
                 return found->second.names;
-            }
         }
         const bool isStill = system::current().utcNow() - time > grain;
         std::shared_ptr<const foldedNames> names = list(directoryName);
         if (isStill) {
             const std::lock_guard<std::mutex> guard(mMutex);
-            if (mKept.size() >= most) {
+            if (mKept.size() >= most)
                 mKept.clear();
-            }
             mKept[directoryName] = kept{time, names};
         }
         return names;
@@ -72,12 +69,10 @@ private:
         std::vector<directoryEntry> entries;
         system::current().listDirectory(directoryName, entries);
         const auto names = std::make_shared<foldedNames>();
-        for (const directoryEntry& entry : entries) {
+        for (const directoryEntry& entry : entries)
             (*names)[entry.name.lower()].push_back(entry.name);
-        }
-        for (auto& [lowered, equals] : *names) {
+        for (auto& [lowered, equals] : *names)
             std::sort(equals.begin(), equals.end());
-        }
         return names;
     }
 
@@ -104,14 +99,12 @@ bool findFolded(const string& directoryName, const std::vector<string>& parts, s
 {
     const string& part = parts[next];
     const bool isLast = next + 1 == parts.size();
-    if (part == L"..") {
+    if (part == L"..")
         return !isLast && findFolded(directory(directoryName, part).fullName(), parts, next + 1, found);
-    }
     for (const string& name : listings().matches(directoryName, part.lower())) {
         if (!isLast) {
-            if (findFolded(directory(directoryName, name).fullName(), parts, next + 1, found)) {
+            if (findFolded(directory(directoryName, name).fullName(), parts, next + 1, found))
                 return true;
-            }
             continue;
         }
         const file candidate(directoryName, name);
@@ -131,9 +124,8 @@ bool findCandidate(const string& path, const string& name, file& found)
         found = exact;
         return true;
     }
-    if (name.empty() || !tellsCaseApart()) {
+    if (name.empty() || !tellsCaseApart())
         return false;
-    }
     const bool isRooted = path.empty() && (name.front() == L'/' || name.front() == L'\\');
     const directory base(isRooted ? string(L"/") : path);
     std::vector<string> parts;
@@ -151,19 +143,15 @@ bool findWithExtensions(const string& path, const string& name, file& found)
 file findScriptFile(const string& basePath, const string& fileName)
 {
     file found;
-    if (findCandidate(string(), fileName, found)) {
+    if (findCandidate(string(), fileName, found))
         return found;
-    }
-    if (!basePath.empty() && findWithExtensions(basePath, fileName, found)) {
+    if (!basePath.empty() && findWithExtensions(basePath, fileName, found))
         return found;
-    }
     directory program;
-    if (getModulePath(string(), program) && findWithExtensions(program.fullName(), fileName, found)) {
+    if (getModulePath(string(), program) && findWithExtensions(program.fullName(), fileName, found))
         return found;
-    }
-    if (findWithExtensions(L".", fileName, found)) {
+    if (findWithExtensions(L".", fileName, found))
         return found;
-    }
     throw fileNotFoundException(file(L".", fileName + L".qxsscr"));
 }
 

@@ -12,12 +12,10 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
 {
     sharedPtr<function> made(new function);
     made->mpStatement = sharedPtr<statement>(statementParser::instance()->createStatementFrom(body, 0));
-    if (!made->mpStatement) {
+    if (!made->mpStatement)
         return sharedPtr<function>();
-    }
-    for (const string& declaration : declarations) {
+    for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
-    }
     made->mFile = source;
     made->mTimestamp = time;
     return made;
@@ -29,13 +27,11 @@ void function::bind(const string& name, const std::vector<genericValue>& argumen
     try {
         std::size_t next = 0;
         for (const inParameter& parameter : mParameters) {
-            if (parameter.name().empty()) {
+            if (parameter.name().empty())
                 continue;
-            }
             genericValue value;
-            if (next < arguments.size()) {
+            if (next < arguments.size())
                 value = arguments[next++];
-            }
             parameter.resolve(value);
             context.setParameter(scString::createFrom(parameter.name()), value);
         }

@@ -19,9 +19,8 @@ namespace
 string unusedNameBeside(const file& target)
 {
     file candidate;
-    for (int number = 0; number == 0 || candidate.exists(); ++number) {
+    for (int number = 0; number == 0 || candidate.exists(); ++number)
         candidate = file(target.fullName() + L".part" + std::to_wstring(number));
-    }
     return candidate.fullName();
 }
 
@@ -31,9 +30,8 @@ scriptFileInfo listFunctions(const file& scriptFile)
 {
     scriptFileInfo info;
     binaryBuffer text;
-    if (!readScriptText(scriptFile, text)) {
+    if (!readScriptText(scriptFile, text))
         throw readFileException(scriptFile, nullptr);
-    }
     try {
         scrdefReader reader(std::move(text), scriptFile);
         std::unordered_map<string, std::size_t> lines; // of the last definition of each name
@@ -58,9 +56,8 @@ scriptFileInfo listFunctions(const file& scriptFile)
 
 void checkFunction(const file& scriptFile, const functionInfo& checked)
 {
-    if (!function::parse(checked.body, checked.parameters, scriptFile, timestamp())) {
+    if (!function::parse(checked.body, checked.parameters, scriptFile, timestamp()))
         throw scriptFunctionNotFoundException(checked.name.c_str(), scriptFile);
-    }
 }
 
 file locateScriptFile(const string& basePath, const string& fileName)
@@ -71,9 +68,8 @@ file locateScriptFile(const string& basePath, const string& fileName)
 bool scrambleFile(const file& from, const file& to)
 {
     binaryBuffer text;
-    if (!text.readFromFile(from, [] { return false; })) {
+    if (!text.readFromFile(from, [] { return false; }))
         throw readFileException(from, nullptr);
-    }
     scramble(text);
     const std::string_view bytes(text.data() ? text.data() : "", text.logicalLength());
     system& current = system::current();
@@ -87,11 +83,9 @@ bool scrambleFile(const file& from, const file& to)
 std::vector<statementInfo> listStatements()
 {
     std::vector<statementInfo> all;
-    for (const builtinModule* module : builtinModules()) {
-        for (const builtin& row : module->rows) {
+    for (const builtinModule* module : builtinModules())
+        for (const builtin& row : module->rows)
             all.push_back({row.name, row.parameters, module->name});
-        }
-    }
     return all;
 }
 

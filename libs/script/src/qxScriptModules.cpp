@@ -18,10 +18,9 @@ constexpr const builtinModule* modules[] = {
 
 const builtin* findIn(const builtinModule& module, std::wstring_view name)
 {
-    for (const builtin& row : module.rows) {
+    for (const builtin& row : module.rows)
         if (name == row.name)
             return &row;
-    }
     return nullptr;
 }
 
@@ -59,10 +58,9 @@ const builtin* findBuiltin(std::wstring_view name)
     using rowTable = std::unordered_map<std::wstring_view, const builtin*>;
     static const rowTable* const rows = [] {
         auto* const table = new rowTable; // never destroyed: scripts may run to the end of the process
-        for (const builtinModule* module : modules) {
+        for (const builtinModule* module : modules)
             for (const builtin& row : module->rows)
                 table->emplace(row.name, &row);
-        }
         return table;
     }();
     const auto found = rows->find(name);

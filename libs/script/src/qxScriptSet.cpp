@@ -351,10 +351,9 @@ statement* createKeyed(const callText& call)
     if (call.types.empty())
         refuse(L"mapstatement:::createFrom: missing datatype");
     const ePrimitiveScriptType type = parseScriptType(call.types[0]);
-    for (const auto& member : members) {
+    for (const auto& member : members)
         if (member.type == type)
             return member.create(call);
-    }
     refuse(L"mapstatement:::createFrom: invalid datatype %s", call.types[0]);
 }
 

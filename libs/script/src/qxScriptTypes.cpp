@@ -27,10 +27,9 @@ ePrimitiveScriptType parseScriptType(const string& text)
         qxlog::logManager::getLogger(L"qx::script::parseScriptType")
             ->log_debug(L"qx::script::parseScriptType entered with typestring %s", text);
     const string word = text.lower();
-    for (const auto& keyword : keywords) {
+    for (const auto& keyword : keywords)
         if (keyword.word == word)
             return keyword.type;
-    }
     return scriptTypeVoid;
 }
 

@@ -276,10 +276,9 @@ statement* createIsoftype(const callText& call)
     if (call.types.empty())
         refuse(L"isoftype: missing datatype for \"isoftype\"");
     const ePrimitiveScriptType type = parseScriptType(call.types[0]);
-    for (const auto& member : members) {
+    for (const auto& member : members)
         if (member.type == type)
             return member.make(ownedProvider(valueProvider::createFrom(call.params[0], call.flags)));
-    }
     return nullptr;
 }
 

@@ -15,10 +15,9 @@ constexpr std::size_t assertionTextLimit = 1024;
 void writeToStandardError(const string& text)
 {
     string line = L"assert: " + text;
-    for (wchar_t& c : line) {
+    for (wchar_t& c : line)
         if (c == L'\n' || c == L'\r')
             c = L' ';
-    }
     line.push_back(L'\n');
     const std::string bytes = line.utf8();
     std::fwrite(bytes.data(), 1, bytes.size(), stderr);

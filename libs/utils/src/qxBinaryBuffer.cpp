@@ -21,9 +21,8 @@ public:
 
     bool take(const char* bytes, std::size_t size) override
     {
-        if (cancelled()) {
+        if (cancelled())
             return false;
-        }
         mBytes.insert(mBytes.end(), bytes, bytes + size);
         return true;
     }
@@ -42,9 +41,8 @@ bool binaryBuffer::readFromFile(const file& source, const std::function<bool()>&
     clear();
     try {
         bufferSink sink(mBytes, cancelled);
-        if (system::current().readFile(source.fullName(), sink)) {
+        if (system::current().readFile(source.fullName(), sink))
             return true;
-        }
     } catch (...) {
         // Memory that ran out and a callback that threw count as not read.
     }
@@ -55,9 +53,8 @@ bool binaryBuffer::readFromFile(const file& source, const std::function<bool()>&
 void binaryBuffer::xxor(const char* key)
 {
     const std::size_t keyLength = key ? std::strlen(key) : 0;
-    if (keyLength == 0) {
+    if (keyLength == 0)
         return;
-    }
     std::size_t position = 0;
     for (char& byte : mBytes) {
         byte = static_cast<char>(byte ^ key[position]);
@@ -70,9 +67,8 @@ std::size_t binaryBuffer::read(void*& cursor, void* target, std::size_t count) c
     // A cursor from elsewhere gives an offset beyond the end, since the difference wraps.
     const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(mBytes.data());
     const std::uintptr_t offset = cursor ? reinterpret_cast<std::uintptr_t>(cursor) - start : 0;
-    if (offset >= mBytes.size()) {
+    if (offset >= mBytes.size())
         return 0;
-    }
     const std::size_t copied = std::min(count, mBytes.size() - offset);
     std::memcpy(target, mBytes.data() + offset, copied);
     cursor = const_cast<char*>(mBytes.data() + offset + copied);

@@ -22,9 +22,8 @@ std::vector<string> splitCommandLine(std::wstring_view line)
             part.append(beforeMark ? backslashes / 2 : backslashes, L'\\');
             open = true;
         }
-        if (i == line.size()) {
+        if (i == line.size())
             break;
-        }
         const wchar_t c = line[i++];
         if (beforeMark && backslashes % 2 == 0) {
             quoted = !quoted;
@@ -39,9 +38,8 @@ std::vector<string> splitCommandLine(std::wstring_view line)
             open = true;
         }
     }
-    if (open) {
+    if (open)
         parts.push_back(std::move(part));
-    }
     return parts;
 }
 

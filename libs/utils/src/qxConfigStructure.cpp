@@ -19,11 +19,9 @@ std::size_t configNames::find(const string& name, bool caseSensitive) const
         const auto found = places.find(wanted);
         return found == places.end() ? notFound : found->second;
     }
-    for (std::size_t place = 0; place < mNames.size(); ++place) {
-        if (caseSensitive ? mNames[place] == wanted : mNames[place].lower() == wanted) {
+    for (std::size_t place = 0; place < mNames.size(); ++place)
+        if (caseSensitive ? mNames[place] == wanted : mNames[place].lower() == wanted)
             return place;
-        }
-    }
     return notFound;
 }
 
@@ -46,9 +44,8 @@ bool configSet::setValue(const string& key, const string& value, bool caseSensit
 {
     const std::size_t place = mKeys.find(key, caseSensitive);
     if (place != configNames::notFound) {
-        if (mode & configReplace) {
+        if (mode & configReplace)
             mValues[place] = value;
-        }
         return (mode & configReplace) != 0;
     }
     if (mode & configCreate) {
@@ -69,9 +66,8 @@ configSection::~configSection() = default;
 bool configSection::getValue(const string& key, string& value, bool caseSensitive) const
 {
     const string* found = find(key, caseSensitive);
-    if (found) {
+    if (found)
         value = *found;
-    }
     return found != nullptr;
 }
 
@@ -83,12 +79,10 @@ configStructure::configStructure()
 configSection& configStructure::section(const string& name, bool caseSensitive, bool create)
 {
     const std::size_t index = mNames.find(name, caseSensitive);
-    if (index != notFound) {
+    if (index != notFound)
         return mSections[index];
-    }
-    if (!create) {
+    if (!create)
         throw false;
-    }
     mSections.emplace_back(name);
     mNames.add(name);
     return mSections.back();
@@ -96,9 +90,8 @@ configSection& configStructure::section(const string& name, bool caseSensitive, 
 
 configSection& configStructure::section(std::size_t index)
 {
-    if (index >= mSections.size()) {
+    if (index >= mSections.size())
         throw false;
-    }
     return mSections[index];
 }
 

@@ -16,9 +16,8 @@ constexpr crcTables makeTables()
     crcTables tables{};
     for (uint byte = 0; byte < 256; ++byte) {
         uint state = byte;
-        for (int bit = 0; bit < 8; ++bit) {
+        for (int bit = 0; bit < 8; ++bit)
             state = (state >> 1) ^ (state & 1 ? 0xEDB88320u : 0u);
-        }
         tables[0][byte] = state;
     }
     for (std::size_t k = 1; k < tables.size(); ++k) {
@@ -46,9 +45,8 @@ void calcCrc32::crc(const void* data, std::size_t length)
                 tables[4][low >> 24] ^ tables[3][bytes[4]] ^ tables[2][bytes[5]] ^ tables[1][bytes[6]] ^
                 tables[0][bytes[7]];
     }
-    for (; length > 0; ++bytes, --length) {
+    for (; length > 0; ++bytes, --length)
         state = (state >> 8) ^ tables[0][(state ^ *bytes) & 0xFF];
-    }
     mState = state;
 }
 

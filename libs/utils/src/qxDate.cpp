@@ -55,9 +55,8 @@ bool moveMonths(date& target, long long count)
 {
     const monthAndDay from(target);
     const long long month = from.month + count;
-    if (month < 0 || month >= lastYear * 12LL) {
+    if (month < 0 || month >= lastYear * 12LL)
         return false;
-    }
     const int newYear = static_cast<int>(month / 12) + 1;
     const int newMonth = static_cast<int>(month % 12) + 1;
     return date::make(newYear, newMonth, std::min(from.dayOfMonth, daysOfMonth(newYear, newMonth)), target);
@@ -72,26 +71,23 @@ bool moveDays(date& target, long long count)
 
 date::date(int year, int month, int dayOfMonth)
 {
-    if (!make(year, month, dayOfMonth, *this)) {
+    if (!make(year, month, dayOfMonth, *this))
         throw false;
-    }
 }
 
 bool date::make(int year, int month, int dayOfMonth, date& out)
 {
     if (year < 1 || year > lastYear || month < 1 || month > 12 || dayOfMonth < 1 ||
-        dayOfMonth > daysOfMonth(year, month)) {
+        dayOfMonth > daysOfMonth(year, month))
         return false;
-    }
     out.mDayNumber = daysBeforeYear(year) + daysBeforeMonth(year, month) + dayOfMonth - 1;
     return true;
 }
 
 bool date::fromDayNumber(long long dayNumber, date& out)
 {
-    if (dayNumber < 0 || dayNumber > lastDayNumber) {
+    if (dayNumber < 0 || dayNumber > lastDayNumber)
         return false;
-    }
     out.mDayNumber = static_cast<int>(dayNumber);
     return true;
 }
@@ -103,9 +99,8 @@ bool date::parse(std::wstring_view text, date& out)
     int last = 0;
     textScanner iso(trimmed(text));
     if (iso.number(4, 4, first) && iso.character(L'-') && iso.number(2, 2, month) && iso.character(L'-') &&
-        iso.number(2, 2, last) && iso.atEnd()) {
+        iso.number(2, 2, last) && iso.atEnd())
         return make(first, month, last, out);
-    }
     textScanner pointed(trimmed(text));
     return pointed.number(1, 2, first) && pointed.character(L'.') && pointed.number(1, 2, month) &&
            pointed.character(L'.') && pointed.number(4, 4, last) && pointed.atEnd() &&
@@ -131,9 +126,8 @@ int date::year() const
 {
     // 400 years have 146,097 days; the estimate is off by one year at most.
     const int estimate = static_cast<int>(mDayNumber * 400LL / 146097) + 1;
-    if (daysBeforeYear(estimate) > mDayNumber) {
+    if (daysBeforeYear(estimate) > mDayNumber)
         return estimate - 1;
-    }
     return daysBeforeYear(estimate + 1) <= mDayNumber ? estimate + 1 : estimate;
 }
 
@@ -142,9 +136,8 @@ int date::month() const
     const int inYear = year();
     const int day = dayOfYear() - 1;
     int month = day / 31 + 1; // no month is longer, so never too late and at most one too early
-    if (daysBeforeMonth(inYear, month + 1) <= day) {
+    if (daysBeforeMonth(inYear, month + 1) <= day)
         ++month;
-    }
     return month;
 }
 
@@ -184,17 +177,15 @@ string date::toText() const
 
 date& date::operator+=(const date_duration& duration)
 {
-    if (!duration.addToDate(*this)) {
+    if (!duration.addToDate(*this))
         throw false;
-    }
     return *this;
 }
 
 date& date::operator-=(const date_duration& duration)
 {
-    if (!duration.subtractFromDate(*this)) {
+    if (!duration.subtractFromDate(*this))
         throw false;
-    }
     return *this;
 }
 

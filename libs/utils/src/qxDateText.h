@@ -32,9 +32,8 @@ public:
             result = result * 10 + static_cast<int>(mRest[count] - L'0');
             ++count;
         }
-        if (count < least) {
+        if (count < least)
             return false;
-        }
         mRest.remove_prefix(count);
         value = result;
         return true;
@@ -42,9 +41,8 @@ public:
 
     bool character(wchar_t wanted)
     {
-        if (mRest.empty() || mRest.front() != wanted) {
+        if (mRest.empty() || mRest.front() != wanted)
             return false;
-        }
         mRest.remove_prefix(1);
         return true;
     }
@@ -59,9 +57,8 @@ private:
 inline void appendPadded(string& text, int value, int width)
 {
     text.append(static_cast<std::size_t>(width), L'0');
-    for (auto digit = text.rbegin(); value > 0; ++digit, value /= 10) {
+    for (auto digit = text.rbegin(); value > 0; ++digit, value /= 10)
         *digit = static_cast<wchar_t>(L'0' + value % 10);
-    }
 }
 
 } // namespace qx

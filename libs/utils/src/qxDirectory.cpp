@@ -37,12 +37,10 @@ bool matches(std::wstring_view pattern, std::wstring_view name)
 std::vector<string> patternsOf(const wchar_t* filter)
 {
     std::vector<string> patterns;
-    if (filter) {
+    if (filter)
         string(filter).lower().splitAt(L";", patterns, false);
-    }
-    for (string& pattern : patterns) {
+    for (string& pattern : patterns)
         pattern.deleteLeading(L" \t").deleteTrailing(L" \t");
-    }
     patterns.erase(std::remove(patterns.begin(), patterns.end(), string()), patterns.end());
     return patterns;
 }
@@ -59,16 +57,14 @@ bool admits(const std::vector<string>& patterns, const string& name)
 
 void fileIterator::next()
 {
-    if (valid()) {
+    if (valid())
         ++mPosition;
-    }
 }
 
 const file& fileIterator::operator*() const
 {
-    if (!valid()) {
+    if (!valid())
         throw false;
-    }
     return mFiles[mPosition];
 }
 
@@ -95,16 +91,14 @@ fileIterator directory::fileIt(const wchar_t* filter, int attributes) const
         // Posix allows a backslash in a name; here it separates, so the full name would be that of another
         // file.
         const bool nameable = entry.name.find(L'\\') == entry.name.npos;
-        if (wanted && nameable && admits(patterns, entry.name)) {
+        if (wanted && nameable && admits(patterns, entry.name))
             names.push_back(std::move(entry.name));
-        }
     }
     std::sort(names.begin(), names.end());
     std::vector<file> files;
     files.reserve(names.size());
-    for (const string& name : names) {
+    for (const string& name : names)
         files.emplace_back(fullName(), name);
-    }
     return fileIterator(std::move(files));
 }
 

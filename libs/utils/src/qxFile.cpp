@@ -38,13 +38,11 @@ struct nameParts
 
 string joined(const string& path, const string& name)
 {
-    if (path.empty() || name.empty()) {
+    if (path.empty() || name.empty())
         return path.empty() ? name : path;
-    }
     string result = path;
-    if (result.back() != L'/' && result.back() != L'\\') {
+    if (result.back() != L'/' && result.back() != L'\\')
         result += platform::pathSeparator;
-    }
     return result += name;
 }
 
@@ -64,13 +62,11 @@ string fsEntryName::name(int flags) const
 {
     const nameParts parts(mName);
     string result;
-    if ((flags & nameWithPath) == nameWithPath) {
+    if ((flags & nameWithPath) == nameWithPath)
         result += parts.path;
-    }
     result += parts.base;
-    if (!(flags & nameWithoutExtension)) {
+    if (!(flags & nameWithoutExtension))
         result += parts.extension;
-    }
     return result;
 }
 
@@ -105,11 +101,10 @@ fsEntry::fsEntry(const fsEntryName& name, const string& base, bool isDirectory) 
 {
     const string& text = name.text();
     const bool underBase = !base.empty() && platform::rootLength(withPlatformSeparators(text)) == 0;
-    if (underBase && (isDirectory || !text.empty())) {
+    if (underBase && (isDirectory || !text.empty()))
         mName = fsEntryName(absoluteName(joined(base, text)));
-    } else {
+    else
         mName = fsEntryName(entryFullName(text, isDirectory));
-    }
 }
 
 fsEntry::fsEntry(const string& path, const string& name, bool isDirectory)
@@ -124,36 +119,30 @@ bool fsEntry::exists() const
 
 string fsEntry::relativeNameTo(const fsEntryName& base) const
 {
-    if (fullName().empty()) {
+    if (fullName().empty())
         return string();
-    }
     const string from = absoluteName(base.text());
     const auto rootOf = [](const string& name) {
         return std::wstring_view(name).substr(0, platform::rootLength(name));
     };
-    if (platform::compareNames(rootOf(from), rootOf(fullName())) != 0) {
+    if (platform::compareNames(rootOf(from), rootOf(fullName())) != 0)
         return fullName();
-    }
     const std::vector<std::wstring_view> fromParts = normalParts(from);
     const std::vector<std::wstring_view> toParts = normalParts(fullName());
     std::size_t common = 0;
     while (common < fromParts.size() && common < toParts.size() &&
-           platform::compareNames(fromParts[common], toParts[common]) == 0) {
+           platform::compareNames(fromParts[common], toParts[common]) == 0)
         ++common;
-    }
     string result;
     const auto add = [&result](std::wstring_view part) {
-        if (!result.empty()) {
+        if (!result.empty())
             result += platform::pathSeparator;
-        }
         result += part;
     };
-    for (std::size_t i = common; i < fromParts.size(); ++i) {
+    for (std::size_t i = common; i < fromParts.size(); ++i)
         add(L"..");
-    }
-    for (std::size_t i = common; i < toParts.size(); ++i) {
+    for (std::size_t i = common; i < toParts.size(); ++i)
         add(toParts[i]);
-    }
     return result.empty() ? string(L".") : result;
 }
 

@@ -29,10 +29,9 @@ const genericSet::entry* genericSet::lookUp(const scString& name) const noexcept
         const auto found = mpIndex->find(name);
         return found == mpIndex->end() ? nullptr : &mEntries[found->second];
     }
-    for (const entry& e : mEntries) {
+    for (const entry& e : mEntries)
         if (e.name == name)
             return &e;
-    }
     return nullptr;
 }
 

@@ -32,10 +32,9 @@ void spinLockerRecursive::lock() noexcept
         std::uintptr_t expected = 0;
         for (int spins = 0;
              !__atomic_compare_exchange_n(&mOwner, &expected, self, true, __ATOMIC_ACQUIRE, __ATOMIC_RELAXED);
-             expected = 0) {
+             expected = 0)
             if (++spins > spinsBeforeYield)
                 std::this_thread::yield();
-        }
     }
     ++mDepth;
 }

@@ -70,7 +70,7 @@ public:
     {
         std::size_t at = 0;
         bool anyDigit = false;
-        for (bool fraction = false; at < text.size(); ++at) {
+        for (bool fraction = false; at < text.size(); ++at)
             if (text[at] == L'.' && !fraction)
                 fraction = true;
             else if (isDigit(text[at])) {
@@ -78,7 +78,6 @@ public:
                 put(static_cast<char>(text[at]), fraction);
             } else
                 break;
-        }
         return anyDigit && readExponent(text.substr(at));
     }
 

@@ -25,16 +25,14 @@ std::vector<std::wstring_view> normalParts(const string& name)
         const std::size_t end = std::min(rest.find(platform::pathSeparator), rest.size());
         const std::wstring_view part = rest.substr(0, end);
         rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (part.empty() || part == L".") {
+        if (part.empty() || part == L".")
             continue;
-        }
-        if (part != L"..") {
+        if (part != L"..")
             parts.push_back(part);
-        } else if (!parts.empty() && parts.back() != L"..") {
+        else if (!parts.empty() && parts.back() != L"..")
             parts.pop_back();
-        } else if (root == 0) {
+        else if (root == 0)
             parts.push_back(part);
-        }
     }
     return parts;
 }
@@ -46,9 +44,8 @@ string absoluteName(const string& name)
     string result = complete.substr(0, root);
     for (const std::wstring_view part : normalParts(complete)) {
         // A root ends with a separator, or is a network share (longer than a drive) that may lack it.
-        if (result.size() > root || (root > 2 && result.back() != platform::pathSeparator)) {
+        if (result.size() > root || (root > 2 && result.back() != platform::pathSeparator))
             result += platform::pathSeparator;
-        }
         result += part;
     }
     return result;

@@ -61,9 +61,8 @@ std::vector<eMessageBoxButton> messageBoxButtons(uint flags)
 bool getModulePath(const string& name, directory& out)
 {
     string directoryName;
-    if (!system::current().modulePath(name, directoryName)) {
+    if (!system::current().modulePath(name, directoryName))
         return false;
-    }
     out = directory(directoryName);
     return true;
 }

@@ -18,39 +18,34 @@ void move(time& target, long long milliseconds, uint* days)
     constexpr long long perDay = time::millisecondsPerDay;
     const long long moved = target.millisecondOfDay() + milliseconds;
     long long passed = moved / perDay;
-    if (moved % perDay < 0) {
+    if (moved % perDay < 0)
         --passed;
-    }
     time::fromMillisecondOfDay(moved - passed * perDay, target);
-    if (days) {
+    if (days)
         *days = static_cast<uint>(passed < 0 ? -passed : passed);
-    }
 }
 
 } // namespace
 
 time::time(int hour, int minute, int second, int msecond)
 {
-    if (!make(hour, minute, second, msecond, *this)) {
+    if (!make(hour, minute, second, msecond, *this))
         throw false;
-    }
 }
 
 bool time::make(int hour, int minute, int second, int msecond, time& out)
 {
     const auto within = [](int value, int end) { return value >= 0 && value < end; };
-    if (!within(hour, 24) || !within(minute, 60) || !within(second, 60) || !within(msecond, 1000)) {
+    if (!within(hour, 24) || !within(minute, 60) || !within(second, 60) || !within(msecond, 1000))
         return false;
-    }
     out.mMilliseconds = ((hour * 60 + minute) * 60 + second) * 1000 + msecond;
     return true;
 }
 
 bool time::fromMillisecondOfDay(long long milliseconds, time& out)
 {
-    if (milliseconds < 0 || milliseconds >= millisecondsPerDay) {
+    if (milliseconds < 0 || milliseconds >= millisecondsPerDay)
         return false;
-    }
     out.mMilliseconds = static_cast<int>(milliseconds);
     return true;
 }
@@ -62,15 +57,12 @@ bool time::parse(std::wstring_view text, time& out)
     int second = 0;
     int msecond = 0;
     textScanner scanner(trimmed(text));
-    if (!scanner.number(2, 2, hour) || !scanner.character(L':') || !scanner.number(2, 2, minute)) {
+    if (!scanner.number(2, 2, hour) || !scanner.character(L':') || !scanner.number(2, 2, minute))
         return false;
-    }
-    if (!scanner.atEnd() && (!scanner.character(L':') || !scanner.number(2, 2, second))) {
+    if (!scanner.atEnd() && (!scanner.character(L':') || !scanner.number(2, 2, second)))
         return false;
-    }
-    if (!scanner.atEnd() && (!scanner.character(L'.') || !scanner.number(3, 3, msecond))) {
+    if (!scanner.atEnd() && (!scanner.character(L'.') || !scanner.number(3, 3, msecond)))
         return false;
-    }
     return scanner.atEnd() && make(hour, minute, second, msecond, out);
 }
 

@@ -36,15 +36,13 @@ bool timestamp::parse(std::wstring_view text, timestamp& out)
     const std::size_t separator = all.find_first_of(L" T");
     const std::wstring_view dayText = all.substr(0, separator);
     date day;
-    if (dayText != trimmed(dayText) || !date::parse(dayText, day)) {
+    if (dayText != trimmed(dayText) || !date::parse(dayText, day))
         return false;
-    }
     time timeOfDay;
     if (separator != all.npos) {
         const std::wstring_view timeText = all.substr(separator + 1);
-        if (timeText != trimmed(timeText) || !time::parse(timeText, timeOfDay)) {
+        if (timeText != trimmed(timeText) || !time::parse(timeText, timeOfDay))
             return false;
-        }
     }
     out = timestamp(day, timeOfDay);
     return true;

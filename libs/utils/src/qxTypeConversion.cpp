@@ -130,10 +130,9 @@ struct typeConversionManager::tables
         if (!(addedPairs.load(std::memory_order_acquire) & filterBit(pair)))
             return nullptr;
         const std::shared_lock reading(mutex);
-        for (end = std::min(end, added.size()); end-- > 0;) {
+        for (end = std::min(end, added.size()); end-- > 0;)
             if (pairOf(*added[end]) == pair)
                 return added[end];
-        }
         return nullptr;
     }
 
@@ -177,10 +176,9 @@ bool typeConversionManager::convert(const std::type_info& toType, void* to, cons
     stack::check();
     const typePair pair{toType, fromType};
     std::size_t end = SIZE_MAX;
-    while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end)) {
+    while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end))
         if (converter->convert(to, from, format, formatText))
             return true;
-    }
     const auto found = mpTables->own.find(pair);
     return found != mpTables->own.end() && found->second(to, from, format, formatText);
 }

@@ -27,9 +27,8 @@ wchar_t widened(unsigned char byte)
 char narrowed(wchar_t unit)
 {
     const auto code = static_cast<unsigned long>(unit);
-    if (code < 0x80 || (code >= 0xA0 && code < 0x100)) {
+    if (code < 0x80 || (code >= 0xA0 && code < 0x100))
         return static_cast<char>(unit);
-    }
     const auto found = std::find(std::begin(upperControls), std::end(upperControls), unit);
     return found == std::end(upperControls) ? '?'
                                             : static_cast<char>(0x80 + (found - std::begin(upperControls)));
@@ -47,9 +46,8 @@ string platformSystem::widen(std::string_view bytes)
 {
     string text;
     text.reserve(bytes.size());
-    for (const char byte : bytes) {
+    for (const char byte : bytes)
         text += widened(static_cast<unsigned char>(byte));
-    }
     return text;
 }
 
@@ -57,9 +55,8 @@ std::string platformSystem::narrow(std::wstring_view text)
 {
     std::string bytes;
     bytes.reserve(text.size());
-    for (const wchar_t unit : text) {
+    for (const wchar_t unit : text)
         bytes += narrowed(unit);
-    }
     return bytes;
 }
 

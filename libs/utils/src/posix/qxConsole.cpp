@@ -8,9 +8,8 @@ namespace qx
 std::vector<string> programArguments(int count, const char* const* arguments)
 {
     std::vector<string> texts;
-    for (int i = 1; i < count; ++i) {
+    for (int i = 1; i < count; ++i)
         texts.push_back(string::fromUtf8(arguments[i]));
-    }
     return texts;
 }
 

@@ -14,9 +14,8 @@ std::size_t rootLength(std::wstring_view name)
 
 string completeName(const string& name)
 {
-    if (rootLength(name) > 0) {
+    if (rootLength(name) > 0)
         return name;
-    }
     const string current = system::current().currentDirectory();
     return current.empty() ? name : string(current + L'/' + name);
 }

@@ -56,9 +56,8 @@ template <class Call>
 auto retry(Call call)
 {
     auto result = call();
-    while (result == -1 && errno == EINTR) {
+    while (result == -1 && errno == EINTR)
         result = call();
-    }
     return result;
 }
 

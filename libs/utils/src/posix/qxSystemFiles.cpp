@@ -29,9 +29,8 @@ bool writeAll(int target, const char* bytes, std::size_t size)
 {
     while (size > 0) {
         const ssize_t written = retry([&] { return ::write(target, bytes, size); });
-        if (written <= 0) {
+        if (written <= 0)
             return false;
-        }
         bytes += written;
         size -= static_cast<std::size_t>(written);
     }
@@ -45,12 +44,10 @@ bool readAll(int source, Take take)
     char buffer[16 * 1024];
     for (;;) {
         const ssize_t count = retry([&] { return ::read(source, buffer, sizeof buffer); });
-        if (count <= 0) {
+        if (count <= 0)
             return count == 0;
-        }
-        if (!take(buffer, static_cast<std::size_t>(count))) {
+        if (!take(buffer, static_cast<std::size_t>(count)))
             return false;
-        }
     }
 }
 
@@ -58,9 +55,8 @@ bool readAll(int source, Take take)
 bool copyToNewFile(int source, const char* to, mode_t mode)
 {
     descriptor target(retry([&] { return ::open(to, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }));
-    if (!target) {
+    if (!target)
         return false;
-    }
     const bool copied = readAll(
         source, [&](const char* bytes, std::size_t size) { return writeAll(target.number(), bytes, size); });
     if (!target.close() || !copied) {
@@ -78,9 +74,8 @@ bool replaceByCopy(int source, const std::string& to, mode_t mode)
     do {
         beside = to + "." + std::to_string(::getpid()) + "-" + std::to_string(attempt++) + ".tmp";
         if (copyToNewFile(source, beside.c_str(), mode)) {
-            if (::rename(beside.c_str(), to.c_str()) == 0) {
+            if (::rename(beside.c_str(), to.c_str()) == 0)
                 return true;
-            }
             ::unlink(beside.c_str());
             return false;
         }
@@ -103,9 +98,8 @@ bool platformSystem::status(const string& name, fileStatus& status)
 {
     const nativeName native(name);
     struct stat data;
-    if (!native.valid() || ::stat(native.c_str(), &data) != 0) {
+    if (!native.valid() || ::stat(native.c_str(), &data) != 0)
         return false;
-    }
     status.isDirectory = S_ISDIR(data.st_mode);
     status.size = static_cast<uint64>(data.st_size);
     status.lastModification = data.st_mtim.tv_sec * 1000LL + data.st_mtim.tv_nsec / 1000000;
@@ -122,9 +116,8 @@ bool platformSystem::readFile(const string& name, byteSink& sink)
 appendResult platformSystem::appendToFile(const string& name, std::string_view bytes)
 {
     descriptor target(openFile(nativeName(name), O_WRONLY | O_APPEND | O_CREAT, 0666));
-    if (!target) {
+    if (!target)
         return appendResult::notOpened;
-    }
     const ssize_t written = retry([&] { return ::write(target.number(), bytes.data(), bytes.size()); });
     const bool all = written >= 0 && static_cast<std::size_t>(written) == bytes.size();
     return target.close() && all ? appendResult::written : appendResult::notWritten;
@@ -137,14 +130,12 @@ bool platformSystem::copyFile(const string& from, const string& to, bool overwri
     const descriptor source(openFile(nativeName(from), O_RDONLY | O_NONBLOCK));
     struct stat sourceData;
     if (!source || !target.valid() || ::fstat(source.number(), &sourceData) != 0 ||
-        !S_ISREG(sourceData.st_mode)) {
+        !S_ISREG(sourceData.st_mode))
         return false;
-    }
     const mode_t mode = sourceData.st_mode & 0777;
     struct stat targetData;
-    if (!overwrite || ::stat(target.c_str(), &targetData) != 0) {
+    if (!overwrite || ::stat(target.c_str(), &targetData) != 0)
         return copyToNewFile(source.number(), target.c_str(), mode);
-    }
     const bool same = sourceData.st_dev == targetData.st_dev && sourceData.st_ino == targetData.st_ino;
     return !same && S_ISREG(targetData.st_mode) && replaceByCopy(source.number(), target.c_str(), mode);
 }
@@ -161,9 +152,8 @@ bool platformSystem::listDirectory(const string& name, std::vector<directoryEntr
     const nativeName native(name);
     const std::unique_ptr<DIR, int (*)(DIR*)> handle(native.valid() ? ::opendir(native.c_str()) : nullptr,
                                                      ::closedir);
-    if (!handle) {
+    if (!handle)
         return false;
-    }
     errno = 0;
     while (const dirent* entry = ::readdir(handle.get())) {
         const std::string_view entryName = entry->d_name;

@@ -29,9 +29,8 @@ int visitModule(dl_phdr_info* info, std::size_t, void* data)
     moduleSearch& search = *static_cast<moduleSearch*>(data);
     const std::string_view name = info->dlpi_name ? info->dlpi_name : "";
     const std::size_t slash = name.rfind('/');
-    if (slash == name.npos || (name != search.wanted && name.substr(slash + 1) != search.wanted)) {
+    if (slash == name.npos || (name != search.wanted && name.substr(slash + 1) != search.wanted))
         return 0;
-    }
     search.found = name;
     return 1;
 }
@@ -41,9 +40,8 @@ std::string programFile()
     std::string name(256, '\0');
     for (;;) {
         const ssize_t length = ::readlink("/proc/self/exe", name.data(), name.size());
-        if (length < 0) {
+        if (length < 0)
             return std::string();
-        }
         if (static_cast<std::size_t>(length) < name.size()) {
             name.resize(static_cast<std::size_t>(length));
             return name;
@@ -66,9 +64,8 @@ bool platformSystem::modulePath(const string& moduleName, string& directoryName)
         fileName = search.found;
     }
     const std::size_t slash = fileName.rfind('/');
-    if (slash == fileName.npos) {
+    if (slash == fileName.npos)
         return false;
-    }
     directoryName = string::fromUtf8(std::string_view(fileName).substr(0, slash == 0 ? 1 : slash));
     return true;
 }
@@ -104,9 +101,8 @@ bool platformSystem::environmentVariable(const string& name, string& value)
 {
     const platform::nativeName native(name);
     const char* found = native.valid() ? std::getenv(native.c_str()) : nullptr;
-    if (!found) {
+    if (!found)
         return false;
-    }
     value = string::fromUtf8(found);
     return true;
 }

@@ -35,14 +35,12 @@ struct child
 
     void collect(bool wait)
     {
-        if (ended) {
+        if (ended)
             return;
-        }
         int status = 0;
         const pid_t result = retry([&] { return ::waitpid(id, &status, wait ? 0 : WNOHANG); });
-        if (result == 0) {
+        if (result == 0)
             return;
-        }
         ended = true;
         codeKnown = result == id;
         code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
@@ -86,9 +84,8 @@ public:
     {
         const std::lock_guard guard(mMutex);
         child* entry = find(handle);
-        if (!entry) {
+        if (!entry)
             return false;
-        }
         entry->collect(false);
         code = entry->codeKnown ? entry->code : code;
         return entry->codeKnown;
@@ -97,9 +94,8 @@ public:
     void close(const void* handle)
     {
         const std::lock_guard guard(mMutex);
-        if (child* entry = find(handle)) {
+        if (child* entry = find(handle))
             entry->handedOut = false;
-        }
         collectAll();
     }
 
@@ -125,9 +121,8 @@ private:
     void collectAll()
     {
         std::erase_if(mChildren, [](const auto& known) {
-            if (known->id != 0) {
+            if (known->id != 0)
                 known->collect(false);
-            }
             return known->ended && !known->handedOut;
         });
     }
@@ -200,9 +195,8 @@ std::vector<std::string> argumentBytes(const string& exe, const string& params)
     string program = exe;
     program.replace(L"\\", L"/");
     bytes.push_back(program.utf8());
-    for (const string& param : splitCommandLine(params)) {
+    for (const string& param : splitCommandLine(params))
         bytes.push_back(param.utf8());
-    }
     const bool valid =
         !exe.empty() && std::all_of(bytes.begin(), bytes.end(), [](const std::string& argument) {
             return argument.find('\0') == argument.npos;
@@ -227,14 +221,12 @@ bool platformSystem::startProcess(const string& exe, const string& params, int f
     const nativeName directory(workingDirectory);
     spawnPlan plan;
     if (bytes.empty() || !plan.isolate((flags & processHidden) == processHidden) ||
-        (!workingDirectory.empty() && (!directory.valid() || !plan.changeDirectory(directory.c_str())))) {
+        (!workingDirectory.empty() && (!directory.valid() || !plan.changeDirectory(directory.c_str()))))
         return false;
-    }
     std::vector<char*> arguments;
     arguments.reserve(bytes.size() + 1);
-    for (std::string& argument : bytes) {
+    for (std::string& argument : bytes)
         arguments.push_back(argument.data());
-    }
     arguments.push_back(nullptr);
 
     childTable& table = childTable::instance();
@@ -244,37 +236,31 @@ bool platformSystem::startProcess(const string& exe, const string& params, int f
         table.drop(entry);
         return false;
     }
-    if (idOut) {
+    if (idOut)
         *idOut = static_cast<uint>(id);
-    }
-    if (firstHandleOut) {
+    if (firstHandleOut)
         *firstHandleOut = nullptr;
-    }
-    if (processHandleOut) {
+    if (processHandleOut)
         *processHandleOut = entry;
-    }
     table.started(entry, id, processHandleOut != nullptr);
-    if (flags & processWait) {
+    if (flags & processWait)
         waitForEnd(id);
-    }
     return true;
 }
 
 bool platformSystem::getExitCodeProcess(void* process, long32* code)
 {
     int value = 0;
-    if (!process || !code || !childTable::instance().exitCode(process, value)) {
+    if (!process || !code || !childTable::instance().exitCode(process, value))
         return false;
-    }
     *code = long32(value);
     return true;
 }
 
 void platformSystem::closeProcess(void* handle)
 {
-    if (handle) {
+    if (handle)
         childTable::instance().close(handle);
-    }
 }
 
 } // namespace qx

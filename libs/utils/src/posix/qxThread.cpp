@@ -9,9 +9,8 @@ void threadStackBounds(std::uintptr_t& low, std::uintptr_t& high)
 {
     low = high = 0;
     pthread_attr_t attributes;
-    if (::pthread_getattr_np(::pthread_self(), &attributes) != 0) {
+    if (::pthread_getattr_np(::pthread_self(), &attributes) != 0)
         return;
-    }
     void* start = nullptr;
     std::size_t size = 0;
     if (::pthread_attr_getstack(&attributes, &start, &size) == 0) {

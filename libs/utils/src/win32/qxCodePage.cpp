@@ -21,9 +21,8 @@ bool platformSystem::widenByte(unsigned char byte, wchar_t& unit)
 {
     const char single = static_cast<char>(byte);
     wchar_t result = 0;
-    if (MultiByteToWideChar(CP_ACP, 0, &single, 1, &result, 1) != 1) {
+    if (MultiByteToWideChar(CP_ACP, 0, &single, 1, &result, 1) != 1)
         return false;
-    }
     unit = result;
     return true;
 }

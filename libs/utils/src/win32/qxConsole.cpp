@@ -10,9 +10,8 @@ std::vector<string> programArguments(int, const char* const*)
 {
     // What main receives has been narrowed to the code page; the command line itself has not.
     std::vector<string> texts = splitCommandLine(GetCommandLineW());
-    if (!texts.empty()) {
+    if (!texts.empty())
         texts.erase(texts.begin());
-    }
     return texts;
 }
 

@@ -20,9 +20,8 @@ std::size_t partsLength(std::wstring_view name, std::size_t start, int parts)
 {
     for (; parts > 0; --parts) {
         const std::size_t separator = name.find(L'\\', start);
-        if (separator == name.npos) {
+        if (separator == name.npos)
             return name.size();
-        }
         start = separator + 1;
     }
     return start;
@@ -35,28 +34,23 @@ const char* const lineEnd = "\r\n";
 
 std::size_t rootLength(std::wstring_view name)
 {
-    if (hasDrive(name)) {
+    if (hasDrive(name))
         return name.size() > 2 && name[2] == L'\\' ? 3 : 2;
-    }
-    if (name.starts_with(L"\\\\")) {
+    if (name.starts_with(L"\\\\"))
         return partsLength(name, 2, 2);
-    }
     return name.starts_with(L'\\') ? 1 : 0;
 }
 
 string completeName(const string& name)
 {
     const std::size_t root = rootLength(name);
-    if (root > 2) {
+    if (root > 2)
         return name;
-    }
     const string current = system::current().currentDirectory();
-    if (current.empty()) {
+    if (current.empty())
         return name;
-    }
-    if (root == 1) {
+    if (root == 1)
         return string(current.substr(0, rootLength(current)) + name);
-    }
     if (root == 2) {
         // A drive without a root: its own current directory is known only when it is the process's.
         const bool sameDrive = compareNames(name.substr(0, 2), current.substr(0, 2)) == 0;

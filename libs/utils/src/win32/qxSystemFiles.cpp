@@ -23,9 +23,8 @@ long long milliseconds(const FILETIME& time)
 bool platformSystem::status(const string& name, fileStatus& status)
 {
     WIN32_FILE_ATTRIBUTE_DATA data;
-    if (!isName(name) || !GetFileAttributesExW(name.c_str(), GetFileExInfoStandard, &data)) {
+    if (!isName(name) || !GetFileAttributesExW(name.c_str(), GetFileExInfoStandard, &data))
         return false;
-    }
     status.isDirectory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     status.size = static_cast<uint64>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
     status.lastModification = milliseconds(data.ftLastWriteTime);
@@ -34,40 +33,33 @@ bool platformSystem::status(const string& name, fileStatus& status)
 
 bool platformSystem::readFile(const string& name, byteSink& sink)
 {
-    if (!isName(name)) {
+    if (!isName(name))
         return false;
-    }
     const handle source(CreateFileW(name.c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!source) {
+    if (!source)
         return false;
-    }
     char buffer[16 * 1024];
     for (;;) {
         DWORD count = 0;
-        if (!ReadFile(source.get(), buffer, sizeof buffer, &count, nullptr)) {
+        if (!ReadFile(source.get(), buffer, sizeof buffer, &count, nullptr))
             return false;
-        }
-        if (count == 0) {
+        if (count == 0)
             return true;
-        }
-        if (!sink.take(buffer, count)) {
+        if (!sink.take(buffer, count))
             return false;
-        }
     }
 }
 
 appendResult platformSystem::appendToFile(const string& name, std::string_view bytes)
 {
-    if (!isName(name)) {
+    if (!isName(name))
         return appendResult::notOpened;
-    }
     const handle target(CreateFileW(name.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                     nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!target) {
+    if (!target)
         return appendResult::notOpened;
-    }
     DWORD written = 0;
     const DWORD size = static_cast<DWORD>(bytes.size());
     const bool all = size == bytes.size() &&
@@ -78,17 +70,14 @@ appendResult platformSystem::appendToFile(const string& name, std::string_view b
 bool platformSystem::copyFile(const string& from, const string& to, bool overwrite)
 {
     // CopyFileW takes away what it wrote when it fails, but would first have emptied a file that was there.
-    if (!isName(from) || !isName(to)) {
+    if (!isName(from) || !isName(to))
         return false;
-    }
-    if (!overwrite || GetFileAttributesW(to.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    if (!overwrite || GetFileAttributesW(to.c_str()) == INVALID_FILE_ATTRIBUTES)
         return CopyFileW(from.c_str(), to.c_str(), TRUE) != 0;
-    }
     const string beside = to + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" +
                           std::to_wstring(GetCurrentThreadId()) + L".tmp";
-    if (lstrcmpiW(from.c_str(), to.c_str()) == 0 || !CopyFileW(from.c_str(), beside.c_str(), TRUE)) {
+    if (lstrcmpiW(from.c_str(), to.c_str()) == 0 || !CopyFileW(from.c_str(), beside.c_str(), TRUE))
         return false;
-    }
     if (!MoveFileExW(beside.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING)) {
         DeleteFileW(beside.c_str());
         return false;
@@ -104,19 +93,16 @@ bool platformSystem::removeFile(const string& name)
 bool platformSystem::listDirectory(const string& name, std::vector<directoryEntry>& entries)
 {
     entries.clear();
-    if (!isName(name)) {
+    if (!isName(name))
         return false;
-    }
     string pattern = name;
-    if (pattern.back() != L'\\' && pattern.back() != L'/') {
+    if (pattern.back() != L'\\' && pattern.back() != L'/')
         pattern += L'\\';
-    }
     pattern += L'*';
     WIN32_FIND_DATAW data;
     const HANDLE search = FindFirstFileW(pattern.c_str(), &data);
-    if (search == INVALID_HANDLE_VALUE) {
+    if (search == INVALID_HANDLE_VALUE)
         return GetLastError() == ERROR_FILE_NOT_FOUND;
-    }
     do {
         const std::wstring_view entryName = data.cFileName;
         if (entryName != L"." && entryName != L"..") {
@@ -129,9 +115,8 @@ bool platformSystem::listDirectory(const string& name, std::vector<directoryEntr
     } while (FindNextFileW(search, &data));
     const bool complete = GetLastError() == ERROR_NO_MORE_FILES;
     FindClose(search);
-    if (!complete) {
+    if (!complete)
         entries.clear();
-    }
     return complete;
 }
 

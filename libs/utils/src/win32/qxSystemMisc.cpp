@@ -21,9 +21,8 @@ BOOL CALLBACK visitWindow(HWND window, LPARAM found)
 {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    if (process != GetCurrentProcessId() || !IsWindowVisible(window) || GetWindow(window, GW_OWNER)) {
+    if (process != GetCurrentProcessId() || !IsWindowVisible(window) || GetWindow(window, GW_OWNER))
         return TRUE;
-    }
     *reinterpret_cast<HWND*>(found) = window;
     return FALSE;
 }
@@ -33,15 +32,13 @@ BOOL CALLBACK visitWindow(HWND window, LPARAM found)
 bool platformSystem::modulePath(const string& moduleName, string& directoryName)
 {
     const HMODULE module = GetModuleHandleW(moduleName.empty() ? nullptr : moduleName.c_str());
-    if (!module) {
+    if (!module)
         return false;
-    }
     const string fileName = platform::textOfCall(
         [module](wchar_t* buffer, DWORD size) { return GetModuleFileNameW(module, buffer, size); });
     const std::size_t separator = fileName.rfind(L'\\');
-    if (separator == fileName.npos) {
+    if (separator == fileName.npos)
         return false;
-    }
     // The root of a drive keeps its separator.
     directoryName = fileName.substr(0, separator == 2 ? 3 : separator);
     return true;
@@ -74,15 +71,13 @@ bool platformSystem::unloadLibrary(void* library)
 
 bool platformSystem::environmentVariable(const string& name, string& value)
 {
-    if (!platform::isName(name)) {
+    if (!platform::isName(name))
         return false;
-    }
     SetLastError(ERROR_SUCCESS);
     string found = platform::textOfCall(
         [&name](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(name.c_str(), buffer, size); });
-    if (found.empty() && GetLastError() == ERROR_ENVVAR_NOT_FOUND) {
+    if (found.empty() && GetLastError() == ERROR_ENVVAR_NOT_FOUND)
         return false;
-    }
     value = std::move(found);
     return true;
 }

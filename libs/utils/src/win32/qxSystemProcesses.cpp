@@ -19,9 +19,8 @@ bool platformSystem::startProcess(const string& exe, const string& params, int f
     }
     const bool valid = platform::isName(exe) && exe.find(L'"') == exe.npos &&
                        commandLine.find(L'\0') == exe.npos && workingDirectory.find(L'\0') == exe.npos;
-    if (!valid) {
+    if (!valid)
         return false;
-    }
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     DWORD creation = 0;
@@ -32,23 +31,18 @@ bool platformSystem::startProcess(const string& exe, const string& params, int f
     }
     PROCESS_INFORMATION started{};
     if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, creation, nullptr,
-                        workingDirectory.empty() ? nullptr : workingDirectory.c_str(), &startup, &started)) {
+                        workingDirectory.empty() ? nullptr : workingDirectory.c_str(), &startup, &started))
         return false;
-    }
     platform::handle process(started.hProcess);
     platform::handle firstThread(started.hThread);
-    if (flags & processWait) {
+    if (flags & processWait)
         WaitForSingleObject(process.get(), INFINITE);
-    }
-    if (idOut) {
+    if (idOut)
         *idOut = started.dwProcessId;
-    }
-    if (firstHandleOut) {
+    if (firstHandleOut)
         *firstHandleOut = firstThread.release();
-    }
-    if (processHandleOut) {
+    if (processHandleOut)
         *processHandleOut = process.release();
-    }
     return true;
 }
 
@@ -57,18 +51,16 @@ bool platformSystem::getExitCodeProcess(void* process, long32* code)
     // A code of its own stands for a process that runs, so the process itself is asked whether it does.
     DWORD value = 0;
     if (!process || !code || WaitForSingleObject(process, 0) != WAIT_OBJECT_0 ||
-        !GetExitCodeProcess(process, &value)) {
+        !GetExitCodeProcess(process, &value))
         return false;
-    }
     *code = static_cast<long>(value);
     return true;
 }
 
 void platformSystem::closeProcess(void* handle)
 {
-    if (handle) {
+    if (handle)
         CloseHandle(handle);
-    }
 }
 
 } // namespace qx

@@ -30,9 +30,8 @@ public:
     handle& operator=(const handle&) = delete;
     ~handle()
     {
-        if (mValue) {
+        if (mValue)
             CloseHandle(mValue);
-        }
     }
 
     explicit operator bool() const { return mValue != nullptr; }
