@@ -1,5 +1,6 @@
 // The code manager: code calls, binding, running, and the cache of loaded functions. The cache is the
 // process's own and knows files by the name in the call, so each test uses file names of its own.
+#include "assertRecorder.h"
 #include "scriptSupport.h"
 
 #include <gmock/gmock.h>
@@ -13,29 +14,6 @@ namespace
 
 namespace script = qx::script;
 using testing::ElementsAre;
-
-// Collects what is reported through assertMsg for the length of a test.
-class reports
-{
-public:
-    reports()
-    {
-        texts().clear();
-        mBefore = qx::setAssertHandler([](const qx::string& text) { texts().push_back(text.utf8()); });
-    }
-    reports(const reports&) = delete;
-    reports& operator=(const reports&) = delete;
-    ~reports() { qx::setAssertHandler(mBefore); }
-
-    static std::vector<std::string>& texts()
-    {
-        static std::vector<std::string> collected;
-        return collected;
-    }
-
-private:
-    qx::assertHandler mBefore;
-};
 
 qx::scString name(const wchar_t* text)
 {
@@ -62,7 +40,7 @@ TEST(codeManager, splitsCodeCalls)
         {L"", false, script::codeTypeDll, L"unchanged", L"unchanged"},
         {L"\"script$tools$pick", false, script::codeTypeDll, L"unchanged", L"unchanged"},
     };
-    const reports collected;
+    const assertRecorder recorder;
     for (const auto& row : cases) {
         SCOPED_TRACE(qx::string(row.call).utf8());
         script::eCodeType type = script::codeTypeDll;
@@ -73,7 +51,7 @@ TEST(codeManager, splitsCodeCalls)
         EXPECT_EQ(file, row.file);
         EXPECT_EQ(function, row.function);
     }
-    EXPECT_THAT(reports::texts(), ElementsAre("parseCodeCall: invalid codetype \"script"));
+    EXPECT_THAT(assertRecorder::take(), ElementsAre(L"parseCodeCall: invalid codetype \"script"));
 }
 
 TEST(codeManager, bindsArgumentsInOrder)
@@ -180,7 +158,7 @@ TEST(codeManager, whatCannotBeLoadedSaysWhy)
                                      "scrdef blank() \n"
                                      "scrdef breaking(){ break(); }\n");
     directory.write("nothing.qxscr", "");
-    const reports collected;
+    const assertRecorder recorder;
     const qx::string base = directory.name();
     const auto failure = [&](const wchar_t* call) { return chainOfFailure([&] { runCall(base, call); }); };
     const std::string file = directory.name("loading.qxscr").utf8();
@@ -202,12 +180,12 @@ TEST(codeManager, malformedCallsFindNoFileAndLibraryCallsDoNothing)
 {
     const scratchDirectory directory;
     const currentDirectory current(directory.path(""));
-    const reports collected;
+    const assertRecorder recorder;
     const std::string missing = "File " + directory.name(".qxsscr").utf8() + " not found!";
     for (const wchar_t* call : {L"tools$pick", L"", L"exe$tools$pick"}) {
         EXPECT_THAT(chainOfFailure([&] { runCall(qx::string(), call); }), ElementsAre(missing));
     }
-    EXPECT_THAT(reports::texts(), ElementsAre("parseCodeCall: invalid codetype exe"));
+    EXPECT_THAT(assertRecorder::take(), ElementsAre(L"parseCodeCall: invalid codetype exe"));
     EXPECT_EQ(runCall(qx::string(), L"dll$lib$func"), "declined");
 }
 
@@ -312,16 +290,19 @@ TEST(codeManager, threadsShareOneFunction)
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 200; ++i) {
                 const qx::string text = std::to_wstring(t * 1000 + i);
-                const auto failure = chainOfFailure([&] {
+                const texts failure = failureOf([&] {
                     if (runCall(directory.name(), call, {text}) != text.utf8()) {
                         ++wrong;
                     }
                 });
-                wrong += static_cast<int>(failure.size());
+                if (failure != texts{L"nothing thrown"}) {
+                    ++wrong;
+                }
                 if (t == 0 && i % 20 == 19) {
                     setAge(directory, fileName,
                            i - 1000); // loads again in the middle of the others' runs

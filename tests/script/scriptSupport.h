@@ -2,45 +2,34 @@
 #pragma once
 
 #include "utils/scratchDirectory.h"
+#include "valueText.h"
 
 #include <qxScript>
 
 #include <chrono>
 
-// The messages of a failure as UTF-8, outermost first.
-inline std::vector<std::string> chainOf(const qx::exception& failure)
+// The chain of what `work` throws, as failureOf gives it, in UTF-8.
+template <class Work>
+std::vector<std::string> chainOfFailure(const Work& work)
 {
     std::vector<std::string> chain;
-    for (const qx::locString& message : failure.messages()) {
-        chain.push_back(message.text().utf8());
+    for (const qx::string& text : failureOf(work)) {
+        chain.push_back(text.utf8());
     }
     return chain;
 }
 
-// The chain of what `work` throws; empty when it throws nothing.
-template <class Work>
-std::vector<std::string> chainOfFailure(Work work)
-{
-    try {
-        work();
-    } catch (const qx::exception& failure) {
-        return chainOf(failure);
-    }
-    return {};
-}
-
 // Runs a code call with texts as arguments, in a context of its own, and gives its result as text ("null" for
 // a null value).
-inline std::string runCall(const qx::string& base, const qx::string& call,
-                           const std::vector<qx::string>& texts = {})
+inline std::string runCall(const qx::string& base, const qx::string& call, const texts& arguments = {})
 {
-    std::vector<qx::genericValue> arguments;
-    for (const qx::string& text : texts) {
-        arguments.emplace_back(text);
+    std::vector<qx::genericValue> values;
+    for (const qx::string& text : arguments) {
+        values.emplace_back(text);
     }
     qx::script::scriptcontext context;
     qx::genericValue result;
-    if (!qx::script::codeManager::instance()->executeFunction(base, call, context, arguments, result)) {
+    if (!qx::script::codeManager::instance()->executeFunction(base, call, context, values, result)) {
         return "declined";
     }
     qx::string text;

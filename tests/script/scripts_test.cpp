@@ -76,7 +76,7 @@ std::string outcomeOf(const std::string& script, const qx::string& function)
         qx::script::codeManager::instance()->executeFunction(wide(scriptsDirectory().string()),
                                                              L"script$" + wide(script) + L"$" + function,
                                                              context, none, result);
-        outcome = "    " + valueText(result) + "\n";
+        outcome.append("    ").append(valueText(result)).append("\n");
     } catch (const qx::exception& failure) {
         std::string indent = "    ";
         for (const qx::string& text : chainOf(failure)) {
@@ -85,7 +85,7 @@ std::string outcomeOf(const std::string& script, const qx::string& function)
         }
     }
     for (const qx::string& report : assertRecorder::take())
-        lines += "    report: " + shownLine(report) + "\n";
+        lines.append("    report: ").append(shownLine(report)).append("\n");
     return lines + outcome;
 }
 
@@ -94,7 +94,7 @@ std::string outcomesOf(const std::string& script)
     const qx::file source(wide((scriptsDirectory() / (script + ".qxscr")).string()));
     std::string all;
     for (const qx::script::functionInfo& function : qx::script::listFunctions(source).functions)
-        all += (all.empty() ? "" : "\n") + outcomeOf(script, function.name);
+        all.append(all.empty() ? "" : "\n").append(outcomeOf(script, function.name));
     return all;
 }
 

@@ -27,16 +27,16 @@ std::string held(const qx::genericValue::holderbase& holder, const qx::genericVa
         std::string text;
         for (const qx::genericValue& element : what)
             text += (text.empty() ? "" : ", ") + valueText(element);
-        return "[" + text + "]";
+        return text.insert(0, 1, '[').append(1, ']');
     } else if constexpr (std::is_same_v<T, reference>) {
-        return what ? "to " + valueText(*what) : "to nothing";
+        return std::string("to ").append(what ? valueText(*what) : "nothing");
     } else if constexpr (std::is_same_v<T, object>) {
         return what.isValid() ? "to an object" : "to nothing";
     } else if constexpr (requires { typename T::mapped_type; }) {
         std::string text;
         for (const auto& [key, element] : what)
             text += (text.empty() ? "" : ", ") + plainText(qx::genericValue(key)) + ": " + valueText(element);
-        return "{" + text + "}";
+        return text.insert(0, 1, '{').append(1, '}');
     } else {
         return plainText(value);
     }
@@ -91,7 +91,8 @@ std::string valueText(const qx::genericValue& value)
         return "null";
     const auto* const row = std::find_if(std::begin(types), std::end(types),
                                          [&](const shownType& t) { return t.type == holder->heldType(); });
-    return row == std::end(types) ? "(unknown type)" : row->name + (" " + row->text(*holder, value));
+    return row == std::end(types) ? "(unknown type)"
+                                  : std::string(row->name).append(1, ' ').append(row->text(*holder, value));
 }
 
 std::string quotedText(const qx::string& text)

@@ -1,7 +1,7 @@
 #include "commands.h"
 
+#include "outputText.h"
 #include "report.h"
-#include "valueText.h"
 
 #include <qxDirectory.h>
 #include <qxScript>
@@ -17,7 +17,7 @@ namespace script = qx::script;
 void printValue(const genericValue& value)
 {
     string text;
-    if (valueText(value, text)) {
+    if (outputText(value, text)) {
         printLine(text);
     }
 }
@@ -25,6 +25,7 @@ void printValue(const genericValue& value)
 int execute(const string& base, const string& call, const std::vector<string>& texts)
 {
     std::vector<genericValue> arguments;
+    arguments.reserve(texts.size());
     for (const string& text : texts) {
         arguments.emplace_back(text);
     }
@@ -56,10 +57,10 @@ public:
             mCallName = given.name(flags);
         }
         const string dotted = isComplete ? L"." + given.extension(0) : string();
-        mMeant.push_back(file(mBase, mCallName + dotted));
+        mMeant.emplace_back(mBase, mCallName + dotted);
         if (!isComplete) {
-            mMeant.push_back(file(mBase, mCallName + L".qxscr"));
-            mMeant.push_back(file(mBase, mCallName + L".qxsscr"));
+            mMeant.emplace_back(mBase, mCallName + L".qxscr");
+            mMeant.emplace_back(mBase, mCallName + L".qxsscr");
         }
     }
 

@@ -20,6 +20,6 @@ int runFunction(const scriptCall& wanted);
 int runCall(const scriptCall& wanted);
 int evaluate(const qx::string& text);
 int checkFiles(const std::vector<qx::string>& files);
-int showFunctions(const qx::string& file);
+int showFunctions(const qx::string& name);
 int showStatements(const qx::string& name); // all with an empty name
 int scrambleCopy(const qx::string& from, const qx::string& to);

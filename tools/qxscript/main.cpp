@@ -75,6 +75,7 @@ std::size_t countOwn(const std::vector<std::string>& arguments)
 std::vector<string> wide(const std::vector<std::string>& texts)
 {
     std::vector<string> result;
+    result.reserve(texts.size());
     for (const std::string& text : texts) {
         result.push_back(string::fromUtf8(text));
     }

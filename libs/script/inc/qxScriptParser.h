@@ -14,6 +14,8 @@
 #include "qxScriptStatement.h"
 #include "qxTextSlice.h"
 
+#include <type_traits>
+
 namespace qx::script
 {
 
@@ -36,7 +38,12 @@ class QXSCRIPT_API scriptModule
 {
 public:
     // A null factory throws the bool value false.
-    constexpr explicit scriptModule(statementFactory maker) : mFactory(maker ? maker : throw false) {}
+    constexpr explicit scriptModule(statementFactory maker) : mFactory(maker)
+    {
+        // A compiler that instruments pointers does not know a function's address while it compiles.
+        if (!std::is_constant_evaluated() && !maker)
+            throw false;
+    }
     scriptModule(const scriptModule&) = delete;
     scriptModule& operator=(const scriptModule&) = delete;
 

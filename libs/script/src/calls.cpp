@@ -1,7 +1,7 @@
 // Calls: functions of other script files, returning a value, and statements run as functions.
+#include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptCode.h"
-#include "qxScriptModules.h"
 #include "qxScriptSignals.h"
 
 #include "qxDirectory.h"
@@ -122,8 +122,6 @@ public:
             execError(this, L"error setting returnvalue to context");
     }
 
-    static statement* create(const callText& call) { return new _return(firstValue(call)); }
-
 private:
     ownedProvider mpValue;
 };
@@ -153,20 +151,25 @@ public:
         }
     }
 
-    static statement* create(const callText& call) { return new treatasfunction(firstValue(call)); }
-
 private:
     ownedProvider mpValue;
 };
 
-const builtin rows[] = {
-    {L"callfunction", callFunction::create, L"(type$file$function, [argument], ...)"},
-    {L"treatasfunction", treatasfunction::create, L"(statement)"},
-    {L"return", _return::create, L"([value])"},
-};
-
 } // namespace
 
-constinit const builtinModule controlModule{L"control", rows};
+statement* createCallfunction(const callText& call)
+{
+    return callFunction::create(call);
+}
+
+statement* createTreatasfunction(const callText& call)
+{
+    return new treatasfunction(firstValue(call));
+}
+
+statement* createReturn(const callText& call)
+{
+    return new _return(firstValue(call));
+}
 
 } // namespace qx::script

@@ -85,7 +85,7 @@ struct codeManager::state
         const file source = findScriptFile(basePath, fileName);
         const timestamp time = modificationTime(source);
         const string key = fileName + L"." + name;
-        if (const sharedPtr<function> cached = find(key); cached && !(cached->time() < time)) {
+        if (sharedPtr<function> cached = find(key); cached && !(cached->time() < time)) {
             return cached;
         }
         const sharedPtr<function> loaded = loadFunction(source, name);

@@ -1,9 +1,272 @@
-// Operators on typed values, and logic.
+// Operators on typed values: one table of keywords, symbols, types and what another type means.
+//
+// Each pair of operator and type is a class of its own, a shell over a functor. The script states the type;
+// nothing is inferred from the operands. `and` and `or` are in qxScriptLogic.cpp.
+#include "qxScriptOps.h"
+
+#include "qxScriptFunctors.h"
 #include "qxScriptModules.h"
+#include "qxScriptTypes.h"
+
+#include <array>
 
 namespace qx::script
 {
 
-constinit const builtinModule operatorModule{L"operator", {}};
+// --- Operands ---
+
+binaryoperands::binaryoperands(const callText& call)
+{
+    if (call.params.empty())
+        return;
+    mpFirst = ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
+    if (!mpFirst)
+        refuse(L"binaryoperation::createFrom: error parsing %s", call.params[0].view());
+    // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
+    if (call.params.size() > 1)
+        mpSecond = ownedProvider(valueProvider::createFrom(call.params[1], call.flags));
+}
+
+void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
+{
+    if (!mpFirst)
+        execError(this, L"error retrieving first operand (1)");
+    if (!mpSecond)
+        execError(this, L"error retrieving second operand (1)");
+    if (!mpFirst->getValue(context, first))
+        execError(this, L"error retrieving first operand (2)");
+    if (!mpSecond->getValue(context, second))
+        execError(this, L"error retrieving second operand (2)");
+}
+
+unaryoperand::unaryoperand(const callText& call)
+{
+    if (call.params.empty())
+        return;
+    mpOperand = ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
+    if (!mpOperand)
+        refuse(L"unaryoperation::createFrom: error parsing %s", call.params[0].view());
+}
+
+void unaryoperand::evaluate(codecontext& context, genericValue& operand) const
+{
+    if (!mpOperand)
+        execError(this, L"error retrieving operand (1)");
+    if (!mpOperand->getValue(context, operand))
+        execError(this, L"error retrieving operand (2)");
+}
+
+namespace
+{
+
+// --- Types ---
+
+using object = intrface::interfaceptr<intrface::unknown>;
+
+template <class... T>
+struct typelist
+{};
+
+template <class... A, class... B>
+typelist<A..., B...> operator+(typelist<A...>, typelist<B...>);
+
+using integers = typelist<short, int, long32, ushort, uint, ulong32>;
+using floats = typelist<float, double>;
+using numbers = decltype(integers() + floats());
+using signedNumbers = decltype(typelist<short, int, long32>() + floats());
+using summable = decltype(numbers() + typelist<string>());
+using ordered = decltype(numbers() + typelist<string, date, time, timestamp>());
+using comparable = decltype(typelist<bool>() + ordered() + typelist<object>());
+
+template <class T>
+constexpr ePrimitiveScriptType typeOf = scriptTypeVoid;
+template <>
+constexpr ePrimitiveScriptType typeOf<bool> = scriptTypeBool;
+template <>
+constexpr ePrimitiveScriptType typeOf<short> = scriptTypeShort;
+template <>
+constexpr ePrimitiveScriptType typeOf<int> = scriptTypeInt;
+template <>
+constexpr ePrimitiveScriptType typeOf<long32> = scriptTypeLong;
+template <>
+constexpr ePrimitiveScriptType typeOf<ushort> = scriptTypeUshort;
+template <>
+constexpr ePrimitiveScriptType typeOf<uint> = scriptTypeUint;
+template <>
+constexpr ePrimitiveScriptType typeOf<ulong32> = scriptTypeUlong;
+template <>
+constexpr ePrimitiveScriptType typeOf<float> = scriptTypeFloat;
+template <>
+constexpr ePrimitiveScriptType typeOf<double> = scriptTypeDouble;
+template <>
+constexpr ePrimitiveScriptType typeOf<string> = scriptTypeString;
+template <>
+constexpr ePrimitiveScriptType typeOf<date> = scriptTypeDate;
+template <>
+constexpr ePrimitiveScriptType typeOf<time> = scriptTypeTime;
+template <>
+constexpr ePrimitiveScriptType typeOf<timestamp> = scriptTypeTimestamp;
+template <>
+constexpr ePrimitiveScriptType typeOf<object> = scriptTypeUnknownptr;
+
+// --- Operations: the class for a type ---
+
+template <class T>
+using addition = binaryoperation<addfunc<T, T, T>>;
+template <class T>
+using subtraction = binaryoperation<subtractfunc<T, T, T>>;
+template <class T>
+using multiplication = binaryoperation<multiplyfunc<T, T, T>>;
+template <class T>
+using division = binaryoperation<dividefunc<T, T, T>>;
+template <class T>
+using greater = binaryoperation<maxoffunc<T>>;
+template <class T>
+using smaller = binaryoperation<minoffunc<T>>;
+template <class T>
+using bitsInBoth = binaryoperation<bitandfunc<T>>;
+template <class T>
+using bitsInEither = binaryoperation<bitorfunc<T>>;
+template <class T>
+using rounding = binaryoperation<roundfunc<T, T>>;
+template <class T>
+using cutting = binaryoperation<cutofffunc<T, T>>;
+template <class T>
+using isEqual = binaryoperation<std::conditional_t<std::is_same_v<T, object>, eqfuncIfPointer, eqfunc<T, T>>>;
+template <class T>
+using isNotEqual =
+    binaryoperation<std::conditional_t<std::is_same_v<T, object>, neqfuncIfPointer, neqfunc<T, T>>>;
+template <class T>
+using isSmaller = binaryoperation<smfunc<T, T>>;
+template <class T>
+using isSmallerOrEqual = binaryoperation<smeqfunc<T, T>>;
+template <class T>
+using isBigger = binaryoperation<gtfunc<T, T>>;
+template <class T>
+using isBiggerOrEqual = binaryoperation<gteqfunc<T, T>>;
+template <class T>
+using negation = unaryoperation<minusfunc<T, T>>;
+// Signed integers of every width are read and written as long.
+template <class T>
+using absOperand = std::conditional_t<heldInteger<T>, long32, T>;
+template <class T>
+using magnitude = unaryoperation<absfunc<absOperand<T>, absOperand<T>>>;
+
+// --- Factories ---
+
+enum class otherType
+{
+    declined, // the next module is asked
+    error
+};
+
+template <template <class> class Operation, class... T>
+statement* makeFor(ePrimitiveScriptType type, const callText& call, typelist<T...>)
+{
+    statement* made = nullptr;
+    (void)((type == typeOf<T> && (made = Operation<T>::createFrom(call))) || ...);
+    return made;
+}
+
+template <template <class> class Operation, class Types, otherType Other = otherType::declined>
+statement* create(const callText& call)
+{
+    if (call.types.empty())
+        refuse(L"createScriptOperation: missing datatype for %s", call.name);
+    statement* const made = makeFor<Operation>(parseScriptType(call.types[0]), call, Types());
+    if (!made && Other == otherType::error)
+        refuse(L"createScriptOperation: invalid datatype %s for %s", call.types[0], call.name);
+    return made;
+}
+
+statement* createSubtract(const callText& call)
+{
+    return create<subtraction, numbers>(call);
+}
+
+statement* createMinus(const callText& call)
+{
+    return create<negation, signedNumbers>(call);
+}
+
+statement* createMinusSign(const callText& call)
+{
+    switch (call.params.size()) {
+    case 1:
+        return createMinus(call);
+    case 2:
+        return createSubtract(call);
+    default:
+        return nullptr;
+    }
+}
+
+// --- Table ---
+
+struct operatorRow
+{
+    const wchar_t* keyword;
+    const wchar_t* symbol; // null for none
+    statement* (*create)(const callText& call);
+    const wchar_t* parameters;
+};
+
+constexpr const wchar_t* two = L"<type>(first, second)";
+constexpr const wchar_t* one = L"<type>(value)";
+constexpr const wchar_t* decimals = L"<type>(value, decimals)";
+constexpr const wchar_t* many = L"(first, second, ...)";
+
+// A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
+constexpr operatorRow operators[] = {
+    {L"add", L"+", create<addition, summable>, two},
+    {L"subtract", nullptr, createSubtract, two},
+    {L"multiply", L"*", create<multiplication, numbers>, two},
+    {L"divide", L"/", create<division, numbers>, two},
+    {L"maxof", nullptr, create<greater, numbers>, two},
+    {L"minof", nullptr, create<smaller, numbers>, two},
+    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two},
+    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two},
+    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals},
+    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals},
+    {L"isequal", L"==", create<isEqual, comparable>, two},
+    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two},
+    {L"issmaller", L"<", create<isSmaller, ordered>, two},
+    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two},
+    {L"isbigger", L">", create<isBigger, ordered>, two},
+    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two},
+    {L"minus", nullptr, createMinus, one},
+    {L"-", nullptr, createMinusSign, L"<type>(first, [second])"},
+    {L"abs", nullptr, create<magnitude, signedNumbers>, one},
+    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)"},
+    {L"and", L"&&", createAnd, many},
+    {L"or", L"||", createOr, many},
+};
+
+constexpr std::size_t rowCount()
+{
+    std::size_t count = 0;
+    for (const operatorRow& row : operators)
+        count += row.symbol ? 2u : 1u;
+    return count;
+}
+
+// A row for each keyword and for each symbol.
+constexpr std::array<builtin, rowCount()> allRows()
+{
+    std::array<builtin, rowCount()> rows{};
+    std::size_t at = 0;
+    for (const operatorRow& row : operators) {
+        rows[at++] = {row.keyword, row.create, row.parameters};
+        if (row.symbol)
+            rows[at++] = {row.symbol, row.create, row.parameters};
+    }
+    return rows;
+}
+
+constexpr std::array<builtin, rowCount()> rows = allRows();
+
+} // namespace
+
+constinit const builtinModule operatorModule{L"operator", rows};
 
 } // namespace qx::script

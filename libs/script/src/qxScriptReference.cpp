@@ -2,6 +2,9 @@
 #include "qxScriptReference.h"
 
 #include "qxHolder.h"
+#include "qxReference.h"
+
+#include <array>
 
 #define QX_DEFINE_INTERFACE_POINTER(T)                                                                       \
     template class qx::intrface::const_interfaceptr<qx::intrface::T>;                                        \
@@ -28,16 +31,34 @@ bool referenceToBool(void* destination, const void* source, int, char*)
     return true;
 }
 
-// Known to the conversion manager while the library is loaded.
-struct referenceConverter
+// Known to the conversion manager while the library is loaded: the truth value of a reference, and the way
+// through a reference to a variable.
+struct referenceConverters
 {
-    referenceConverter() { typeconvert::typeConversionManager::instance().add(&converter); }
-    ~referenceConverter() { typeconvert::typeConversionManager::instance().remove(&converter); }
+    referenceConverters()
+    {
+        for (typeconvert::typeConverterBase* converter : all())
+            typeconvert::typeConversionManager::instance().add(converter);
+    }
+    ~referenceConverters()
+    {
+        for (typeconvert::typeConverterBase* converter : all())
+            typeconvert::typeConversionManager::instance().remove(converter);
+    }
+    referenceConverters(const referenceConverters&) = delete;
+    referenceConverters& operator=(const referenceConverters&) = delete;
 
-    typeconvert::typeConverter<reference, bool> converter{referenceToBool};
+private:
+    using variable = sharedPtr<genericValue>;
+
+    std::array<typeconvert::typeConverterBase*, 3> all() { return {&mTruth, &mReading, &mWriting}; }
+
+    typeconvert::typeConverter<reference, bool> mTruth{referenceToBool};
+    typeconvert::typeConverter<variable, reference> mReading{typeconvert::readReference<reference>};
+    typeconvert::typeConverter<reference, variable> mWriting{typeconvert::writeReference<reference>};
 };
 
-const referenceConverter loaded;
+referenceConverters loaded;
 
 } // namespace
 

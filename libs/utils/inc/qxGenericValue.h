@@ -151,9 +151,28 @@ public:
     void swapHolder(sharedPtr<holderbase>& other) noexcept;
 
 private:
+    // For constructors: takes over the first holder without a lock, as nobody else can see this value yet.
+    void adopt(sharedPtr<holderbase> first) noexcept;
+
     std::uintptr_t mWord = 0; // opaque: only the library knows what it means
 };
 
 using valueArray = std::vector<genericValue>;
+
+// The counter stands in front of the holder, in the same block.
+template <>
+struct QXUTILS_API counterPlace<genericValue::holderbase>
+{
+    static ulong32* obtain(genericValue::holderbase* holder) noexcept;
+    static void giveBack(ulong32*) noexcept {}
+};
+
+// Ends a holder that nobody shares any more. Deeply nested values end through a work list and do not
+// use up the stack.
+template <>
+struct QXUTILS_API deleteObj<genericValue::holderbase>
+{
+    static void destroy(genericValue::holderbase* holder) noexcept;
+};
 
 } // namespace qx

@@ -49,33 +49,19 @@ protected:
     holderbase& operator=(const holderbase&) = delete;
 };
 
-// The counter stands in front of the holder, in the same block.
-template <>
-struct QXUTILS_API counterPlace<genericValue::holderbase>
-{
-    static ulong32* obtain(genericValue::holderbase* holder) noexcept;
-    static void giveBack(ulong32*) noexcept {}
-};
-
-// Ends a holder that nobody shares any more. Deeply nested values end through a work list and do not
-// use up the stack.
-template <>
-struct QXUTILS_API deleteObj<genericValue::holderbase>
-{
-    static void destroy(genericValue::holderbase* holder) noexcept;
-};
-
 template <class T>
 class QX_SHARED genericValue::holder : public genericValue::holderbase
 {
 public:
     bool copyTo(holderbase& destination) const override;
     bool copyFrom(const holderbase& source) override;
-    const std::type_info& heldType() const override { return typeid(T); }
+    const std::type_info& heldType() const override;
 
     virtual T& value() = 0;
     virtual const T& constValue() const = 0;
     virtual void assign(const T& source) = 0;
+    // The same with a source that may be emptied.
+    virtual void take(T&& source) { assign(source); }
 
 protected:
     // A copy of the value, made under the lock.
@@ -125,10 +111,13 @@ public:
         } else {
             // The copy may fail half way, and the end of the previous value may run foreign code: neither
             // under the lock.
-            T copy(source);
-            const genericValueHolderLocker guard(this->mLocker);
-            std::swap(mValue, copy);
+            take(T(source));
         }
+    }
+    void take(T&& source) override
+    {
+        const genericValueHolderLocker guard(this->mLocker);
+        std::swap(mValue, source);
     }
 
 private:
@@ -154,6 +143,12 @@ public:
         const genericValueHolderLocker guard(this->mLocker);
         if (mTarget)
             *mTarget = source;
+    }
+    void take(T&& source) override
+    {
+        const genericValueHolderLocker guard(this->mLocker);
+        if (mTarget)
+            *mTarget = std::move(source);
     }
 
 private:
@@ -182,11 +177,19 @@ private:
     const T* mTarget;
 };
 
+// Not inline: MinGW exports only such members of an instantiated class, and the holders that a host makes
+// need it.
+template <class T>
+const std::type_info& genericValue::holder<T>::heldType() const
+{
+    return typeid(T);
+}
+
 template <class T>
 bool genericValue::holder<T>::copyTo(holderbase& destination) const
 {
     if (auto* same = dynamic_cast<holder<T>*>(&destination)) {
-        same->assign(read());
+        same->take(read());
         return true;
     }
     const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
@@ -207,7 +210,7 @@ template <class T>
 bool genericValue::holder<T>::copyFrom(const holderbase& source)
 {
     if (const auto* same = dynamic_cast<const holder<T>*>(&source)) {
-        assign(same->read());
+        take(same->read());
         return true;
     }
     const typeconvert::typeConversionManager& conversions = typeconvert::typeConversionManager::instance();
@@ -220,15 +223,14 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
         return false;
     // What was written through a reference is the variable; the reference itself stays as it is.
     if constexpr (!std::is_same_v<T, sharedPtr<genericValue>>)
-        assign(converted);
+        take(std::move(converted));
     return true;
 }
 
 template <holdable T>
 genericValue::genericValue(const T& value)
 {
-    sharedPtr<holderbase> made(valueholder<T>::make(value));
-    swapHolder(made);
+    adopt(sharedPtr<holderbase>(valueholder<T>::make(value)));
 }
 
 template <readable T>

@@ -67,10 +67,10 @@ private:
 class QXUTILS_API logManager
 {
 public:
-    // A logger of this name.
+    // A logger of this name, which may not be null.
     static qx::refPtr<logger> getLogger(const wchar_t* name);
 
-    // True when a line of this level would reach a sink: one relaxed read.
+    // True when a line of this level would reach a sink: relaxed reads, no lock.
     static bool listens(level severity) noexcept;
 
     // Lines up to `most` are written. `off` by default.

@@ -1,8 +1,8 @@
 // Values and the life of their holders.
 //
 // The word of a value is the address of its holder, 0 for null. It is read and exchanged under a lock striped
-// by the value's address; nothing else is done under that lock. A holder's block begins with a header that
-// carries the use counter.
+// by the value's address, except to see whether it is 0; nothing else is done under that lock. A holder's
+// block begins with a header that carries the use counter.
 #include "qxHolder.h"
 
 #include "qxFreeLists.h"
@@ -129,10 +129,8 @@ void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* hold
 
 genericValue::genericValue(const genericValue& other)
 {
-    if (const sharedPtr<holderbase> shared = other.holderCopy()) {
-        sharedPtr<holderbase> copy(shared->clone());
-        swapHolder(copy);
-    }
+    if (const sharedPtr<holderbase> shared = other.holderCopy())
+        adopt(sharedPtr<holderbase>(shared->clone()));
 }
 
 genericValue& genericValue::operator=(const genericValue& other)
@@ -163,8 +161,7 @@ genericValue::~genericValue()
 
 bool genericValue::isNull() const noexcept
 {
-    const wordLock guard(this);
-    return mWord == 0;
+    return __atomic_load_n(&mWord, __ATOMIC_RELAXED) == 0;
 }
 
 void genericValue::clear() noexcept
@@ -175,11 +172,18 @@ void genericValue::clear() noexcept
 
 sharedPtr<genericValue::holderbase> genericValue::holderCopy() const noexcept
 {
+    if (isNull())
+        return {};
     const wordLock guard(this);
     if (mWord == 0)
         return {};
     interlockedIncrement(&headerOf(holderIn(mWord))->counter);
     return attached(mWord);
+}
+
+void genericValue::adopt(sharedPtr<holderbase> first) noexcept
+{
+    mWord = reinterpret_cast<std::uintptr_t>(first.detach());
 }
 
 void genericValue::swapHolder(sharedPtr<holderbase>& other) noexcept
@@ -188,7 +192,8 @@ void genericValue::swapHolder(sharedPtr<holderbase>& other) noexcept
     std::uintptr_t previous = 0;
     {
         const wordLock guard(this);
-        previous = std::exchange(mWord, replacement);
+        previous = mWord;
+        __atomic_store_n(&mWord, replacement, __ATOMIC_RELAXED); // isNull reads without the lock
     }
     other = attached(previous);
 }

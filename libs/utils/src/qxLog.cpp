@@ -47,7 +47,8 @@ qx::refPtr<logger> logManager::getLogger(const wchar_t* name)
 
 bool logManager::listens(level severity) noexcept
 {
-    return static_cast<int>(severity) <= mostWritten.load(std::memory_order_relaxed);
+    return static_cast<int>(severity) <= mostWritten.load(std::memory_order_relaxed) &&
+           target.load(std::memory_order_relaxed) != nullptr;
 }
 
 void logManager::setLevel(level most) noexcept

@@ -1,4 +1,4 @@
-#include "valueText.h"
+#include "outputText.h"
 
 #include <qxHeldTypes.h>
 #include <qxScript>
@@ -225,7 +225,7 @@ private:
 
 } // namespace
 
-bool valueText(const genericValue& value, string& text)
+bool outputText(const genericValue& value, string& text)
 {
     reference target; // keeps the variable
     const genericValue* current = &value;

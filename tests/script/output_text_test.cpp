@@ -1,5 +1,5 @@
 // How the command line shows values.
-#include "../../tools/qxscript/valueText.h"
+#include "../../tools/qxscript/outputText.h"
 
 #include <qxHeldTypes.h>
 #include <qxScript>
@@ -30,13 +30,14 @@ valueArray& elementsOf(const genericValue& array)
 class someObject final : public qx::intrface::unknown
 {
 public:
+    virtual ~someObject() = default;
     qx::uint addRef() override { return 1; }
     qx::uint release() override { return 1; }
     bool queryInterface(const wchar_t*, const void**) const override { return false; }
     bool queryInterface(const wchar_t*, void**) override { return false; }
 };
 
-TEST(valueText, showsEveryKindOfValue)
+TEST(outputText, showsEveryKindOfValue)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     someObject object;
@@ -76,39 +77,39 @@ TEST(valueText, showsEveryKindOfValue)
     for (const auto& row : cases) {
         SCOPED_TRACE(row.inArray);
         string shown = L"unchanged";
-        EXPECT_EQ(valueText(row.value, shown), row.alone != nullptr);
+        EXPECT_EQ(outputText(row.value, shown), row.alone != nullptr);
         EXPECT_EQ(shown, row.alone ? row.alone : L"unchanged");
-        EXPECT_TRUE(valueText(genericValue(valueArray{row.value}), shown));
+        EXPECT_TRUE(outputText(genericValue(valueArray{row.value}), shown));
         EXPECT_EQ(shown, row.inArray);
     }
     string shown;
-    EXPECT_TRUE(valueText(genericValue(valueArray{genericValue(1), null, text(L"x")}), shown));
+    EXPECT_TRUE(outputText(genericValue(valueArray{genericValue(1), null, text(L"x")}), shown));
     EXPECT_EQ(shown, L"[1,null,\"x\"]");
 }
 
-TEST(valueText, endsAtReferencesThatLeadBack)
+TEST(outputText, endsAtReferencesThatLeadBack)
 {
     const reference array(new genericValue(valueArray{genericValue(1)}));
     elementsOf(*array).push_back(genericValue(array));
     elementsOf(*array).push_back(genericValue(2));
     string shown;
-    EXPECT_TRUE(valueText(genericValue(array), shown));
+    EXPECT_TRUE(outputText(genericValue(array), shown));
     EXPECT_EQ(shown, L"[1,\"<reference>\",2]");
-    EXPECT_TRUE(valueText(*array, shown));
+    EXPECT_TRUE(outputText(*array, shown));
     EXPECT_EQ(shown, L"[1,[1,\"<reference>\",2],2]");
     // The same variable twice is no circle.
     const reference seven(new genericValue(7));
-    EXPECT_TRUE(valueText(genericValue(valueArray{genericValue(seven), genericValue(seven)}), shown));
+    EXPECT_TRUE(outputText(genericValue(valueArray{genericValue(seven), genericValue(seven)}), shown));
     EXPECT_EQ(shown, L"[7,7]");
     const reference itself(new genericValue);
     *itself = genericValue(itself);
-    EXPECT_TRUE(valueText(genericValue(itself), shown));
+    EXPECT_TRUE(outputText(genericValue(itself), shown));
     EXPECT_EQ(shown, L"<reference>");
     elementsOf(*array).clear();
     itself->clear();
 }
 
-TEST(valueText, bearsAnyDepth)
+TEST(outputText, bearsAnyDepth)
 {
     constexpr std::size_t depth = 100000;
     const genericValue outermost{valueArray()};
@@ -119,7 +120,7 @@ TEST(valueText, bearsAnyDepth)
         innermost = &elements.front();
     }
     string shown;
-    EXPECT_TRUE(valueText(outermost, shown));
+    EXPECT_TRUE(outputText(outermost, shown));
     EXPECT_EQ(shown, string(depth, L'[') + string(depth, L']'));
 }
 

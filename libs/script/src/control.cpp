@@ -1,0 +1,330 @@
+// Branches and loops, the signals that leave them, and the null reference. The table of the control module
+// stands here; calls and messages have sources of their own.
+#include "controlStatements.h"
+#include "qxScriptBase.h"
+#include "qxScriptInterfaces.h"
+#include "qxScriptModules.h"
+#include "qxScriptReference.h"
+#include "qxScriptSignals.h"
+
+#include "qxHeldTypes.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+using intrface::forwardIterator;
+using intrface::unknown;
+using objectRef = intrface::interfaceptr<unknown>;
+using sharedStatement = sharedPtr<statement>;
+
+ownedProvider providerFrom(const textSlice& text, int flags, const wchar_t* failure)
+{
+    ownedProvider provider(valueProvider::createFrom(text, flags));
+    if (!provider)
+        refuse(failure, text.view());
+    return provider;
+}
+
+// The statement of a text; null where the text holds none.
+sharedStatement statementFrom(const textSlice& text, int flags)
+{
+    return sharedStatement(statementParser::instance()->createStatementFrom(text, flags));
+}
+
+// The body of a loop, which may be left and cut short. Null for an empty one.
+sharedStatement bodyFrom(const callText& call, std::size_t place)
+{
+    return statementFrom(call.params[place], call.flags | continueAllowed | breakAllowed);
+}
+
+// --- Branches ---
+
+class _if final : public scriptbasestatement
+{
+public:
+    _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
+        : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
+    {}
+
+    statement* clone() const override { return new _if(*this); }
+    // What the branch gives is dropped. A signal raised in it is for whoever encloses this statement.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        genericValue condition;
+        if (!mpCondition.evaluate(context, condition))
+            execError(this, L"error retrieving condition-result");
+        const sharedStatement& branch = holds(condition) ? mThen : mElse;
+        if (!branch)
+            return;
+        codecontext block(&context);
+        branch->exec(block);
+    }
+
+    static statement* create(const callText& call);
+
+private:
+    bool holds(const genericValue& condition) const
+    {
+        if (condition.isNull())
+            return false;
+        bool isTrue = false;
+        if (condition.getValue(isTrue))
+            return isTrue;
+        string shown;
+        if (condition.getValue(shown))
+            execError(this, L"error converting \"%s\" to bool", shown);
+        execError(this, L"error converting variable to bool");
+    }
+
+    ownedProvider mpCondition;
+    sharedStatement mThen; // null: nothing to do
+    sharedStatement mElse; // null: nothing to do
+};
+
+constexpr const wchar_t* ifFailure = L"_if::createFrom: error parsing \"%s\"";
+
+// The branch at `place`; null where it is missing or empty.
+sharedStatement branchFrom(const callText& call, std::size_t place)
+{
+    if (place >= call.params.size() || call.params[place].empty())
+        return sharedStatement();
+    const textSlice& text = call.params[place];
+    const sharedStatement branch = statementFrom(text, call.flags);
+    if (!branch && text.view() != L"{}")
+        refuse(ifFailure, text.view());
+    return branch;
+}
+
+statement* _if::create(const callText& call)
+{
+    if (call.params.size() < 2)
+        refuse(L"_if::createFrom: number of parameters < 2");
+    ownedProvider condition = providerFrom(call.params[0], call.flags, ifFailure);
+    const sharedStatement thenDo = branchFrom(call, 1);
+    return new _if(std::move(condition), thenDo, branchFrom(call, 2));
+}
+
+// --- Loops ---
+
+// Looks at what a run of the body has raised, ends the signals that are this loop's, and tells whether the
+// loop goes on. A returned value becomes the loop's.
+bool goesOn(codecontext& context, genericValue& result)
+{
+    raised signal = raisedIn(context);
+    if (signal == raised::continued) {
+        context.clearScriptSignal(continueSignal());
+        signal = raisedIn(context); // the end of all loops may be raised besides
+    }
+    switch (signal) {
+    case raised::returned:
+        copyReturned(context, result);
+        return false;
+    case raised::broken:
+        context.clearScriptSignal(breakSignal());
+        return false;
+    case raised::brokenAll: // stays raised for the loops around this one
+        return false;
+    default:
+        return true;
+    }
+}
+
+// Runs the body of `loop` once, in a block of its own that `prepare` may fill. True when the loop goes on.
+template <class Prepare>
+bool iterate(const statement* loop, const sharedStatement& body, codecontext& context, genericValue& result,
+             const Prepare& prepare)
+{
+    try {
+        codecontext block(&context);
+        prepare(block);
+        if (body)
+            body->exec(block);
+        return goesOn(context, result);
+    } catch (const exception& caught) {
+        statement::execError(loop, &caught, nullptr);
+    } catch (...) {
+        statement::execError(loop, nullptr);
+    }
+}
+
+class _while final : public scriptbasestatement
+{
+public:
+    _while(ownedProvider condition, const sharedStatement& body)
+        : mpCondition(std::move(condition)), mBody(body)
+    {}
+
+    statement* clone() const override { return new _while(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        while (holds(context) && iterate(this, mBody, context, result, [](codecontext&) {})) {
+        }
+    }
+
+    static statement* create(const callText& call)
+    {
+        if (call.params.size() < 2)
+            refuse(L"_while::createFrom: number of parameters < 2");
+        ownedProvider condition =
+            providerFrom(call.params[0], call.flags, L"_while::createFrom: error parsing \"%s\"");
+        return new _while(std::move(condition), bodyFrom(call, 1));
+    }
+
+private:
+    // REQUIRED: a null value is a failure here, and only false in `if`.
+    bool holds(codecontext& context) const
+    {
+        bool isTrue = false;
+        if (!mpCondition.read(context, isTrue))
+            execError(this, L"error retrieving condition-result");
+        return isTrue;
+    }
+
+    ownedProvider mpCondition;
+    sharedStatement mBody; // null: empty
+};
+
+class for_each final : public scriptbasestatement
+{
+public:
+    for_each(const scString& name, ownedProvider collection, const sharedStatement& body)
+        : mName(name), mpCollection(std::move(collection)), mBody(body)
+    {}
+
+    statement* clone() const override { return new for_each(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        genericValue collection;
+        if (!mpCollection.evaluate(context, collection))
+            execError(this, L"error retrieving condition-result");
+        objectRef object;
+        valueArray elements;
+        if (collection.getValue(object))
+            walk(object, context, result);
+        else if (collection.getValue(elements))
+            visit(elements, context, result);
+        else
+            refuseCollection(collection);
+    }
+
+    static statement* create(const callText& call);
+
+private:
+    using step = void (forwardIterator::*)(unknown** out);
+
+    [[noreturn]] void refuseCollection(const genericValue& collection) const
+    {
+        string shown;
+        if (collection.getValue(shown))
+            execError(this, L"error converting \"%s\" to an iterator - object", shown);
+        execError(this, L"error converting variable to an iterator - object");
+    }
+
+    // The elements are a copy: what the body does to the array changes nothing of what is visited.
+    void visit(const valueArray& elements, codecontext& context, genericValue& result) const
+    {
+        if (!mBody)
+            return;
+        for (const genericValue& element : elements) {
+            if (!runWith(element, context, result))
+                return;
+        }
+    }
+
+    // An object that is no iterator has no elements.
+    void walk(objectRef& object, codecontext& context, genericValue& result) const
+    {
+        intrface::interfaceptr<forwardIterator> iterator(object);
+        if (!iterator.isValid())
+            return;
+        for (step move = &forwardIterator::first;; move = &forwardIterator::next) {
+            unknown* handedOut = nullptr;
+            (iterator.get()->*move)(&handedOut);
+            const objectRef element = objectRef::adopt(handedOut);
+            if (iterator->isEnd() || !runWith(genericValue(element), context, result))
+                return;
+        }
+    }
+
+    // A name that is visible already keeps its value, and the body sees that one.
+    bool runWith(const genericValue& element, codecontext& context, genericValue& result) const
+    {
+        return iterate(this, mBody, context, result,
+                       [&](codecontext& block) { block.createVariable(mName, element); });
+    }
+
+    scString mName;
+    ownedProvider mpCollection;
+    sharedStatement mBody; // null: empty
+};
+
+statement* for_each::create(const callText& call)
+{
+    constexpr const wchar_t* failure = L"for_each::createFrom: error parsing \"%s\"";
+    if (call.params.size() < 3)
+        refuse(L"for_each::createFrom: number of parameters < 3");
+    // REQUIRED: the name keeps its case and its blanks, unlike those of all other variables.
+    const scString name = scString::createFrom(call.params[0].text());
+    if (name.string().empty())
+        refuse(failure, call.params[0].view());
+    ownedProvider collection = providerFrom(call.params[1], call.flags, failure);
+    return new for_each(name, std::move(collection), bodyFrom(call, 2));
+}
+
+// --- Signals ---
+
+// Raises a signal: the blocks around it stop, and the innermost loop or `treatasfunction` ends it. Outside a
+// loop the parser is told that there is no such statement.
+template <statementFlags Allowed, const scString& (*Signal)()>
+class raising final : public scriptbasestatement
+{
+public:
+    statement* clone() const override { return new raising(*this); }
+    void execute(codecontext& context, genericValue&) const override
+    {
+        if (!context.setScriptSignal(Signal(), genericValue()))
+            execError(this, nullptr);
+    }
+
+    static statement* create(const callText& call) { return call.flags & Allowed ? new raising : nullptr; }
+};
+
+using _continue = raising<continueAllowed, continueSignal>;
+using _break = raising<breakAllowed, breakSignal>;
+
+// --- The null reference ---
+
+class nullRef final : public scriptbasestatement
+{
+public:
+    statement* clone() const override { return new nullRef(*this); }
+    void execute(codecontext&, genericValue& result) const override { replaceResult(result, objectRef()); }
+
+    static statement* create(const callText&) { return new nullRef; }
+};
+
+const builtin rows[] = {
+    {L"continue", _continue::create, L"()"},
+    {L"break", _break::create, L"()"},
+    {L"if", _if::create, L"(condition, then, [else])"},
+    {L"for_each", for_each::create, L"(name, collection, body)"},
+    {L"while", _while::create, L"(condition, body)"},
+    {L"nullref", nullRef::create, L"()"},
+    {L"callfunction", createCallfunction, L"(type$file$function, [argument], ...)"},
+    {L"treatasfunction", createTreatasfunction, L"(statement)"},
+    {L"return", createReturn, L"([value])"},
+    {L"throwerror", createThrowerror, L"(string)"},
+    {L"throwmessage", createThrowmessage, L"(string)"},
+    {L"assert", createAssert, L"(string)"},
+    {L"executablepath", createExecutablepath, L"()"},
+    {L"messagebox", createMessagebox, L"(string, [buttons], [icon], [title])"},
+};
+
+} // namespace
+
+constinit const builtinModule controlModule{L"control", rows};
+
+} // namespace qx::script
