@@ -234,6 +234,59 @@ TEST_F(commandLine, whatCannotBePrintedIsAFailure)
     EXPECT_EQ(result.output, "qxscript: standard output cannot be written\n");
 }
 
+TEST_F(commandLine, messageBoxesWithoutATerminal)
+{
+    const expectation cases[] = {
+        {"eval 'messagebox(\"Go on?\", \"YesNoCancel\", \"question\", \"Copy\")'", 0, "yes\n",
+         "Copy: Go on?\n"},
+        {"eval 'messagebox(\"Again?\", \"RetryCancel\")'", 0, "retry\n", "Orbelan: Again?\n"},
+    };
+    expectAll(cases);
+}
+
+TEST_F(commandLine, messageBoxesOnATerminal)
+{
+    if (std::system("script --version >/dev/null 2>&1") != 0) {
+        GTEST_SKIP() << "needs a pseudo-terminal";
+    }
+    const auto shown = [this](const std::string& typed) {
+        mDirectory.write("typed", typed);
+        std::string command =
+            "cd '" + mDirectory.path("").string() + "' && script -qec \"'" QX_SCRIPT_PROGRAM "' eval ";
+        command += "'messagebox(\\\"Go on?\\\", \\\"YesNoCancel\\\")'\" /dev/null <typed >shown";
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        return mDirectory.read("shown");
+    };
+    const std::string question = "Orbelan: Go on? (yes/no/cancel) ";
+    const std::string once = shown("N\n");
+    EXPECT_NE(once.find(question + "no\r\n"), std::string::npos) << once;
+    const std::string twice = shown("maybe\nyes\n");
+    EXPECT_NE(twice.find(question + question + "yes\r\n"), std::string::npos) << twice;
+    const std::string never = shown("");
+    EXPECT_NE(never.find(question + "\r\ncancel\r\n"), std::string::npos) << never;
+}
+
+TEST_F(commandLine, speaksTheLanguageOfTheEnvironment)
+{
+    // A program of its own, since language files are looked for beside it.
+    std::filesystem::copy_file(QX_SCRIPT_PROGRAM, mDirectory.path("program"));
+    std::filesystem::create_directory(mDirectory.path("lang"));
+    mDirectory.write("lang/messages.de.ini", "title=\xC3\x84rger\n");
+    const auto said = [this](const std::string& environment) {
+        const std::string command = "cd '" + mDirectory.path("").string() +
+                                    "' && env -u LC_ALL -u LC_MESSAGES -u LANG " + environment +
+                                    " ./program eval 'locstring_getstring(\"title\")' >said";
+        EXPECT_EQ(std::system(command.c_str()), 0);
+        return mDirectory.read("said");
+    };
+    EXPECT_EQ(said("LANG=de"), "\xC3\x84rger\n");
+    EXPECT_EQ(said("LANG=de_DE.UTF-8"), "\xC3\x84rger\n");
+    EXPECT_EQ(said("LC_MESSAGES=de@euro LANG=fr"), "\xC3\x84rger\n");
+    EXPECT_EQ(said("LC_ALL=C LC_MESSAGES=de"), "title\n");
+    EXPECT_EQ(said("LC_ALL= LANG=de"), "\xC3\x84rger\n");
+    EXPECT_EQ(said(""), "title\n");
+}
+
 TEST_F(commandLine, theTourShowsWhatItSays)
 {
     const std::filesystem::path tour =

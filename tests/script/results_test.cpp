@@ -91,7 +91,9 @@ TEST(results, of_clones_are_those_of_the_original)
         ownedStatement original = parsed(tried.text);
         const ownedStatement clone(original->clone());
         EXPECT_EQ(clone->text(), tried.text);
-        EXPECT_EQ(typeid(*clone), typeid(*original));
+        const statement& first = *original;
+        const statement& second = *clone;
+        EXPECT_EQ(typeid(second), typeid(first));
         original = ownedStatement(); // a clone needs nothing of it
         EXPECT_EQ(resultIn(genericValue(), *clone), tried.fresh);
         EXPECT_EQ(resultIn(textValue(L"old"), *clone), tried.inText);

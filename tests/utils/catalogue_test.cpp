@@ -1,0 +1,243 @@
+// Language files: where they are looked for, how they are read, and when they are read again.
+#include "fakeSystem.h"
+#include "scratchDirectory.h"
+
+#include <qxDirectory.h>
+#include <qxException.h>
+#include <qxLocString.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+using qx::locString;
+using qx::string;
+
+namespace
+{
+
+class catalogue : public testing::Test
+{
+protected:
+    ~catalogue() override
+    {
+        locString::setLanguageDirectories(qx::searchPath());
+        locString::setLanguage(L"");
+    }
+
+    static qx::searchPath pathOf(const scratchDirectory& directory)
+    {
+        qx::searchPath path;
+        path.add(directory.name());
+        return path;
+    }
+
+    // The text of an id whose default is `-`.
+    string textOf(const wchar_t* id, const wchar_t* language = L"de", const wchar_t* file = nullptr) const
+    {
+        return locString(id, L"-", file).string(language, pathOf(mDirectory));
+    }
+
+    // Makes the file as old as it would be had it been written `seconds` from now.
+    void setAge(const std::string& entry, int seconds) const
+    {
+        std::filesystem::last_write_time(mDirectory.path(entry),
+                                         std::filesystem::file_time_type::clock::now() +
+                                             std::chrono::seconds(seconds));
+    }
+
+    scratchDirectory mDirectory;
+};
+
+} // namespace
+
+TEST_F(catalogue, reads_lines_of_id_and_text)
+{
+    mDirectory.write("messages.de.ini", "\xEF\xBB\xBF"
+                                        "first=with mark\r\n"
+                                        "; comment=no\n"
+                                        "# other=no\n"
+                                        "[section=no]\n"
+                                        " padded \t=  blanks go \t\r\n"
+                                        "no text\n"
+                                        "=no id\n"
+                                        "twice=old\n"
+                                        "signs=a=b;c#d[e]\n"
+                                        "twice=new\n"
+                                        "empty=\n"
+                                        "wide=\xC3\xA4\xF0\x9D\x84\x9E\xFF\n"
+                                        "last=without end");
+    const struct
+    {
+        const wchar_t* id;
+        const wchar_t* text;
+    } rows[] = {
+        {L"first", L"with mark"},
+        {L"; comment", L"-"},
+        {L"# other", L"-"},
+        {L"[section", L"-"},
+        {L"padded", L"blanks go"},
+        {L"no text", L"-"},
+        {L"", L"-"},
+        {L"twice", L"new"},
+        {L"signs", L"a=b;c#d[e]"},
+        {L"empty", L""},
+        {L"wide", L"\u00E4\xD834\xDD1E\xDCFF"},
+        {L"last", L"without end"},
+        {L"Last", L"-"}, // ids compare exactly
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(textOf(row.id), row.text);
+        EXPECT_EQ(locString(row.id).stringIdExists(L"de", pathOf(mDirectory)), row.text != string(L"-"));
+    }
+}
+
+TEST_F(catalogue, language_and_file_name_the_language_file)
+{
+    mDirectory.write("messages.de.ini", "id=Deutsch\nplain=ohne Gebiet\n");
+    mDirectory.write("messages.de_CH.ini", "id=Schweiz\n");
+    mDirectory.write("tool.de.ini", "id=Werkzeug\n");
+    EXPECT_EQ(textOf(L"id"), L"Deutsch");
+    EXPECT_EQ(textOf(L"id", L"de_CH"), L"Schweiz");
+    EXPECT_EQ(textOf(L"plain", L"de_CH"), L"ohne Gebiet");
+    EXPECT_EQ(textOf(L"id", L"de-AT"), L"Deutsch");
+    EXPECT_EQ(textOf(L"id", L"de", L"tool"), L"Werkzeug");
+    EXPECT_EQ(textOf(L"plain", L"de", L"tool"), L"-"); // the common file does not stand in
+    for (const wchar_t* language : {L"fr", L"", L"_CH"})
+        EXPECT_EQ(textOf(L"id", language), L"-");
+    EXPECT_EQ(textOf(L"id", nullptr), L"-");
+    locString::setLanguage(L"de");
+    EXPECT_EQ(textOf(L"id", nullptr), L"Deutsch");
+    EXPECT_EQ(textOf(L"id", L"de_CH"), L"Schweiz");
+}
+
+TEST_F(catalogue, directories_are_asked_in_order)
+{
+    // The program's own directory is another scratch directory.
+    class movedProgram final : public fakeSystem
+    {
+    public:
+        explicit movedProgram(const string& directoryName) : mDirectory(directoryName) {}
+        bool modulePath(const string&, string& directoryName) override
+        {
+            directoryName = mDirectory;
+            return true;
+        }
+
+    private:
+        string mDirectory;
+    };
+    const scratchDirectory registered;
+    const scratchDirectory program;
+    const movedProgram system(program.name());
+    std::filesystem::create_directory(program.path("lang"));
+    program.write("lang/messages.de.ini", "a=program\nb=program\nc=program\n");
+    registered.write("messages.de.ini", "a=registered\nb=registered\n");
+    mDirectory.write("messages.de.ini", "a=path\n");
+    EXPECT_EQ(textOf(L"b"), L"program");
+    locString::setLanguageDirectories(pathOf(registered));
+    EXPECT_EQ(textOf(L"a"), L"path");
+    EXPECT_EQ(textOf(L"b"), L"registered");
+    EXPECT_EQ(textOf(L"c"), L"program");
+    // A language with its region comes before the one without, wherever they stand.
+    program.write("lang/messages.de_CH.ini", "a=region\n");
+    EXPECT_EQ(textOf(L"a", L"de_CH"), L"region");
+}
+
+TEST_F(catalogue, newer_files_are_read_again)
+{
+    class countingDisk final : public fakeSystem
+    {
+    public:
+        bool readFile(const string& name, qx::byteSink& sink) override
+        {
+            ++reads;
+            return fakeSystem::readFile(name, sink);
+        }
+        int reads = 0;
+    };
+    countingDisk disk;
+    mDirectory.write("messages.de.ini", "id=one\n");
+    setAge("messages.de.ini", -20);
+    EXPECT_EQ(textOf(L"id") + textOf(L"id"), L"oneone");
+    EXPECT_EQ(disk.reads, 1);
+    mDirectory.write("messages.de.ini", "id=two\n");
+    setAge("messages.de.ini", -10);
+    EXPECT_EQ(textOf(L"id") + textOf(L"id"), L"twotwo");
+    EXPECT_EQ(disk.reads, 2);
+    std::filesystem::remove(mDirectory.path("messages.de.ini"));
+    EXPECT_EQ(textOf(L"id"), L"-");
+    std::filesystem::create_directory(mDirectory.path("messages.de.ini"));
+    EXPECT_EQ(textOf(L"id"), L"-");
+}
+
+TEST_F(catalogue, file_that_cannot_be_read_has_no_text)
+{
+    mDirectory.write("messages.de.ini", "part=text\n");
+    {
+        const failingDisk disk;
+        EXPECT_EQ(textOf(L"part"), L"-");
+    }
+    EXPECT_EQ(textOf(L"part"), L"text");
+}
+
+TEST_F(catalogue, texts_are_filled_in_and_nested_ones_follow)
+{
+    mDirectory.write("messages.de.ini", "outer=Datei [Inner]: [N] [Unknown]\ninner=<[A]>\n");
+    mDirectory.write("messages.fr.ini", "inner={[A]}\n");
+    locString inner(L"inner", L"([A])");
+    inner.params().set(L"[N]", L"A");
+    locString outer(L"outer", L"File [Inner]");
+    outer.params().set(&inner, L"Inner");
+    outer.params().set(2.5, L"N");
+    const qx::searchPath path = pathOf(mDirectory);
+    EXPECT_EQ(outer.string(L"de", path), string(L"Datei <[N]>: 2.5 [Unknown]"));
+    EXPECT_EQ(outer.string(L"fr", path), string(L"File {[N]}"));
+    EXPECT_EQ(outer.string(L"en", path), string(L"File ([N])"));
+    EXPECT_EQ(locString(L"[N]").string(L"de", path), string(L"[N]"));
+}
+
+TEST_F(catalogue, messages_of_failures_are_localised_too)
+{
+    mDirectory.write("messages.de.ini", "Msg_EFileNotFound=[File] fehlt\n");
+    locString::setLanguageDirectories(pathOf(mDirectory));
+    const qx::file missing(mDirectory.name("x"));
+    const qx::fileNotFoundException failure(missing);
+    EXPECT_EQ(failure.message().id(), L"Msg_EFileNotFound");
+    locString::setLanguage(L"de");
+    EXPECT_EQ(string::fromUtf8(failure.what()), missing.fullName() + L" fehlt");
+}
+
+TEST_F(catalogue, messages_nested_beyond_the_stack_fail_and_end)
+{
+    locString message(nullptr, L"[M]");
+    for (int i = 0; i < 200000; ++i) {
+        locString around(nullptr, L"[M]");
+        around.params().set(&message, L"M");
+        message = around;
+    }
+    EXPECT_THROW(message.text(), qx::unexpectedErrorException);
+}
+
+TEST_F(catalogue, threads_may_resolve_and_change_the_language)
+{
+    mDirectory.write("messages.de.ini", "id=Deutsch\n");
+    mDirectory.write("messages.fr.ini", "id=Fran\xC3\xA7"
+                                        "ais\n");
+    locString::setLanguageDirectories(pathOf(mDirectory));
+    const locString message(L"id", L"-");
+    locString::setLanguage(L"de");
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([i, &message] {
+            for (int round = 0; round < 200; ++round) {
+                locString::setLanguage((i + round) % 2 ? L"de" : L"fr");
+                const string text = locString(message).text();
+                EXPECT_TRUE(text == L"Deutsch" || text == L"Fran\u00E7ais");
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
