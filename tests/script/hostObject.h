@@ -18,6 +18,7 @@ public:
     hostObject() = default;
     hostObject(const hostObject&) = delete;
     hostObject& operator=(const hostObject&) = delete;
+    virtual ~hostObject() = default;
 
     qx::uint addRef() override
     {

@@ -264,10 +264,11 @@ TEST(references, share_their_object_when_values_are_copied)
     {
         const genericValue value = object.value();
         EXPECT_EQ(object.references, 2u);
-        const genericValue copy(value);
+        genericValue copy;
+        copy = value;
         const genericValue array(qx::valueArray{copy, value});
-        const genericValue arrayCopy(array);
-        EXPECT_EQ(object.references, 7u);
+        const qx::valueArray arrays(2, array);
+        EXPECT_EQ(object.references, 1u + 2u + 3 * 2u);
 
         hostObject<unknown> other;
         objectRef target = other.share();
