@@ -7,6 +7,8 @@
 #include "utils/scratchDirectory.h"
 #include "valueText.h"
 
+#include "support/sanitizers.h"
+
 #include <gtest/gtest.h>
 
 using qx::string;
@@ -101,6 +103,7 @@ TEST(badInput, unbalanced_megabytes_fail_at_once)
 
 TEST(badInput, nesting_uses_up_the_stack_and_says_so)
 {
+    QX_SKIP_DEEP_STACK;
     const auto nested = [](const wchar_t* open, const wchar_t* close, std::size_t depth) {
         return repeated(open, depth) + L"isnull(a)" + repeated(close, depth);
     };
@@ -119,6 +122,7 @@ TEST(badInput, nesting_uses_up_the_stack_and_says_so)
 
 TEST(badInput, recursion_without_end_uses_up_the_stack_and_says_so)
 {
+    QX_SKIP_DEEP_STACK;
     const scratchDirectory scripts;
     scripts.write("again.qxscr", "scrdef again()\n{ isnull(\"x\"); callfunction(script$again$again); }");
     onBothStacks([&] {

@@ -5,6 +5,8 @@
 
 #include <qxHeldTypes.h>
 
+#include "support/sanitizers.h"
+
 #include <gtest/gtest.h>
 
 using qx::genericValue;
@@ -216,9 +218,7 @@ TEST(collections, failing_parameters_leave_the_container_alone)
 // Copying goes as deep as the stack; beyond it the statement fails and the containers stay as they are.
 TEST(collections, nested_a_hundred_thousand_deep)
 {
-#if defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "records the whole call stack with each allocation";
-#endif
+    QX_SKIP_DEEP_STACK;
     scriptcontext context;
     context.createVariable(nameOf(L"arr"), genericValue());
     context.variable(nameOf(L"arr")) = nested(100000);

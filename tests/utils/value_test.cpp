@@ -2,6 +2,8 @@
 #include "qxException.h"
 #include "qxHeldTypes.h"
 
+#include "support/sanitizers.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -172,9 +174,7 @@ TEST(genericValue, deepNestingEnds)
 
 TEST(genericValue, isCopiedAsDeepAsTheStackGoes)
 {
-#if defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "records the whole call stack with each allocation";
-#endif
+    QX_SKIP_DEEP_STACK;
     EXPECT_FALSE(genericValue(nested(100)).isNull());
     const genericValue deep = nested(500000);
     genericValue kept(5);
