@@ -35,7 +35,7 @@ protected:
 };
 
 // A typed pointer to a host object. An interface of the host's own takes part once interfaceName is
-// specialised for it.
+// specialised for it. Instantiated by whoever uses it, and visible everywhere, so that all agree on one type.
 template <class T>
 class QX_SHARED const_interfaceptr : public const_interfaceptrbase
 {
@@ -133,26 +133,6 @@ public:
     T* get() const noexcept { return this->mpInterface; }
     T* operator->() const noexcept { return this->mpInterface; }
 };
-
-// Calls USE(T) for each interface that the engine asks for. The pointers are instantiated once, in the
-// library.
-#define QX_ASKED_INTERFACE(USE)                                                                              \
-    USE(unknown)                                                                                             \
-    USE(fieldaccess)                                                                                         \
-    USE(arrayfieldaccess)                                                                                    \
-    USE(propertyaccess)                                                                                      \
-    USE(restrictionsaccess)                                                                                  \
-    USE(triggerEvents)                                                                                       \
-    USE(relationaccess)                                                                                      \
-    USE(transientdataaccess)                                                                                 \
-    USE(messagesaccess)                                                                                      \
-    USE(forwardIterator)
-
-#define QX_DECLARE_INTERFACE_POINTER(T)                                                                      \
-    extern template class QXSCRIPT_API const_interfaceptr<T>;                                                \
-    extern template class QXSCRIPT_API interfaceptr<T>;
-
-QX_ASKED_INTERFACE(QX_DECLARE_INTERFACE_POINTER)
 
 } // namespace qx::intrface
 

@@ -1,16 +1,10 @@
 // References to host objects as held values, and their truth value.
 #include "qxScriptReference.h"
 
-#include "qxHolder.h"
+#include "qxHeldValue.h"
 #include "qxReference.h"
 
 #include <array>
-
-#define QX_DEFINE_INTERFACE_POINTER(T)                                                                       \
-    template class qx::intrface::const_interfaceptr<qx::intrface::T>;                                        \
-    template class qx::intrface::interfaceptr<qx::intrface::T>;
-
-QX_ASKED_INTERFACE(QX_DEFINE_INTERFACE_POINTER)
 
 using reference = qx::intrface::interfaceptr<qx::intrface::unknown>;
 

@@ -61,7 +61,7 @@ public:
     virtual const T& constValue() const = 0;
     virtual void assign(const T& source) = 0;
     // The same with a source that may be emptied.
-    virtual void take(T&& source) { assign(source); }
+    virtual void take(T&& source);
 
 protected:
     // A copy of the value, made under the lock.
@@ -178,11 +178,17 @@ private:
 };
 
 // Not inline: MinGW exports only such members of an instantiated class, and the holders that a host makes
-// need it.
+// need these.
 template <class T>
 const std::type_info& genericValue::holder<T>::heldType() const
 {
     return typeid(T);
+}
+
+template <class T>
+void genericValue::holder<T>::take(T&& source)
+{
+    assign(source);
 }
 
 template <class T>
@@ -224,34 +230,6 @@ bool genericValue::holder<T>::copyFrom(const holderbase& source)
     // What was written through a reference is the variable; the reference itself stays as it is.
     if constexpr (!std::is_same_v<T, sharedPtr<genericValue>>)
         take(std::move(converted));
-    return true;
-}
-
-template <holdable T>
-genericValue::genericValue(const T& value)
-{
-    adopt(sharedPtr<holderbase>(valueholder<T>::make(value)));
-}
-
-template <readable T>
-bool genericValue::getValue(T& out) const
-{
-    const sharedPtr<holderbase> shared = holderCopy();
-    if (!shared)
-        return false;
-    ptrholder<T> target(&out);
-    return shared->copyTo(target);
-}
-
-template <writable T>
-bool genericValue::setValue(const T& value, bool replace)
-{
-    if (!replace) {
-        if (const sharedPtr<holderbase> shared = holderCopy())
-            return shared->copyFrom(constptrholder<T>(&value));
-    }
-    sharedPtr<holderbase> made(valueholder<T>::make(value));
-    swapHolder(made);
     return true;
 }
 

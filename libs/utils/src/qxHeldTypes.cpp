@@ -1,6 +1,8 @@
 // The one place where the holders of the library's types are instantiated.
 #include "qxHeldTypes.h"
 
+#include "qxHeldValue.h"
+
 namespace qx::conditions
 {
 
