@@ -67,5 +67,5 @@ say "Files can be checked without running anything."
 try check scripts/tour.qxscr scripts/lib/words.qxscr
 fail check scripts/broken.qxscr
 
-say "Each statement tells its parameters."
-try statements setvar
+say "Each statement tells what it does, and how it fails."
+try statements strsplit
