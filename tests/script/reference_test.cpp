@@ -31,9 +31,9 @@ std::set<std::string> documentedFailures()
 std::vector<std::string> wordsOf(const qx::string& list)
 {
     std::vector<qx::string> words;
-    if (!list.empty())
-        list.splitAt(L", ", words, false);
+    list.splitAt(L", ", words, false);
     std::vector<std::string> plain;
+    plain.reserve(words.size());
     for (const qx::string& word : words)
         plain.push_back(word.utf8());
     return plain;
