@@ -11,6 +11,12 @@ trap 'rm -rf "$work"' EXIT
 cp -r "$here" "$work/scripts"
 cd "$work"
 
+# Language files are looked for beside the program, so it comes along with them.
+cp "$qxscript" "$work/qxscript"
+cp -r "$here/lang" "$work/lang"
+qxscript=$work/qxscript
+language=C
+
 say() {
     printf '\n%s\n' "$*"
 }
@@ -23,7 +29,7 @@ try() {
         line+=" $word"
     done
     echo "$line"
-    "$qxscript" "$@" 2>&1
+    env LC_ALL="$language" "$qxscript" "$@" 2>&1
 }
 
 # The same for a command that fails on purpose.
@@ -63,9 +69,15 @@ try run scripts/tour secret
 say "A failure tells its whole way, outermost first."
 fail run scripts/tour stumble
 
+say "All together: an invoice, with loops, arrays, a map, texts and messages."
+try run scripts/invoice print "Ms Miller" "pen:3 paper book ink:2"
+
+say "The same for a reader of German, with LC_ALL=de."
+language=de try run scripts/invoice print "Frau Müller" "pen:3 paper book ink:2"
+
 say "Files can be checked without running anything."
 try check scripts/tour.qxscr scripts/lib/words.qxscr
 fail check scripts/broken.qxscr
 
-say "Each statement tells its parameters."
-try statements setvar
+say "Each statement tells what it does, and how it fails."
+try statements strsplit

@@ -166,7 +166,16 @@ TEST_F(commandLine, checksAndListsFiles)
          "echo(in<string> text, in<string> other = \"-\")\nother(in a, in b)\nquiet()\nfail()\nnear()\n", ""},
         {"functions bad.qxscr", 0, "good()\nkind(out<int> a)\nGOOD(in a)\n", outline},
         {"functions missing.qxscr", 1, "", "File %/missing.qxscr not found!\n"},
-        {"statements SetVar", 0, "setvar(name, [value])\nmodule: variable\n", ""},
+        {"statements IsOfType", 0,
+         "isoftype<type>(value)\n"
+         "Tells whether the value reads as this type, by itself or by conversion.\n"
+         "module: variable\n"
+         "types: bool, short, int, long, ushort, uint, ulong, float, double, date, time, timestamp, array\n"
+         "failures:\n"
+         "  isoftype::createFrom: number of parameters < 1\n"
+         "  isoftype: missing datatype for \"isoftype\"\n",
+         ""},
+        {"statements nullref", 0, "nullref()\nGives a reference to no object.\nmodule: control\n", ""},
         {"statements nosuch", 1, "", "qxscript: there is no statement \"nosuch\"\n"},
     };
     expectAll(cases);

@@ -8,15 +8,13 @@
 // A failure shows its whole chain of messages instead of a value, outermost first, each a step further in.
 // With QX_REWRITE_EXPECTATIONS set the files are written anew; the difference is read like code.
 #include "assertRecorder.h"
+#include "documents.h"
 #include "valueText.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace
 {
@@ -39,12 +37,6 @@ std::vector<std::string> filesWith(const char* extension)
     }
     std::sort(names.begin(), names.end());
     return names;
-}
-
-std::string contentOf(const fs::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
 qx::string wide(const std::string& text)

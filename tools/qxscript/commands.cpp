@@ -152,6 +152,22 @@ int checkFile(const string& name)
     return failures;
 }
 
+void describe(const script::statementInfo& statement)
+{
+    printLine(statement.name + statement.parameters);
+    printLine(statement.summary);
+    printLine(L"module: " + statement.module);
+    if (!statement.types.empty()) {
+        printLine(L"types: " + statement.types);
+    }
+    if (!statement.failures.empty()) {
+        printLine(L"failures:");
+    }
+    for (const string& text : statement.failures) {
+        printLine(L"  " + text);
+    }
+}
+
 } // namespace
 
 int runFunction(const scriptCall& wanted)
@@ -230,12 +246,11 @@ int showStatements(const string& name)
     const string wanted = name.lower();
     bool isFound = wanted.empty();
     for (const script::statementInfo& statement : script::listStatements()) {
-        if (wanted.empty() || statement.name == wanted) {
+        if (wanted.empty()) {
             printLine(statement.name + statement.parameters);
-        }
-        if (statement.name == wanted) {
+        } else if (statement.name == wanted) {
             isFound = true;
-            printLine(L"module: " + statement.module);
+            describe(statement);
         }
     }
     if (!isFound) {

@@ -68,6 +68,9 @@ struct statementInfo
     string name;
     string parameters; // a summary: `<type>(name, [value])`
     string module;
+    string types;                 // the data types that it takes: `short, int`; empty for none
+    string summary;               // a sentence: what it does, and its value
+    std::vector<string> failures; // the texts of its own failures; %s stands for what was found
 };
 
 // All built-in statements, module by module.

@@ -306,21 +306,97 @@ public:
     static statement* create(const callText&) { return new nullRef; }
 };
 
+// --- Table ---
+
 const builtin rows[] = {
-    {L"continue", _continue::create, L"()"},
-    {L"break", _break::create, L"()"},
-    {L"if", _if::create, L"(condition, then, [else])"},
-    {L"for_each", for_each::create, L"(name, collection, body)"},
-    {L"while", _while::create, L"(condition, body)"},
-    {L"nullref", nullRef::create, L"()"},
-    {L"callfunction", createCallfunction, L"(type$file$function, [argument], ...)"},
-    {L"treatasfunction", createTreatasfunction, L"(statement)"},
-    {L"return", createReturn, L"([value])"},
-    {L"throwerror", createThrowerror, L"(string)"},
-    {L"throwmessage", createThrowmessage, L"(string)"},
-    {L"assert", createAssert, L"(string)"},
-    {L"executablepath", createExecutablepath, L"()"},
-    {L"messagebox", createMessagebox, L"(string, [buttons], [icon], [title])"},
+    {.name = L"continue",
+     .create = _continue::create,
+     .parameters = L"()",
+     .summary = L"Ends this run of the body of the innermost loop. Exists only inside a loop; has no "
+                L"value."},
+    {.name = L"break",
+     .create = _break::create,
+     .parameters = L"()",
+     .summary = L"Ends the innermost loop. Exists only inside a loop; has no value."},
+    {.name = L"if",
+     .create = _if::create,
+     .parameters = L"(condition, then, [else])",
+     .summary = L"Runs `then` where the condition is true, and `else` where it is false or null; has "
+                L"no value.",
+     .failures = {L"_if::createFrom: number of parameters < 2\n"
+                  L"_if::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving condition-result\n"
+                  L"error converting \"%s\" to bool\n"
+                  L"error converting variable to bool"}},
+    {.name = L"for_each",
+     .create = for_each::create,
+     .parameters = L"(name, collection, body)",
+     .summary = L"Runs the body for each element of an array, or of an object that can be walked "
+                L"over, with the element as a variable; its value is what the body returns.",
+     .failures = {L"for_each::createFrom: number of parameters < 3\n"
+                  L"for_each::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving condition-result\n"
+                  L"error converting \"%s\" to an iterator - object\n"
+                  L"error converting variable to an iterator - object"}},
+    {.name = L"while",
+     .create = _while::create,
+     .parameters = L"(condition, body)",
+     .summary = L"Runs the body as long as the condition is true; its value is what the body "
+                L"returns.",
+     .failures = {L"_while::createFrom: number of parameters < 2\n"
+                  L"_while::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving condition-result"}},
+    {.name = L"nullref",
+     .create = nullRef::create,
+     .parameters = L"()",
+     .summary = L"Gives a reference to no object."},
+    {.name = L"callfunction",
+     .create = createCallfunction,
+     .parameters = L"(type$file$function, [argument], ...)",
+     .summary = L"Runs a function of a script file with these arguments; its value is what the "
+                L"function returns.",
+     .failures = {L"callFunction::createFrom: number of parameters < 1\n"
+                  L"callFunction::createFrom: error parsing \"%s\"\n"
+                  L"callFunction::createFrom: error setting codeId\n"
+                  L"Error retrieving script-parameter"}},
+    {.name = L"treatasfunction",
+     .create = createTreatasfunction,
+     .parameters = L"(statement)",
+     .summary = L"Runs a statement as if it were the body of a function: what it returns is the "
+                L"value, and its signals end here.",
+     .failures = {L"error retrieving returnvalue"}},
+    {.name = L"return",
+     .create = createReturn,
+     .parameters = L"([value])",
+     .summary = L"Ends the function, which gives the value or null.",
+     .failures = {L"error retrieving returnvalue\n"
+                  L"error setting returnvalue to context"}},
+    {.name = L"throwerror",
+     .create = createThrowerror,
+     .parameters = L"(string)",
+     .summary = L"Fails with this text.",
+     .failures = {L"Error retrieving throwerror-Message"}},
+    {.name = L"throwmessage",
+     .create = createThrowmessage,
+     .parameters = L"(string)",
+     .summary = L"Fails with this text alone: no statement on the way out adds its own, loops and "
+                L"treatasfunction excepted.",
+     .failures = {L"Error retrieving throwerror-Message"}},
+    {.name = L"assert",
+     .create = createAssert,
+     .parameters = L"(string)",
+     .summary = L"Reports a text to the host, and goes on; has no value.",
+     .failures = {L"Error retrieving assert-Message"}},
+    {.name = L"executablepath",
+     .create = createExecutablepath,
+     .parameters = L"()",
+     .summary = L"Gives the directory of the program."},
+    {.name = L"messagebox",
+     .create = createMessagebox,
+     .parameters = L"(string, [buttons], [icon], [title])",
+     .summary = L"Shows a text, or the message with this id, and waits; gives the button: `ok`, "
+                L"`cancel`, `retry`, `yes` or `no`.",
+     .failures = {L"Error retrieving messagebox-Message"}},
 };
 
 } // namespace

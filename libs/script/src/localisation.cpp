@@ -214,13 +214,52 @@ public:
     }
 };
 
+// --- Table ---
+
+constexpr const wchar_t* objectFailures = L"Given object does not provide a messages-interface";
+
 const builtin rows[] = {
-    {L"locstring", createNamed<locstring>, L"(id, default, [file], [p1id], [p1p], ... [p10id], [p10p])"},
-    {L"locstringfromid", createNamed<locstringfromid>, L"(id)"},
-    {L"locstring_insertparam", createNamed<locstring_insertparam>, L"(this, id, v)"},
-    {L"locstring_getstring", createNamed<locstring_getstring>, L"(this)"},
-    {L"objmsg_add", createNamed<objmsg_add>, L"(this, id, severity, msg)"},
-    {L"objmsg_remove", createNamed<objmsg_remove>, L"(this, id)"},
+    {.name = L"locstring",
+     .create = createNamed<locstring>,
+     .parameters = L"(id, default, [file], [p1id], [p1p], ... [p10id], [p10p])",
+     .summary = L"Gives a message: its id, the text for a language without one, the name of its "
+                L"file, and parameters by name and value.",
+     .failures = {L"Error retrieving message-id\n"
+                  L"Error retrieving message-default"}},
+    {.name = L"locstringfromid",
+     .create = createNamed<locstringfromid>,
+     .parameters = L"(id)",
+     .summary = L"Gives the message with this id.",
+     .failures = {L"Error retrieving message-id"}},
+    {.name = L"locstring_insertparam",
+     .create = createNamed<locstring_insertparam>,
+     .parameters = L"(this, id, v)",
+     .summary = L"Gives a copy of a message, or of the message with this id, with one more "
+                L"parameter.",
+     .failures = {L"Error retrieving string\n"
+                  L"Error retrieving parameter id\n"
+                  L"Error retrieving parameter value"}},
+    {.name = L"locstring_getstring",
+     .create = createNamed<locstring_getstring>,
+     .parameters = L"(this)",
+     .summary = L"Gives the text of a message, or of the message with this id, in the language of "
+                L"the program.",
+     .failures = {L"Error retrieving string"}},
+    {.name = L"objmsg_add",
+     .create = createNamed<objmsg_add>,
+     .parameters = L"(this, id, severity, msg)",
+     .summary = L"Hangs a message on an object: an `error`, a `warning` or an `information`; has no "
+                L"value.",
+     .failures = {objectFailures, L"Error retrieving object (1)\n"
+                                  L"Error retrieving message-id\n"
+                                  L"Error retrieving message-severity\n"
+                                  L"Error retrieving message-text"}},
+    {.name = L"objmsg_remove",
+     .create = createNamed<objmsg_remove>,
+     .parameters = L"(this, id)",
+     .summary = L"Takes the message with this id from an object; has no value.",
+     .failures = {objectFailures, L"Error retrieving object\n"
+                                  L"Error retrieving message-id"}},
 };
 
 } // namespace

@@ -17,12 +17,22 @@ struct callText
     int flags;
 };
 
-// One script name. `create` gives null where the module declines the call (its data type, say).
+// Texts with which a statement fails, or with which its text is refused: lists of one text a line, exactly as
+// in the code. A family of statements shares a list.
+struct failureLists
+{
+    const wchar_t* lists[3] = {};
+};
+
+// One script name: how its statement is made, and what help texts and the reference tell of it.
 struct builtin
 {
     const wchar_t* name;
-    statement* (*create)(const callText& call);
-    const wchar_t* parameters; // summary for people: `<type>(name, [value])`
+    statement* (*create)(const callText& call); // gives null where the module declines the call
+    const wchar_t* parameters;                  // summary for people: `<type>(name, [value])`
+    const wchar_t* types = nullptr;             // the data types that are taken: `short, int`; null for none
+    const wchar_t* summary = L"";               // a sentence: what it does, and its value
+    failureLists failures = {};
 };
 
 struct builtinModule

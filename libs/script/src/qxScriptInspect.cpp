@@ -24,6 +24,19 @@ string unusedNameBeside(const file& target)
     return candidate.fullName();
 }
 
+// The texts of all lists, one after the other.
+std::vector<string> linesOf(const failureLists& failures)
+{
+    std::vector<string> all;
+    for (const wchar_t* list : failures.lists) {
+        std::vector<string> lines;
+        if (list)
+            string(list).splitAt(L"\n", lines, false);
+        all.insert(all.end(), lines.begin(), lines.end());
+    }
+    return all;
+}
+
 } // namespace
 
 scriptFileInfo listFunctions(const file& scriptFile)
@@ -85,7 +98,8 @@ std::vector<statementInfo> listStatements()
     std::vector<statementInfo> all;
     for (const builtinModule* module : builtinModules())
         for (const builtin& row : module->rows)
-            all.push_back({row.name, row.parameters, module->name});
+            all.push_back({row.name, row.parameters, module->name, row.types ? row.types : L"", row.summary,
+                           linesOf(row.failures)});
     return all;
 }
 

@@ -209,6 +209,9 @@ struct operatorRow
     const wchar_t* symbol; // null for none
     statement* (*create)(const callText& call);
     const wchar_t* parameters;
+    const wchar_t* types;
+    failureLists failures;
+    const wchar_t* summary;
 };
 
 constexpr const wchar_t* two = L"<type>(first, second)";
@@ -216,30 +219,80 @@ constexpr const wchar_t* one = L"<type>(value)";
 constexpr const wchar_t* decimals = L"<type>(value, decimals)";
 constexpr const wchar_t* many = L"(first, second, ...)";
 
+constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong";
+constexpr const wchar_t* floatWords = L"float, double";
+constexpr const wchar_t* numberWords = L"short, int, long, ushort, uint, ulong, float, double";
+constexpr const wchar_t* signedWords = L"short, int, long, float, double";
+constexpr const wchar_t* summableWords = L"short, int, long, ushort, uint, ulong, float, double, string";
+constexpr const wchar_t* orderedWords =
+    L"short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp";
+constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
+                                           L"string, date, time, timestamp, unknownptr";
+
+constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
+constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
+constexpr const wchar_t* twoOperands = L"binaryoperation::createFrom: error parsing %s\n"
+                                       L"error retrieving first operand (1)\n"
+                                       L"error retrieving second operand (1)\n"
+                                       L"error retrieving first operand (2)\n"
+                                       L"error retrieving second operand (2)";
+constexpr const wchar_t* oneOperand = L"unaryoperation::createFrom: error parsing %s\n"
+                                      L"error retrieving operand (1)\n"
+                                      L"error retrieving operand (2)";
+constexpr const wchar_t* manyOperands = L"and::createFrom: error parsing %s\n"
+                                        L"and::createFrom: invalid number of parameters\n"
+                                        L"error retrieving operand (1)\n"
+                                        L"error retrieving operand (2)\n"
+                                        L"unable to convert condition to bool";
+
+constexpr failureLists typedTwo{noType, twoOperands};
+constexpr failureLists typedOne{noType, oneOperand};
+constexpr failureLists strictTwo{noType, wrongType, twoOperands};
+constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands};
+constexpr failureLists untypedOne{oneOperand};
+constexpr failureLists untypedMany{manyOperands};
+
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
-    {L"add", L"+", create<addition, summable>, two},
-    {L"subtract", nullptr, createSubtract, two},
-    {L"multiply", L"*", create<multiplication, numbers>, two},
-    {L"divide", L"/", create<division, numbers>, two},
-    {L"maxof", nullptr, create<greater, numbers>, two},
-    {L"minof", nullptr, create<smaller, numbers>, two},
-    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two},
-    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two},
-    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals},
-    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals},
-    {L"isequal", L"==", create<isEqual, comparable>, two},
-    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two},
-    {L"issmaller", L"<", create<isSmaller, ordered>, two},
-    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two},
-    {L"isbigger", L">", create<isBigger, ordered>, two},
-    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two},
-    {L"minus", nullptr, createMinus, one},
-    {L"-", nullptr, createMinusSign, L"<type>(first, [second])"},
-    {L"abs", nullptr, create<magnitude, signedNumbers>, one},
-    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)"},
-    {L"and", L"&&", createAnd, many},
-    {L"or", L"||", createOr, many},
+    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwo,
+     L"Gives the sum; texts are joined."},
+    {L"subtract", nullptr, createSubtract, two, numberWords, typedTwo, L"Gives the difference."},
+    {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
+    {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
+     L"Gives the quotient; one of integers is cut to an integer."},
+    {L"maxof", nullptr, create<greater, numbers>, two, numberWords, typedTwo, L"Gives the greater number."},
+    {L"minof", nullptr, create<smaller, numbers>, two, numberWords, typedTwo, L"Gives the smaller number."},
+    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two, integerWords, strictTwo,
+     L"Gives the bits that are set in both."},
+    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two, integerWords, strictTwo,
+     L"Gives the bits that are set in either."},
+    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals, floatWords, strictTwo,
+     L"Gives the number rounded to so many decimals."},
+    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals, floatWords, strictTwo,
+     L"Gives the number cut off behind so many decimals."},
+    {L"isequal", L"==", create<isEqual, comparable>, two, comparableWords, typedTwo,
+     L"Tells whether both are equal."},
+    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two, comparableWords, typedTwo,
+     L"Tells whether both differ."},
+    {L"issmaller", L"<", create<isSmaller, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is smaller."},
+    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is smaller or equal."},
+    {L"isbigger", L">", create<isBigger, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is greater."},
+    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is greater or equal."},
+    {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
+    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", numberWords, oneOrTwo,
+     L"Stands for subtract with two parameters, and for minus with one."},
+    {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
+     L"Gives the number without its sign."},
+    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, untypedOne,
+     L"Gives the opposite of a truth value."},
+    {L"and", L"&&", createAnd, many, nullptr, untypedMany,
+     L"Tells whether all are true; none is asked behind the first that is false."},
+    {L"or", L"||", createOr, many, nullptr, untypedMany,
+     L"Tells whether one is true; none is asked behind the first that is."},
 };
 
 constexpr std::size_t rowCount()
@@ -256,9 +309,9 @@ constexpr std::array<builtin, rowCount()> allRows()
     std::array<builtin, rowCount()> rows{};
     std::size_t at = 0;
     for (const operatorRow& row : operators) {
-        rows[at++] = {row.keyword, row.create, row.parameters};
-        if (row.symbol)
-            rows[at++] = {row.symbol, row.create, row.parameters};
+        for (const wchar_t* name : {row.keyword, row.symbol})
+            if (name)
+                rows[at++] = {name, row.create, row.parameters, row.types, row.summary, row.failures};
     }
     return rows;
 }

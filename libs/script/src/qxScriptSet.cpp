@@ -357,14 +357,75 @@ statement* createKeyed(const callText& call)
     refuse(L"mapstatement:::createFrom: invalid datatype %s", call.types[0]);
 }
 
+// --- Table ---
+
+constexpr const wchar_t* keyTypes = L"short, int, long, string";
+constexpr const wchar_t* keyTypeFailures = L"mapstatement:::createFrom: missing datatype\n"
+                                           L"mapstatement:::createFrom: invalid datatype %s";
+
 const builtin rows[] = {
-    {L"createarray", createArray::create, L"([source])"},
-    {L"sizeofarray", sizeOfArray::create, L"(name)"},
-    {L"addtoarray", addToArray::create, L"(name, value)"},
-    {L"arrayelement", arrayElement::create, L"(name, index)"},
-    {L"createmap", createKeyed<createMap>, L"<key type>()"},
-    {L"insertintomap", createKeyed<insertIntoMap>, L"<key type>(name, key, value)"},
-    {L"findinmap", createKeyed<findInMap>, L"<key type>(name, key)"},
+    {.name = L"createarray",
+     .create = createArray::create,
+     .parameters = L"([source])",
+     .summary = L"Gives a new array: empty, a copy of an array, or the objects that an object walks "
+                L"over.",
+     .failures = {L"createArray:::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving iterator\n"
+                  L"error converting \"%s\" to an iterator - object\n"
+                  L"error converting variable to an iterator - object"}},
+    {.name = L"sizeofarray",
+     .create = sizeOfArray::create,
+     .parameters = L"(name)",
+     .summary = L"Gives the number of elements of the array in this variable.",
+     .failures = {L"sizeOfArray::createFrom: number of parameters < 1\n"
+                  L"sizeOfSet::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array"}},
+    {.name = L"addtoarray",
+     .create = addToArray::create,
+     .parameters = L"(name, value)",
+     .summary = L"Appends a value to the array in this variable; has no value.",
+     .failures = {L"addToArray::createFrom: number of parameters < 2\n"
+                  L"addToArray::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array\n"
+                  L"Error retrieving value(1)\n"
+                  L"Error retrieving value(2)"}},
+    {.name = L"arrayelement",
+     .create = arrayElement::create,
+     .parameters = L"(name, index)",
+     .summary = L"Gives an element of the array in this variable; the first has the index 0.",
+     .failures = {L"arrayElement::createFrom: number of parameters < 2\n"
+                  L"arrayElement::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array\n"
+                  L"Error retrieving index (1)\n"
+                  L"Error retrieving index (2)\n"
+                  L"index bigger than array size"}},
+    {.name = L"createmap",
+     .create = createKeyed<createMap>,
+     .parameters = L"<key type>()",
+     .types = keyTypes,
+     .summary = L"Gives a new, empty map with keys of this type.",
+     .failures = {keyTypeFailures}},
+    {.name = L"insertintomap",
+     .create = createKeyed<insertIntoMap>,
+     .parameters = L"<key type>(name, key, value)",
+     .types = keyTypes,
+     .summary = L"Puts a value into the map in this variable, in place of one with the same key; has "
+                L"no value.",
+     .failures = {keyTypeFailures, L"insertIntoMap::createFrom: number of parameters < 3\n"
+                                   L"insertIntoMap::createFrom: error parsing \"%s\"\n"
+                                   L"Map not found\n"
+                                   L"Error retrieving key\n"
+                                   L"Error retrieving value"}},
+    {.name = L"findinmap",
+     .create = createKeyed<findInMap>,
+     .parameters = L"<key type>(name, key)",
+     .types = keyTypes,
+     .summary = L"Gives what the map in this variable holds for the key; has no value where it holds "
+                L"nothing.",
+     .failures = {keyTypeFailures, L"findInMap::createFrom: number of parameters < 2\n"
+                                   L"findInMap::createFrom: error parsing \"%s\"\n"
+                                   L"Map not found\n"
+                                   L"Error retrieving key"}},
 };
 
 } // namespace

@@ -212,16 +212,66 @@ private:
     std::vector<ownedProvider> mValues;
 };
 
+// --- Table ---
+
 const builtin rows[] = {
-    {L"strlen", scr_strlen::create, L"(text)"},
-    {L"strcat", scr_strcat::create, L"(text, text, ...)"},
-    {L"strlower", createNamed<scr_strlower>, L"(this)"},
-    {L"strupper", createNamed<scr_strupper>, L"(this)"},
-    {L"strreplace", createNamed<scr_strreplace>, L"(this, what, with)"},
-    {L"strdelspaces", createNamed<scr_strdelspaces>, L"(this, where)"},
-    {L"strsplit", createNamed<scr_strsplit>, L"(this, where)"},
-    {L"strfind", createNamed<scr_strfind>, L"(this, what)"},
-    {L"substr", createNamed<scr_substr>, L"(this, sidx, [len])"},
+    {.name = L"strlen",
+     .create = scr_strlen::create,
+     .parameters = L"(text)",
+     .summary = L"Gives the length of a text.",
+     .failures = {L"strlen::createFrom: number of parameters < 1\n"
+                  L"strlen::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving string (1)\n"
+                  L"error retrieving string (2)"}},
+    {.name = L"strcat",
+     .create = scr_strcat::create,
+     .parameters = L"(text, text, ...)",
+     .summary = L"Joins two or more texts.",
+     .failures = {L"strcat::createFrom: number of parameters < 2\n"
+                  L"strcat::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving string"}},
+    {.name = L"strlower",
+     .create = createNamed<scr_strlower>,
+     .parameters = L"(this)",
+     .summary = L"Gives the text in lower case.",
+     .failures = {L"error retrieving string"}},
+    {.name = L"strupper",
+     .create = createNamed<scr_strupper>,
+     .parameters = L"(this)",
+     .summary = L"Gives the text in upper case.",
+     .failures = {L"error retrieving string"}},
+    {.name = L"strreplace",
+     .create = createNamed<scr_strreplace>,
+     .parameters = L"(this, what, with)",
+     .summary = L"Gives the text with each `what` replaced by `with`.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving string to exchange\n"
+                  L"error retrieving exchange string"}},
+    {.name = L"strdelspaces",
+     .create = createNamed<scr_strdelspaces>,
+     .parameters = L"(this, where)",
+     .summary = L"Gives the text without its blanks and tabulators: `leading`, `trailing` or `all`.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving where-identification"}},
+    {.name = L"strsplit",
+     .create = createNamed<scr_strsplit>,
+     .parameters = L"(this, where)",
+     .summary = L"Gives an array of the pieces between the places where `where` occurs.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving where-identification"}},
+    {.name = L"strfind",
+     .create = createNamed<scr_strfind>,
+     .parameters = L"(this, what)",
+     .summary = L"Gives the position of the first `what`, from 0, or -1.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving what"}},
+    {.name = L"substr",
+     .create = createNamed<scr_substr>,
+     .parameters = L"(this, sidx, [len])",
+     .summary = L"Gives `len` characters from `sidx` on, or all that follow.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving start index\n"
+                  L"start index out of range"}},
 };
 
 } // namespace

@@ -282,24 +282,120 @@ statement* createIsoftype(const callText& call)
     return nullptr;
 }
 
+// --- Table ---
+
+constexpr const wchar_t* existsFailures = L"variableExists::createFrom: number of parameters < 1\n"
+                                          L"variableExists::createFrom: error setting variablename \"%s\"";
+constexpr const wchar_t* createFailures = L"createVariable::createFrom: number of parameters < 1\n"
+                                          L"createVariable::createFrom: error setting variablename \"%s\"\n"
+                                          L"error retrieving value";
+constexpr const wchar_t* setFailures = L"setVariable::createFrom: number of parameters < 1\n"
+                                       L"setVariable::createFrom: error setting variablename \"%s\"\n"
+                                       L"Error retrieving variable %s\n"
+                                       L"Error retrieving value for variable \"%s\"";
+constexpr const wchar_t* getFailures = L"getVariable::createFrom: number of parameters < 1\n"
+                                       L"getVariable::parse: error setting variablename %s";
+constexpr const wchar_t* addressFailures = L"getVariableAddress::createFrom: number of types != 1\n"
+                                           L"getVariableAddress::createFrom: number of parameters < 1\n"
+                                           L"getVariablePointer::parse: error setting variablename %s";
+constexpr const wchar_t* anyType = L"any";
+
 const builtin rows[] = {
-    {L"varexists", variableExists::create<scopeVariable>, L"(name)"},
-    {L"globalvarexists", variableExists::create<scopeGlobal>, L"(name)"},
-    {L"createvar", createVariable::create<scopeVariable>, L"(name, [value])"},
-    {L"isnull", isnull::create, L"(value)"},
-    {L"isoftype", createIsoftype, L"<type>(value)"},
-    {L"createglobalvar", createVariable::create<scopeGlobal>, L"(name, [value])"},
-    {L"setvar", setVariable::create<scopeVariable>, L"(name, [value])"},
-    {L"setparameter", setVariable::create<scopeParameter>, L"(name, [value])"},
-    {L"setglobalvar", setVariable::create<scopeGlobal>, L"(name, [value])"},
-    {L"getvar", getVariable::create<scopeVariable>, L"(name)"},
-    {L"getvarptr", getVariableAddress::create<scopeVariable>, L"<type>(name)"},
-    {L"&getvar", getVariableAddress::create<scopeVariable>, L"<type>(name)"},
-    {L"getparameter", getVariable::create<scopeParameter>, L"(name)"},
-    {L"getparameterptr", getVariableAddress::create<scopeParameter>, L"<type>(name)"},
-    {L"&getparameter", getVariableAddress::create<scopeParameter>, L"<type>(name)"},
-    {L"getglobalvar", getVariable::create<scopeGlobal>, L"(name)"},
-    {L"getglobalvarptr", getVariableAddress::create<scopeGlobal>, L"<type>(name)"},
+    {.name = L"varexists",
+     .create = variableExists::create<scopeVariable>,
+     .parameters = L"(name)",
+     .summary = L"Tells whether a variable or a parameter of this name is visible.",
+     .failures = {existsFailures}},
+    {.name = L"globalvarexists",
+     .create = variableExists::create<scopeGlobal>,
+     .parameters = L"(name)",
+     .summary = L"Tells whether there is a global variable of this name.",
+     .failures = {existsFailures}},
+    {.name = L"createvar",
+     .create = createVariable::create<scopeVariable>,
+     .parameters = L"(name, [value])",
+     .summary = L"Makes a variable of the block, with the value or null, unless one of this name is "
+                L"visible already; gives the value.",
+     .failures = {createFailures}},
+    {.name = L"isnull",
+     .create = isnull::create,
+     .parameters = L"(value)",
+     .summary = L"Tells whether the value is null.",
+     .failures = {L"isnull::createFrom: number of parameters < 1"}},
+    {.name = L"isoftype",
+     .create = createIsoftype,
+     .parameters = L"<type>(value)",
+     .types = L"bool, short, int, long, ushort, uint, ulong, float, double, date, time, timestamp, array",
+     .summary = L"Tells whether the value reads as this type, by itself or by conversion.",
+     .failures = {L"isoftype::createFrom: number of parameters < 1\n"
+                  L"isoftype: missing datatype for \"isoftype\""}},
+    {.name = L"createglobalvar",
+     .create = createVariable::create<scopeGlobal>,
+     .parameters = L"(name, [value])",
+     .summary = L"Makes or overwrites a global variable; gives the value.",
+     .failures = {createFailures}},
+    {.name = L"setvar",
+     .create = setVariable::create<scopeVariable>,
+     .parameters = L"(name, [value])",
+     .summary = L"Writes a visible variable or parameter; gives its value afterwards.",
+     .failures = {setFailures}},
+    {.name = L"setparameter",
+     .create = setVariable::create<scopeParameter>,
+     .parameters = L"(name, [value])",
+     .summary = L"Writes a parameter of the function; gives its value afterwards.",
+     .failures = {setFailures}},
+    {.name = L"setglobalvar",
+     .create = setVariable::create<scopeGlobal>,
+     .parameters = L"(name, [value])",
+     .summary = L"Writes a global variable; gives its value afterwards.",
+     .failures = {setFailures}},
+    {.name = L"getvar",
+     .create = getVariable::create<scopeVariable>,
+     .parameters = L"(name)",
+     .summary = L"Gives the value of the innermost visible variable or parameter of this name.",
+     .failures = {getFailures, L"Variable \"%s\" not found"}},
+    {.name = L"getvarptr",
+     .create = getVariableAddress::create<scopeVariable>,
+     .parameters = L"<type>(name)",
+     .types = anyType,
+     .summary = L"Gives a reference to a visible variable or parameter; the type is not looked at.",
+     .failures = {addressFailures}},
+    {.name = L"&getvar",
+     .create = getVariableAddress::create<scopeVariable>,
+     .parameters = L"<type>(name)",
+     .types = anyType,
+     .summary = L"Gives a reference to a visible variable or parameter; the type "
+                L"is not looked at.",
+     .failures = {addressFailures}},
+    {.name = L"getparameter",
+     .create = getVariable::create<scopeParameter>,
+     .parameters = L"(name)",
+     .summary = L"Gives the value of a parameter of the function.",
+     .failures = {getFailures, L"Parameter \"%s\" not found"}},
+    {.name = L"getparameterptr",
+     .create = getVariableAddress::create<scopeParameter>,
+     .parameters = L"<type>(name)",
+     .types = anyType,
+     .summary = L"Gives a reference to a parameter of the function; the type is not looked at.",
+     .failures = {addressFailures}},
+    {.name = L"&getparameter",
+     .create = getVariableAddress::create<scopeParameter>,
+     .parameters = L"<type>(name)",
+     .types = anyType,
+     .summary = L"Gives a reference to a parameter of the function; the "
+                L"type is not looked at.",
+     .failures = {addressFailures}},
+    {.name = L"getglobalvar",
+     .create = getVariable::create<scopeGlobal>,
+     .parameters = L"(name)",
+     .summary = L"Gives the value of a global variable.",
+     .failures = {getFailures, L"Global variable \"%s\" not found"}},
+    {.name = L"getglobalvarptr",
+     .create = getVariableAddress::create<scopeGlobal>,
+     .parameters = L"<type>(name)",
+     .types = anyType,
+     .summary = L"Gives a reference to a global variable; the type is not looked at.",
+     .failures = {addressFailures}},
 };
 
 } // namespace
