@@ -3,6 +3,8 @@
 
 #include <qxHeldTypes.h>
 
+#include <cmath>
+
 namespace
 {
 
@@ -12,7 +14,10 @@ using qx::string;
 template <class T>
 bool isSame(const T& a, const T& b)
 {
-    return a == b || (a != a && b != b); // not a number
+    if constexpr (std::is_floating_point_v<T>)
+        return a == b || (std::isnan(a) && std::isnan(b));
+    else
+        return a == b;
 }
 
 template <class T>

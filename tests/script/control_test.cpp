@@ -86,10 +86,10 @@ std::vector<qx::string> standing(scriptcontext& context)
     std::vector<qx::string> names;
     for (const wchar_t* name : signalNames) {
         if (context.scriptSignal(nameOf(name)))
-            names.push_back(name);
+            names.emplace_back(name);
     }
     if (context.hasParameter(scriptcontext::returnparam()))
-        names.push_back(L"return");
+        names.emplace_back(L"return");
     return names;
 }
 

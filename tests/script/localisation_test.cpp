@@ -12,6 +12,13 @@ namespace
 // Two language files, and the host's settings back at their start afterwards.
 class localisation : public testing::Test
 {
+public:
+    ~localisation() override
+    {
+        qx::locString::setLanguageDirectories(qx::searchPath());
+        qx::locString::setLanguage(L"");
+    }
+
 protected:
     localisation()
     {
@@ -22,11 +29,6 @@ protected:
         path.add(mDirectory.name());
         qx::locString::setLanguageDirectories(path);
         qx::locString::setLanguage(L"de");
-    }
-    ~localisation() override
-    {
-        qx::locString::setLanguageDirectories(qx::searchPath());
-        qx::locString::setLanguage(L"");
     }
 
     static qx::string resolved(const wchar_t* message)

@@ -108,9 +108,9 @@ TEST(running, children_of_a_block_share_its_scope_and_start_with_no_result)
         }));
     scriptcontext context;
     qx::genericValue result = textValue(L"before");
-    const ownedStatement block = parsed(L"{ createvar(a); act(); act(); }");
-    block->exec(context, result);
-    block->exec(context, result); // each run has a fresh scope
+    const ownedStatement tree = parsed(L"{ createvar(a); act(); act(); }");
+    tree->exec(context, result);
+    tree->exec(context, result); // each run has a fresh scope
     EXPECT_EQ(valueText(result), "string \"before\"");
     EXPECT_FALSE(context.hasVariable(nameOf(L"a")));
 }
@@ -152,16 +152,16 @@ TEST(running, returned_value_is_copied_unless_it_is_the_result_itself)
 {
     scriptcontext context;
     context.setParameter(scriptcontext::returnparam(), textValue(L"1"));
-    const ownedStatement block = parsed(L"{ isnull(\"x\"); isnull(\"y\"); }");
-    block->exec(context, context.parameter(scriptcontext::returnparam()));
+    const ownedStatement tree = parsed(L"{ isnull(\"x\"); isnull(\"y\"); }");
+    tree->exec(context, context.parameter(scriptcontext::returnparam()));
     EXPECT_EQ(valueText(context.parameter(scriptcontext::returnparam())), "string \"1\"");
 
     qx::genericValue result(5);
-    block->exec(context, result);
+    tree->exec(context, result);
     result.setValue(qx::string(L"2"));
     EXPECT_EQ(valueText(context.parameter(scriptcontext::returnparam())), "string \"1\"");
     context.parameter(scriptcontext::returnparam()).clear();
-    block->exec(context, result);
+    tree->exec(context, result);
     EXPECT_TRUE(result.isNull());
 }
 

@@ -67,7 +67,7 @@ TEST(pointers, sharedPtrCounts)
         EXPECT_EQ(first.useCount(), 0u);
         EXPECT_EQ(second.useCount(), 2u);
         const qx::sharedPtr<counted> moved = std::move(second);
-        EXPECT_FALSE(second);
+        EXPECT_FALSE(second); // NOLINT(bugprone-use-after-move)
         EXPECT_EQ(moved.useCount(), 2u);
         EXPECT_EQ(counted::alive, 1);
     }
@@ -92,7 +92,7 @@ TEST(pointers, refPtrAndAutoPtrEndTheirObject)
         owner.reset(new counted);
         EXPECT_EQ(counted::alive, 1);
         qx::autoPtr<counted> next = std::move(owner);
-        EXPECT_FALSE(owner);
+        EXPECT_FALSE(owner); // NOLINT(bugprone-use-after-move)
         delete next.release();
         EXPECT_EQ(counted::alive, 0);
         next.reset(new counted);

@@ -108,9 +108,9 @@ TEST(genericValue, copiesAreDeep)
     EXPECT_EQ(heldIn<valueArray>(heldIn<std::map<string, genericValue>>(copy)->at(L"key"))->size(), 2u);
 
     genericValue moved(std::move(second));
-    EXPECT_TRUE(second.isNull());
+    EXPECT_TRUE(second.isNull()); // NOLINT(bugprone-use-after-move)
     moved = std::move(map);
-    EXPECT_TRUE(map.isNull());
+    EXPECT_TRUE(map.isNull()); // NOLINT(bugprone-use-after-move)
     auto& self = moved;
     moved = self;
     EXPECT_FALSE(moved.isNull());

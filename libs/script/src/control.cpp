@@ -92,7 +92,7 @@ sharedStatement branchFrom(const callText& call, std::size_t place)
     if (place >= call.params.size() || call.params[place].empty())
         return sharedStatement();
     const textSlice& text = call.params[place];
-    const sharedStatement branch = statementFrom(text, call.flags);
+    sharedStatement branch = statementFrom(text, call.flags);
     if (!branch && text.view() != L"{}")
         refuse(ifFailure, text.view());
     return branch;

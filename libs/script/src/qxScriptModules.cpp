@@ -32,9 +32,7 @@ statement* makeIn(const string& name, const std::vector<string>& types, const st
     const builtin* const row = findIn(*modules[Place], name);
     if (!row)
         return nullptr;
-    std::vector<textSlice> slices;
-    for (const string& param : params)
-        slices.emplace_back(param);
+    const std::vector<textSlice> slices(params.begin(), params.end());
     return row->create({name, types, slices, flags});
 }
 

@@ -93,15 +93,15 @@ public:
     // A nested message, kept as a message and resolved with the one around it. A message that is no locString
     // is resolved at once. Null counts as empty text. Resolving messages that are nested beyond the machine
     // stack throws unexpectedErrorException.
-    void set(const iLocString* value, const wchar_t* name);
-    void set(double value, const wchar_t* name);
-    void set(long32 value, const wchar_t* name);
-    void set(wchar_t value, const wchar_t* name);
-    void set(const string& value, const wchar_t* name);
+    void set(const iLocString* nested, const wchar_t* name);
+    void set(double number, const wchar_t* name);
+    void set(long32 number, const wchar_t* name);
+    void set(wchar_t character, const wchar_t* name);
+    void set(const string& text, const wchar_t* name);
     // Null counts as empty text.
-    void set(const wchar_t* value, const wchar_t* name);
-    // Shares the buffer of `value`.
-    void set(const textSlice& value, const wchar_t* name);
+    void set(const wchar_t* text, const wchar_t* name);
+    // Shares the buffer of `text`.
+    void set(const textSlice& text, const wchar_t* name);
 
     // Appends `text` to `filled`, each [Name] that has a parameter replaced by its value.
     void fillIn(string& filled, std::wstring_view text, const wchar_t* language,

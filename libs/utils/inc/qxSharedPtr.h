@@ -128,7 +128,7 @@ private:
 };
 
 // Reads what a sharedPtr owns, and shares the ownership. Used as a value and never deleted through a base, so
-// its one virtual operation stays its only one. NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
+// its one virtual operation stays its only one.
 template <class T>
 class QX_SHARED const_sharedPtr
 {

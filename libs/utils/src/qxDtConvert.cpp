@@ -11,6 +11,7 @@ bool dtconvert(To& to, const From& from, int format, char*)
     return plainConversion<To, From>::run(to, from, format);
 }
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define QX_PAIR(To, From) template QXUTILS_API bool dtconvert<To, From>(To&, const From&, int, char*);
 #define QX_PAIR_BOTH_WAYS(A, B) QX_PAIR(A, B) QX_PAIR(B, A)
 #define QX_TO_EACH_NUMBER(From)                                                                              \

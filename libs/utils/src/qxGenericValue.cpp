@@ -65,7 +65,7 @@ constinit wordLock::stripe wordLock::stripes[wordLock::stripeCount] = {};
 
 genericValue::holderbase* holderIn(std::uintptr_t word) noexcept
 {
-    return reinterpret_cast<genericValue::holderbase*>(word);
+    return reinterpret_cast<genericValue::holderbase*>(word); // NOLINT(performance-no-int-to-ptr)
 }
 
 // Takes over one count of the holder in `word`.

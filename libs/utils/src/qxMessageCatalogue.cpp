@@ -67,7 +67,7 @@ std::vector<string> fallbacksOf(const string& language)
         languages.push_back(language);
     const std::size_t region = language.find_first_of(L"_-");
     if (region != language.npos && region > 0)
-        languages.push_back(language.substr(0, region));
+        languages.emplace_back(language.substr(0, region));
     return languages;
 }
 

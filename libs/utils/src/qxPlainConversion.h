@@ -53,7 +53,8 @@ private:
         // Both bounds are exact in a double: the least value less a fraction, and the power of two past the
         // greatest.
         constexpr double least = static_cast<double>(valueTraits<To>::min);
-        constexpr double past = 2.0 * static_cast<double>(valueTraits<To>::max / 2 + 1);
+        constexpr auto halfPast = valueTraits<To>::max / 2 + 1;
+        constexpr double past = 2.0 * static_cast<double>(halfPast);
         const double whole = std::trunc(value);
         if (!(whole >= least && whole < past))
             return false;
