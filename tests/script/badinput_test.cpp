@@ -55,7 +55,7 @@ void expectModestMemory(const peakMemory& peak, const string& text)
 longChain parsingOf(const string& text)
 {
     const peakMemory peak;
-    const longChain chain = chainOfLong([&] { parsed(text); });
+    longChain chain = chainOfLong([&] { parsed(text); });
     expectModestMemory(peak, text);
     return chain;
 }

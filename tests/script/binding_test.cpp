@@ -35,7 +35,7 @@ private:
 
 // Answers calls of `f` with a function of these declared names.
 template <class... Declared>
-hostModule::answer boundModule(bound::action work, const Declared&... declared)
+hostModule::answer boundModule(const bound::action& work, const Declared&... declared)
 {
     return [=](const moduleCall& call) -> statement* {
         if (call.name != L"f")

@@ -19,6 +19,7 @@ void onAllThreads(const Work& work)
 {
     std::atomic<int> waiting = threadCount;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int number = 0; number < threadCount; ++number) {
         threads.emplace_back([&, number] {
             for (--waiting; waiting > 0;)

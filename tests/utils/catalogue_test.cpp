@@ -229,6 +229,7 @@ TEST_F(catalogue, threads_may_resolve_and_change_the_language)
     const locString message(L"id", L"-");
     locString::setLanguage(L"de");
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([i, &message] {
             for (int round = 0; round < 200; ++round) {

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 
@@ -51,7 +51,7 @@ string as(const From& from)
     const To before = to;
     if (typeConversionManager::instance().convert(typeid(To), &to, typeid(From), &from, 0, nullptr))
         return shown(to);
-    EXPECT_EQ(std::memcmp(&to, &before, std::is_trivially_copyable_v<To> ? sizeof to : 0), 0);
+    EXPECT_EQ(shown(to), shown(before));
     return L"refused";
 }
 template <class To>
@@ -67,7 +67,7 @@ string as(const std::wstring& from)
 
 struct row
 {
-    row(string became, const wchar_t* wanted, int at = __builtin_LINE())
+    row(const string& became, const wchar_t* wanted, int at = __builtin_LINE())
         : actual(became.utf8()), expected(string(wanted).utf8()), line(at)
     {}
 
@@ -283,17 +283,17 @@ TEST(conversion, shortestDigitsReadBack)
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {
         const std::uint64_t bits = random();
-        double number, numberBack = 0;
-        std::memcpy(&number, &bits, sizeof number);
-        float small, smallBack = 0;
-        std::memcpy(&small, &bits, sizeof small);
+        const auto number = std::bit_cast<double>(bits);
+        const auto small = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
+        double numberBack = 0;
+        float smallBack = 0;
         if (std::isfinite(number)) {
             ASSERT_TRUE(qx::readNumber(qx::numberText(number).view(), numberBack)) << number;
-            ASSERT_EQ(std::memcmp(&number, &numberBack, sizeof number), 0) << number;
+            ASSERT_EQ(std::bit_cast<std::uint64_t>(numberBack), bits) << number;
         }
         if (std::isfinite(small)) {
             ASSERT_TRUE(qx::readNumber(qx::numberText(small).view(), smallBack)) << small;
-            ASSERT_EQ(std::memcmp(&small, &smallBack, sizeof small), 0) << small;
+            ASSERT_EQ(std::bit_cast<std::uint32_t>(smallBack), static_cast<std::uint32_t>(bits)) << small;
         }
     }
 }

@@ -26,9 +26,11 @@ TEST(scString, equalTextsAreOneName)
 
 TEST(scString, threadsMeetInOneTable)
 {
-    constexpr int threads = 4, names = 500;
+    constexpr int threads = 4;
+    constexpr int names = 500;
     std::vector<std::vector<const wchar_t*>> seen(threads);
     std::vector<std::thread> running;
+    running.reserve(threads);
     for (auto& pointers : seen) {
         running.emplace_back([&pointers] {
             for (int i = 0; i < names; ++i)

@@ -180,7 +180,8 @@ char* layOut(char* to, T value)
     int exponent = 0;
     std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
 
-    constexpr int leastPlain = -7, beyondPlain = 21;
+    constexpr int leastPlain = -7;
+    constexpr int beyondPlain = 21;
     if (negative)
         *to++ = '-';
     const std::ptrdiff_t count = digitsEnd - first;
