@@ -1,6 +1,7 @@
 // The code manager: code calls, binding, running, and the cache of loaded functions. The cache is the
 // process's own and knows files by the name in the call, so each test uses file names of its own.
 #include "assertRecorder.h"
+#include "host.h"
 #include "scriptSupport.h"
 
 #include <gmock/gmock.h>
@@ -14,11 +15,6 @@ namespace
 
 namespace script = qx::script;
 using testing::ElementsAre;
-
-qx::scString name(const wchar_t* text)
-{
-    return qx::scString::createFrom(text);
-}
 
 TEST(codeManager, splitsCodeCalls)
 {
@@ -34,9 +30,7 @@ TEST(codeManager, splitsCodeCalls)
         {L"$Tools$PICK", true, script::codeTypeScript, L"tools", L"pick"},
         {L" D L\tl$ My Tools \t$ pi ck ", true, script::codeTypeDll, L"my tools", L"pick"},
         {L"dll$$f", false, script::codeTypeDll, L"", L"f"},
-        {L"$tools$ ", false, script::codeTypeScript, L"tools", L""},
         {L"tools$pick", false, script::codeTypeDll, L"unchanged", L"unchanged"},
-        {L"a$b$c$d", false, script::codeTypeDll, L"unchanged", L"unchanged"},
         {L"", false, script::codeTypeDll, L"unchanged", L"unchanged"},
         {L"\"script$tools$pick", false, script::codeTypeDll, L"unchanged", L"unchanged"},
     };
@@ -77,7 +71,7 @@ TEST(codeManager, bindsArgumentsInOrder)
     qx::string text;
     EXPECT_TRUE(result.getValue(text));
     EXPECT_EQ(text, L"kept") << "a function without a return leaves the result alone";
-    EXPECT_TRUE(context.parameter(name(L"a")).getValue(text));
+    EXPECT_TRUE(context.parameter(nameOf(L"a")).getValue(text));
     EXPECT_EQ(text, L"1") << "parameters stay in the context";
     EXPECT_TRUE(arguments[0].isNull());
 
@@ -87,33 +81,18 @@ TEST(codeManager, bindsArgumentsInOrder)
     EXPECT_THAT(chainOfFailure([&] { runCall(base, L"$binding$bare"); }),
                 ElementsAre("Error preparing parameter for function \"bare\" ()",
                             "Error executing script \"getvar(1)\" ", "Variable \"1\" not found"));
-    EXPECT_THROW(runCall(base, L"$binding$both"), script::prepareParameterException);
 }
 
-TEST(codeManager, whatTheRunThrowsNamesTheFunction)
+TEST(codeManager, whatIsNoExceptionBecomesOne)
 {
-    const scratchDirectory directory;
-    directory.write("outer.qxscr", "scrdef fail(){ callfunction($inner$fail); }");
-    directory.write("inner.qxscr", "scrdef fail(){ createvar(a, getvar(missing)); }");
-    EXPECT_THAT(chainOfFailure([&] { runCall(directory.name(), L"$outer$FAIL"); }),
-                ElementsAre("Error executing script \"fail\" ",
-                            "Error executing script \"callfunction($inner$fail);\" ",
-                            "Error executing script \"fail\" ",
-                            "Error executing script \"createvar(a, getvar(missing));\" ",
-                            "Error executing script \"getvar(missing)\" ", "Variable \"missing\" not found"));
-}
-
-// Throws the wide text "thrown", or the number 7 when it is called `thrownumber`.
-script::statement* makeThrower(const qx::string& called, const std::vector<qx::string>&,
-                               const std::vector<qx::string>&, int)
-{
+    // No hostStatement: the cache keeps the functions, and those are counted.
     class thrower final : public script::statement
     {
     public:
         explicit thrower(bool text) : mText(text) {}
         statement* clone() const override { return new thrower(*this); }
         void destroy() override { delete this; }
-        void execute(script::codecontext&, qx::genericValue&) const override
+        void execute(codecontext&, qx::genericValue&) const override
         {
             if (mText)
                 throw qx::string(L"thrown");
@@ -123,15 +102,10 @@ script::statement* makeThrower(const qx::string& called, const std::vector<qx::s
     private:
         bool mText;
     };
-    if (called == L"throwtext" || called == L"thrownumber")
-        return new thrower(called == L"throwtext");
-    return nullptr;
-}
-
-TEST(codeManager, whatIsNoExceptionBecomesOne)
-{
-    static script::scriptModule module(makeThrower);
-    module.registerModule();
+    const hostModule host([](const moduleCall& call) -> script::statement* {
+        const bool isKnown = call.name == L"throwtext" || call.name == L"thrownumber";
+        return isKnown ? new thrower(call.name == L"throwtext") : nullptr;
+    });
     const scratchDirectory directory;
     directory.write("throwing.qxscr", "scrdef text(){ throwtext(); }\n"
                                       "scrdef number(){ thrownumber(); }\n"
@@ -153,24 +127,17 @@ TEST(codeManager, whatCannotBeLoadedSaysWhy)
                                      "scrdef brackets(){ return(\"1\"; }\n"
                                      "scrdef kind(out<int> x){ return(x); }\n"
                                      "scrdef both(out<int> x){ nosuchstatement(); }\n"
-                                     "scrdef blank() \n"
-                                     "scrdef breaking(){ break(); }\n");
-    directory.write("nothing.qxscr", "");
+                                     "scrdef blank() \n");
     const assertRecorder recorder;
     const qx::string base = directory.name();
     const auto failure = [&](const wchar_t* call) { return chainOfFailure([&] { runCall(base, call); }); };
     const std::string file = directory.name("loading.qxscr").utf8();
     EXPECT_EQ(runCall(base, L"$loading$good"), "1") << "the other definitions do no harm";
     EXPECT_THAT(failure(L"$loading$kind"), ElementsAre("Error parsing parametertype \"out\""));
-    EXPECT_THAT(failure(L"$loading$none"),
-                ElementsAre("Function \"none\" not found in file \"" + file + "\""));
     EXPECT_THAT(failure(L"$loading$blank"),
                 ElementsAre("Function \"blank\" not found in file \"" + file + "\""));
-    EXPECT_THAT(failure(L"$nothing$f"), ElementsAre("Function \"f\" not found in file \"" +
-                                                    directory.name("nothing.qxscr").utf8() + "\""));
     EXPECT_THROW(runCall(base, L"$loading$brackets"), script::parserException);
     EXPECT_THROW(runCall(base, L"$loading$both"), script::errParsingException) << "the body is parsed first";
-    EXPECT_THROW(runCall(base, L"$loading$breaking"), script::errParsingException);
     EXPECT_THROW(runCall(base, L"$nosuchfile$f"), qx::fileNotFoundException);
 }
 
@@ -245,8 +212,7 @@ TEST(codeManager, theBasePathFollowsTheFileThatRuns)
     directory.write("paths.qxscr",
                     "scrdef f() { callfunction($sub/deep$f); return(getglobalvar(scriptbasepath)); }\n"
                     "scrdef here() { return(getglobalvar(scriptbasepath)); }\n");
-    directory.write("sub/deep.qxscr", "scrdef f() { callfunction($near$f); }");
-    directory.write("sub/near.qxscr", "scrdef f() { return(\"\"); }");
+    directory.write("sub/deep.qxscr", "scrdef f() { createvar(a); }");
     const qx::string separator = directory.name().find(L'/') == qx::string::npos ? L"\\" : L"/";
     EXPECT_EQ(runCall(directory.name(), L"$paths$here"), qx::string(directory.name() + separator).utf8());
     EXPECT_EQ(runCall(directory.name(), L"$paths$f"), qx::string(directory.name("sub") + separator).utf8());
@@ -257,17 +223,15 @@ TEST(codeManager, aFinishedRunLeavesItsReturnedValueAndNoSignal)
     const scratchDirectory directory;
     directory.write("finished.qxscr", "scrdef f() { return(\"1\"); }");
     script::scriptcontext context;
-    const qx::scString raised[] = {name(L"#breaksignal#"), name(L"#continuesignal#"),
-                                   name(L"#breakallsignal#")};
-    for (const qx::scString& signal : raised)
-        context.setScriptSignal(signal, qx::genericValue(true));
+    const wchar_t* const raised[] = {L"#breaksignal#", L"#continuesignal#", L"#breakallsignal#"};
+    for (const wchar_t* signal : raised)
+        context.setScriptSignal(nameOf(signal), qx::genericValue(true));
     std::vector<qx::genericValue> arguments;
     qx::genericValue result;
     EXPECT_TRUE(script::codeManager::instance()->executeFunction(directory.name(), L"$finished$f", context,
                                                                  arguments, result));
-    EXPECT_FALSE(context.scriptSignal(raised[0]));
-    EXPECT_FALSE(context.scriptSignal(raised[1]));
-    EXPECT_TRUE(context.scriptSignal(raised[2]));
+    for (const wchar_t* signal : raised)
+        EXPECT_EQ(bool(context.scriptSignal(nameOf(signal))), signal == raised[2]);
 }
 
 TEST(codeManager, threadsShareOneFunction)
@@ -276,13 +240,9 @@ TEST(codeManager, threadsShareOneFunction)
     const std::string name = unusedName();
     const std::string fileName = name + ".qxscr";
     const qx::string call = qx::string::fromUtf8("$" + name + "$f");
-    directory.write(fileName, "scrdef f(in n, in d = \"default\") {\n"
-                              "    createvar(local, n);\n"
-                              "    createglobalvar(g, local);\n"
-                              "    return(callfunction($" +
+    directory.write(fileName, "scrdef f(in n) {\n    createglobalvar(g, n);\n    return(callfunction($" +
                                   name +
-                                  "$g, getglobalvar(g)));\n}\n"
-                                  "scrdef g(in<string> x) { return(x); }\n");
+                                  "$g, getglobalvar(g)));\n}\nscrdef g(in<string> x) { return(x); }\n");
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
@@ -291,15 +251,12 @@ TEST(codeManager, threadsShareOneFunction)
         threads.emplace_back([&, t] {
             for (int i = 0; i < 200; ++i) {
                 const qx::string text = std::to_wstring(t * 1000 + i);
-                const texts failure = failureOf([&] {
-                    if (runCall(directory.name(), call, {text}) != text.utf8())
-                        ++wrong;
-                });
-                if (failure != texts{L"nothing thrown"})
+                std::string returned;
+                failureOf([&] { returned = runCall(directory.name(), call, {text}); });
+                if (returned != text.utf8())
                     ++wrong;
                 if (t == 0 && i % 20 == 19)
-                    setAge(directory, fileName,
-                           i - 1000); // loads again in the middle of the others' runs
+                    setAge(directory, fileName, i - 1000); // loads again during the others' runs
             }
         });
     }

@@ -33,44 +33,6 @@ genericValue run(scriptcontext& context, const wchar_t* text, const genericValue
     return result;
 }
 
-// Walks over objects of the test; null ones are allowed.
-class hostIterator final : public hostObject<qx::intrface::forwardIterator>
-{
-public:
-    explicit hostIterator(std::vector<hostObject<unknown>*> objects) : mObjects(std::move(objects)) {}
-
-    void first(unknown** out) override
-    {
-        note("first");
-        mAt = 0;
-        give(out);
-    }
-    void next(unknown** out) override
-    {
-        note("next");
-        ++mAt;
-        give(out);
-        if (--movesLeft == 0)
-            throw qx::unexpectedErrorException(L"iterator broken");
-    }
-    bool isEnd() override { return mAt >= mObjects.size(); }
-
-    int movesLeft = -1; // moves until one throws
-
-private:
-    void give(unknown** out)
-    {
-        EXPECT_EQ(*out, nullptr);
-        if (isEnd() || !mObjects[mAt])
-            return;
-        mObjects[mAt]->addRef();
-        *out = mObjects[mAt]->root();
-    }
-
-    std::vector<hostObject<unknown>*> mObjects;
-    std::size_t mAt = 0;
-};
-
 // Arrays and maps in each other by turns.
 genericValue nested(int depth)
 {
@@ -127,31 +89,6 @@ TEST(createarray, keeps_no_reference_when_the_iterator_fails)
     }
     EXPECT_EQ(iterator.references, 1u);
     EXPECT_EQ(object.references, 1u + 2u); // what `next` gave before it threw is the host's own loss
-}
-
-TEST(createarray, objects_without_elements)
-{
-    hostObject<unknown> object;
-    hostIterator nothing({});
-    for (const genericValue& source : {object.value(), nothing.value(), genericValue(objectRef())}) {
-        scriptcontext context;
-        context.createVariable(nameOf(L"source"), source);
-        EXPECT_EQ(valueText(run(context, L"createarray(source)", genericValue(5))), "array []");
-    }
-}
-
-TEST(collections, array_of_maps_of_arrays_is_copied_deeply)
-{
-    scriptcontext context;
-    const stringMap map{{L"k", genericValue(valueArray{genericValue(1)})}};
-    context.createVariable(nameOf(L"arr"), genericValue(valueArray{genericValue(map)}));
-    const genericValue copies[] = {run(context, L"createarray(arr)"), run(context, L"getvar(arr)"),
-                                   genericValue(valueArray{run(context, L"arrayelement(arr, \"0\")")})};
-    genericValue& original = heldIn<valueArray>(context.variable(nameOf(L"arr")))[0];
-    heldIn<valueArray>(heldIn<stringMap>(original)[L"k"]).clear();
-    EXPECT_EQ(valueText(original), "map<string> {k: array []}");
-    for (const genericValue& copy : copies)
-        EXPECT_EQ(valueText(copy), "array [map<string> {k: array [int 1]}]");
 }
 
 // The variable loses its container while a key, an index or a value is evaluated; the statement still works

@@ -4,6 +4,8 @@
 
 #include <qxScript.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -74,4 +76,42 @@ private:
     }
 
     mutable std::vector<std::string> mNoted;
+};
+
+// Walks over objects of the test; null ones are allowed.
+class hostIterator final : public hostObject<qx::intrface::forwardIterator>
+{
+public:
+    explicit hostIterator(std::vector<hostObject<unknown>*> objects) : mObjects(std::move(objects)) {}
+
+    void first(unknown** out) override
+    {
+        note("first");
+        mAt = 0;
+        give(out);
+    }
+    void next(unknown** out) override
+    {
+        note("next");
+        ++mAt;
+        give(out);
+        if (--movesLeft == 0)
+            throw qx::unexpectedErrorException(L"iterator broken");
+    }
+    bool isEnd() override { return mAt >= mObjects.size(); }
+
+    int movesLeft = -1; // moves until one throws
+
+private:
+    void give(unknown** out)
+    {
+        EXPECT_EQ(*out, nullptr);
+        if (isEnd() || !mObjects[mAt])
+            return;
+        mObjects[mAt]->addRef();
+        *out = mObjects[mAt]->root();
+    }
+
+    std::vector<hostObject<unknown>*> mObjects;
+    std::size_t mAt = 0;
 };

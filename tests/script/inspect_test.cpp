@@ -1,11 +1,8 @@
 // What tools ask about script files and statements.
 #include "scriptSupport.h"
-#include "utils/fakeSystem.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <set>
 
 namespace
 {
@@ -66,18 +63,6 @@ TEST(inspect, scramblingReplacesItsTargetOrLeavesItAlone)
     EXPECT_EQ(directory.read("target"), content);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path("")), {}), 2)
         << "nothing is left over";
-}
-
-TEST(inspect, listsEveryStatementOnce)
-{
-    std::set<qx::string> names;
-    bool hasSetvar = false;
-    for (const script::statementInfo& statement : script::listStatements()) {
-        EXPECT_TRUE(names.insert(statement.name).second) << statement.name.utf8();
-        EXPECT_FALSE(statement.parameters.empty() || statement.module.empty()) << statement.name.utf8();
-        hasSetvar = hasSetvar || (statement.name == L"setvar" && statement.module == L"variable");
-    }
-    EXPECT_TRUE(hasSetvar);
 }
 
 } // namespace

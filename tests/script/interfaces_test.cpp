@@ -5,12 +5,14 @@
 
 #include <qxHeldTypes.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
 
 using namespace qx::intrface;
 using qx::genericValue;
+using testing::ElementsAre;
 
 namespace
 {
@@ -78,11 +80,6 @@ void expectQuery(const char* name)
         EXPECT_EQ(object.references, offered ? 3u : 1u);
     }
     EXPECT_EQ(object.references, 0u);
-
-    objectRef none;
-    EXPECT_FALSE(interfaceptr<T>(none).isValid());
-    EXPECT_EQ(interfaceptr<T>(none).getUnknown(), nullptr);
-    EXPECT_EQ(const_interfaceptr<T>(nullptr).getConstUnknown(), nullptr);
 }
 
 } // namespace
@@ -107,56 +104,42 @@ TEST(interfaces, are_asked_for_by_their_names)
 // Hosts are built apart from the engine, so the order of the slots is a promise.
 TEST(interfaces, keep_their_slots)
 {
-    const struct
-    {
-        const char* operation;
-        std::size_t slot;
-        std::size_t expected;
-    } rows[] = {
-        {"addRef", slotOf(&unknown::addRef), 0},
-        {"release", slotOf(&unknown::release), 1},
-        {"const query",
-         slotOf<bool (unknown::*)(const wchar_t*, const void**) const>(&unknown::queryInterface), 2},
-        {"query", slotOf<bool (unknown::*)(const wchar_t*, void**)>(&unknown::queryInterface), 3},
-        {"hasField", slotOf(&fieldaccess::hasField), 4},
-        {"get generic", slotOfGet<genericValue&>(), 5},
-        {"get timestamp", slotOfGet<qx::timestamp*>(), 6},
-        {"get time", slotOfGet<qx::time*>(), 7},
-        {"get date", slotOfGet<qx::date*>(), 8},
-        {"get string", slotOfGet<qx::string*>(), 9},
-        {"get double", slotOfGet<double*>(), 10},
-        {"get float", slotOfGet<float*>(), 11},
-        {"get ulong", slotOfGet<qx::ulong32*>(), 12},
-        {"get uint", slotOfGet<qx::uint*>(), 13},
-        {"get ushort", slotOfGet<qx::ushort*>(), 14},
-        {"get long", slotOfGet<qx::long32*>(), 15},
-        {"get int", slotOfGet<int*>(), 16},
-        {"get short", slotOfGet<short*>(), 17},
-        {"get bool", slotOfGet<bool*>(), 18},
-        {"set timestamp", slotOfSet<qx::timestamp>(), 20},
-        {"set time", slotOfSet<qx::time>(), 21},
-        {"set date", slotOfSet<qx::date>(), 22},
-        {"set string", slotOfSet<const qx::string&>(), 23},
-        {"set double", slotOfSet<double>(), 24},
-        {"set float", slotOfSet<float>(), 25},
-        {"set ulong", slotOfSet<qx::ulong32>(), 26},
-        {"set uint", slotOfSet<qx::uint>(), 27},
-        {"set ushort", slotOfSet<qx::ushort>(), 28},
-        {"set long", slotOfSet<qx::long32>(), 29},
-        {"set short", slotOfSet<short>(), 30},
-        {"set bool", slotOfSet<bool>(), 31},
-        {"getRestriction", slotOf(&restrictionsaccess::getRestriction), 33},
-        {"array getValue", slotOf(&arrayfieldaccess::getValue), 4},
-        {"getLabel", slotOf(&propertyaccess::getLabel), 9},
-        {"triggerFieldInfoChange", slotOf(&triggerEvents::triggerFieldInfoChange), 5},
-        {"setRelation", slotOf(&relationaccess::setRelation), 6},
-        {"getRelations", slotOf(&relationaccess::getRelations), 8},
-        {"getTransientData", slotOf(&transientdataaccess::getTransientData), 6},
-        {"removeMessage", slotOf(&messagesaccess::removeMessage), 5},
-        {"isEnd", slotOf(&forwardIterator::isEnd), 6},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.slot, row.expected) << row.operation;
+    const std::size_t root[] = {
+        slotOf(&unknown::addRef), slotOf(&unknown::release),
+        slotOf<bool (unknown::*)(const wchar_t*, const void**) const>(&unknown::queryInterface),
+        slotOf<bool (unknown::*)(const wchar_t*, void**)>(&unknown::queryInterface)};
+    EXPECT_THAT(root, ElementsAre(0, 1, 2, 3));
+    const std::size_t field[] = {slotOf(&fieldaccess::hasField),
+                                 slotOfGet<genericValue&>(),
+                                 slotOfGet<qx::timestamp*>(),
+                                 slotOfGet<qx::time*>(),
+                                 slotOfGet<qx::date*>(),
+                                 slotOfGet<qx::string*>(),
+                                 slotOfGet<double*>(),
+                                 slotOfGet<float*>(),
+                                 slotOfGet<qx::ulong32*>(),
+                                 slotOfGet<qx::uint*>(),
+                                 slotOfGet<qx::ushort*>(),
+                                 slotOfGet<qx::long32*>(),
+                                 slotOfGet<int*>(),
+                                 slotOfGet<short*>(),
+                                 slotOfGet<bool*>()};
+    EXPECT_THAT(field, ElementsAre(4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
+    const std::size_t setters[] = {
+        slotOfSet<qx::timestamp>(),     slotOfSet<qx::time>(), slotOfSet<qx::date>(),
+        slotOfSet<const qx::string&>(), slotOfSet<double>(),   slotOfSet<float>(),
+        slotOfSet<qx::ulong32>(),       slotOfSet<qx::uint>(), slotOfSet<qx::ushort>(),
+        slotOfSet<qx::long32>(),        slotOfSet<short>(),    slotOfSet<bool>()};
+    EXPECT_THAT(setters, ElementsAre(20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31));
+    EXPECT_EQ(slotOf(&restrictionsaccess::getRestriction), 33u);
+    EXPECT_EQ(slotOf(&arrayfieldaccess::getValue), 4u);
+    EXPECT_EQ(slotOf(&propertyaccess::getLabel), 9u);
+    EXPECT_EQ(slotOf(&triggerEvents::triggerFieldInfoChange), 5u);
+    EXPECT_EQ(slotOf(&relationaccess::setRelation), 6u);
+    EXPECT_EQ(slotOf(&relationaccess::getRelations), 8u);
+    EXPECT_EQ(slotOf(&transientdataaccess::getTransientData), 6u);
+    EXPECT_EQ(slotOf(&messagesaccess::removeMessage), 5u);
+    EXPECT_EQ(slotOf(&forwardIterator::isEnd), 6u);
 }
 
 TEST(interfacePointers, are_as_valid_as_what_the_query_leaves)
@@ -289,23 +272,17 @@ TEST(references, are_true_where_they_lead_to_an_object)
     scriptcontext context;
     context.createVariable(nameOf(L"object"), object.value());
     context.createVariable(nameOf(L"none"), genericValue(objectRef()));
-    const struct
-    {
-        const wchar_t* text;
-        bool truth;
-    } rows[] = {{L"getvar(object)", true},
-                {L"getvar(none)", false},
-                {L"getvarptr<unknownptr>(object)", true},
-                {L"getvarptr<unknownptr>(none)", false}};
-    for (const auto& row : rows) {
+    for (const wchar_t* text : {L"getvar(object)", L"getvar(none)", L"getvarptr<unknownptr>(object)",
+                                L"getvarptr<unknownptr>(none)"}) {
         genericValue value;
-        parsed(row.text)->exec(context, value);
-        bool truth = !row.truth;
+        parsed(text)->exec(context, value);
+        const bool expected = qx::string(text).find(L"object") != qx::string::npos;
+        bool truth = !expected;
         EXPECT_TRUE(value.getValue(truth));
-        EXPECT_EQ(truth, row.truth);
+        EXPECT_EQ(truth, expected);
         int number = 0;
         EXPECT_FALSE(value.getValue(number));
-        qx::string text;
-        EXPECT_FALSE(value.getValue(text));
+        qx::string read;
+        EXPECT_FALSE(value.getValue(read));
     }
 }

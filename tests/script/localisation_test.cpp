@@ -93,28 +93,18 @@ TEST_F(localisation, nested_message_follows_the_language_and_an_inserted_one_doe
 TEST_F(localisation, messages_of_objects)
 {
     messageKeeper object;
-    const auto added = [&object](const wchar_t* severity, const wchar_t* message) {
-        scriptcontext context;
-        context.createVariable(nameOf(L"o"), object.value());
-        qx::genericValue result(5);
-        parsed(qx::string::sformat(L"objmsg_add(o, \"id\", %s, %s)", severity, message))
-            ->exec(context, result);
-        EXPECT_EQ(valueText(result), "int 5");
-        return object.calls.back();
-    };
-    const wchar_t* const title = L"locstringfromid(\"title\")";
-    EXPECT_EQ(added(L"\"error\"", title), L"add id 2 Titel");
-    EXPECT_EQ(added(L"\"Extra\"", title), L"add id 2 Titel");
-    EXPECT_EQ(added(L"\"warning\"", title), L"add id 1 Titel");
-    EXPECT_EQ(added(L"\"W\"", title), L"add id 1 Titel");
-    EXPECT_EQ(added(L"\"info\"", title), L"add id 0 Titel");
-    EXPECT_EQ(added(L"\" error\"", title), L"add id 0 Titel");
-    EXPECT_EQ(added(L"\"e\"", L"\"plain text\""), L"add id 2 -");
-
     scriptcontext context;
     context.createVariable(nameOf(L"o"), object.value());
+    for (const wchar_t* severity : {L"error", L"Extra", L"warning", L"W", L"info", L" error"}) {
+        qx::genericValue result(5);
+        parsed(qx::string::sformat(L"objmsg_add(o, \"id\", \"%s\", locstringfromid(\"title\"))", severity))
+            ->exec(context, result);
+        EXPECT_EQ(valueText(result), "int 5");
+    }
+    parsed(L"objmsg_add(o, \"id\", \"e\", \"plain text\")")->exec(context);
     parsed(L"objmsg_remove(o, \"id\")")->exec(context);
-    EXPECT_EQ(object.calls.back(), L"remove id");
+    EXPECT_EQ(object.calls, (texts{L"add id 2 Titel", L"add id 2 Titel", L"add id 1 Titel", L"add id 1 Titel",
+                                   L"add id 0 Titel", L"add id 0 Titel", L"add id 2 -", L"remove id"}));
     object.calls.clear();
 
     const struct
