@@ -91,6 +91,20 @@ TEST(createarray, keeps_no_reference_when_the_iterator_fails)
     EXPECT_EQ(object.references, 1u + 2u); // what `next` gave before it threw is the host's own loss
 }
 
+TEST(collections, array_of_maps_of_arrays_is_copied_deeply)
+{
+    scriptcontext context;
+    const stringMap map{{L"k", genericValue(valueArray{genericValue(1)})}};
+    context.createVariable(nameOf(L"arr"), genericValue(valueArray{genericValue(map)}));
+    const genericValue copies[] = {run(context, L"createarray(arr)"), run(context, L"getvar(arr)"),
+                                   genericValue(valueArray{run(context, L"arrayelement(arr, \"0\")")})};
+    genericValue& original = heldIn<valueArray>(context.variable(nameOf(L"arr")))[0];
+    heldIn<valueArray>(heldIn<stringMap>(original)[L"k"]).clear();
+    EXPECT_EQ(valueText(original), "map<string> {k: array []}");
+    for (const genericValue& copy : copies)
+        EXPECT_EQ(valueText(copy), "array [map<string> {k: array [int 1]}]");
+}
+
 // The variable loses its container while a key, an index or a value is evaluated; the statement still works
 // on the container that it found.
 TEST(collections, containers_are_held_while_parameters_are_evaluated)

@@ -1,4 +1,5 @@
 // The typed operators: which keyword takes which type, and what each gives at the edges of its types.
+#include "assertRecorder.h"
 #include "host.h"
 #include "hostObject.h"
 #include "utils/fakeSystem.h"
@@ -298,6 +299,59 @@ void checkFloating(const wchar_t* type)
     }
 }
 
+constexpr const wchar_t* typeWords[] = {
+    L"void",   L"bool",   L"short", L"int",  L"long",      L"ushort", L"uint",       L"ulong", L"float",
+    L"double", L"string", L"date",  L"time", L"timestamp", L"binary", L"unknownptr", L"array", L"number"};
+
+constexpr const wchar_t* integerWords = L" short int long ushort uint ulong ";
+constexpr const wchar_t* floatWords = L" float double ";
+constexpr const wchar_t* numberWords = L" short int long ushort uint ulong float double ";
+constexpr const wchar_t* signedWords = L" short int long float double ";
+constexpr const wchar_t* summableWords = L" short int long ushort uint ulong float double string ";
+constexpr const wchar_t* orderedWords =
+    L" short int long ushort uint ulong float double string date time timestamp ";
+constexpr const wchar_t* comparableWords =
+    L" bool short int long ushort uint ulong float double string date time timestamp unknownptr ";
+
+enum class anotherType
+{
+    declined,
+    error
+};
+
+constexpr const wchar_t* two = L"(\"1\", \"2\")";
+constexpr const wchar_t* one = L"(\"1\")";
+
+// What each keyword takes, written by hand.
+const struct
+{
+    std::initializer_list<const wchar_t*> keywords;
+    const wchar_t* operands;
+    const wchar_t* types;
+    anotherType other;
+} taken[] = {
+    {{L"add", L"+"}, two, summableWords, anotherType::declined},
+    {{L"subtract", L"-", L"multiply", L"*", L"divide", L"/"}, two, numberWords, anotherType::declined},
+    {{L"maxof", L"minof"}, two, numberWords, anotherType::declined},
+    {{L"bitand", L"bitor"}, two, integerWords, anotherType::error},
+    {{L"round", L"cutoff"}, two, floatWords, anotherType::error},
+    {{L"isequal", L"==", L"isnotequal", L"!="}, two, comparableWords, anotherType::declined},
+    {{L"issmaller", L"issmallerorequal"}, two, orderedWords, anotherType::declined},
+    {{L"isbigger", L">", L"isbiggerorequal", L">="}, two, orderedWords, anotherType::declined},
+    {{L"minus", L"-", L"abs"}, one, signedWords, anotherType::declined},
+};
+
+// What comes of parsing: `taken`, `declined`, or what was reported.
+qx::string outcomeOf(const qx::string& text)
+{
+    const assertRecorder recorder;
+    const texts chain = failureOf([&] { parsed(text); });
+    const texts reports = assertRecorder::take();
+    if (!reports.empty())
+        return reports[0];
+    return chain == texts{L"nothing thrown"} ? L"taken" : L"declined";
+}
+
 class faultingSystem final : public fakeSystem
 {
 public:
@@ -305,6 +359,33 @@ public:
 };
 
 } // namespace
+
+TEST(operators, take_the_types_they_should_and_no_other)
+{
+    for (const auto& row : taken) {
+        for (const wchar_t* keyword : row.keywords) {
+            for (const qx::string type : typeWords) {
+                const bool allowed = qx::string(row.types).find(L" " + type + L" ") != qx::string::npos;
+                const qx::string text = call(keyword, type.c_str(), row.operands);
+                const qx::string otherwise =
+                    row.other == anotherType::declined
+                        ? qx::string(L"declined")
+                        : qx::string::sformat(L"createScriptOperation: invalid datatype %s for %s", type,
+                                              keyword);
+                EXPECT_EQ(outcomeOf(text), allowed ? L"taken" : otherwise) << text.utf8();
+            }
+            EXPECT_EQ(outcomeOf(keyword + qx::string(row.operands)),
+                      qx::string(L"createScriptOperation: missing datatype for ") + keyword);
+        }
+    }
+    for (const wchar_t* symbol : {L"<", L"<="})
+        EXPECT_EQ(outcomeOf(symbol + qx::string(two)),
+                  qx::string(L"createScriptOperation: missing datatype for ") + symbol);
+    for (const wchar_t* untyped : {L"and", L"&&", L"or", L"||", L"not", L"!"})
+        EXPECT_EQ(outcomeOf(untyped + qx::string(two)), L"taken");
+    for (const wchar_t* operands : {L"()", L"(a, b, c)"})
+        EXPECT_EQ(outcomeOf(call(L"-", L"int", operands)), L"declined");
+}
 
 TEST(operators, compute_at_the_edges_of_their_types)
 {
