@@ -3,7 +3,7 @@
 #include "qxRefPtr.h"
 #include "qxSharedPtr.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace
 {
@@ -102,20 +102,16 @@ TEST(pointers, refPtrAndAutoPtrEndTheirObject)
 
 TEST(pointers, nullDereferenceIsReported)
 {
-    const auto expected = [](const wchar_t* expression, const wchar_t* path) {
-        return qx::string::sformat(L"Assertion failed:\n%s\n\nFile: %s\nLine: ", expression, path);
+    const auto expectReport = [](auto function, const wchar_t* expression, const wchar_t* header) {
+        EXPECT_THAT(reportOf(function),
+                    testing::StartsWith(qx::string::sformat(
+                        L"Assertion failed:\n%s\n\nFile: libs/utils/inc/%s\nLine: ", expression, header)));
     };
-    const auto startsWith = [](const qx::string& text, const qx::string& start) {
-        return text.starts_with(start);
-    };
-    EXPECT_PRED2(startsWith, reportOf([] { qx::sharedPtr<counted>()->field = 1; }),
-                 expected(L"m_p != nullptr", L"libs/utils/inc/qxSharedPtr"));
-    EXPECT_PRED2(startsWith, reportOf([] { static_cast<void>(*qx::const_sharedPtr<counted>()); }),
-                 expected(L"m_p != nullptr", L"libs/utils/inc/qxSharedPtr"));
-    EXPECT_PRED2(startsWith, reportOf([] { qx::refPtr<counted>()->field = 1; }),
-                 expected(L"m_p != NULL", L"libs/utils/inc/qxRefPtr"));
-    EXPECT_PRED2(startsWith, reportOf([] { qx::autoPtr<counted>()->field = 1; }),
-                 expected(L"m_p != NULL", L"libs/utils/inc/qxAutoPtr"));
+    expectReport([] { qx::sharedPtr<counted>()->field = 1; }, L"m_p != nullptr", L"qxSharedPtr");
+    expectReport([] { static_cast<void>(*qx::const_sharedPtr<counted>()); }, L"m_p != nullptr",
+                 L"qxSharedPtr");
+    expectReport([] { qx::refPtr<counted>()->field = 1; }, L"m_p != NULL", L"qxRefPtr");
+    expectReport([] { qx::autoPtr<counted>()->field = 1; }, L"m_p != NULL", L"qxAutoPtr");
     EXPECT_EQ(reportOf([] { qx::assertionFailed(std::wstring(2000, L'x').c_str(), L"path", 1); }).size(),
               1024u);
 }
