@@ -86,6 +86,7 @@ TEST(failures, exceptionTexts)
     EXPECT_EQ(chainOf(tooFew), texts{L"file_copy: Number of parameters < 2"});
     EXPECT_EQ(tooFew.message().id(), L"ENumParams");
     static_assert(std::is_base_of_v<parserException, numParamsException>);
+    static_assert(!std::is_base_of_v<scriptException, exceptionDetail>);
 }
 
 TEST(failures, chain_is_in_the_order_of_wrapping_and_survives_its_links)

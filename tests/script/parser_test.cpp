@@ -207,6 +207,8 @@ TEST(parser, what_a_factory_throws_becomes_the_reason)
     const hostModule throwing([](const moduleCall& call) -> statement* {
         if (call.name == L"fails")
             throw qx::unexpectedErrorException(L"because of %s", call.params[0]);
+        if (call.name == L"says")
+            throw qx::string(L"text");
         if (call.name == L"refuses")
             throw false;
         return nullptr;
@@ -214,6 +216,7 @@ TEST(parser, what_a_factory_throws_becomes_the_reason)
     expectFailures({
         {L"return(fails(x))",
          {L"Error parsing return(fails(x))", L"Error parsing fails(x)", L"because of x"}},
+        {L"says(x)", {L"Error parsing says(x)"}},
         {L"refuses(x)", {L"Error parsing refuses(x)"}},
     });
 }
@@ -281,6 +284,11 @@ statement* askBehind(const qx::string& name, const std::vector<qx::string>&, con
 TEST(parserDeathTest, module_above_the_built_in_ones_is_asked_last)
 {
     EXPECT_EXIT(askModuleOnTheStack(), testing::ExitedWithCode(0), "");
+}
+
+TEST(parser, module_without_a_factory_is_refused)
+{
+    EXPECT_EQ(failureOf([] { qx::script::scriptModule module(nullptr); }), texts{L"false"});
 }
 
 TEST(parser, long_texts_are_cut_in_messages)
