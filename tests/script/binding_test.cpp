@@ -77,7 +77,6 @@ TEST(binding, goes_by_position)
         const char* values;
     } rows[] = {
         {L"f(\"1\", \"2\")", "string \"1 2 - \""},
-        {L"f(\"1\", \"2\", )", "string \"1 2 - \""},
         {L"f(\"1\", \"2\", \"3\")", "string \"1 2 3 \""},
         // What is beyond the declared names is not looked at.
         {L"f(\"1\", \"2\", \"3\", nobody(), (\"), , x\"))", "string \"1 2 3 \""},
@@ -92,19 +91,11 @@ TEST(binding, failures_name_the_function_and_the_reason)
     const hostModule host(boundModule(showThree, L"one", true, L"two", true, L"three", false, nullptr));
     EXPECT_EQ(parsingFailure(L"f(\"1\")"),
               (texts{L"Error parsing f(\"1\")", L"Error parsing F(...)", L"F: Number of parameters < 2"}));
-    EXPECT_EQ(parsingFailure(L"f()"),
-              (texts{L"Error parsing f()", L"Error parsing F(...)", L"F: Number of parameters < 2"}));
     EXPECT_EQ(parsingFailure(L"f(\"1\", , \"3\")"),
               (texts{L"Error parsing f(\"1\", , \"3\")", L"Error parsing F(...)", L"Error parsing "}));
     EXPECT_EQ(
         parsingFailure(L"f(\"1\", nobody(x))"),
         (texts{L"Error parsing f(\"1\", nobody(x))", L"Error parsing F(...)", L"Error parsing nobody(x)"}));
-}
-
-TEST(binding, counts_what_is_required_and_does_not_look_which)
-{
-    const hostModule host(boundModule(showThree, L"one", false, L"two", true, L"three", true, nullptr));
-    EXPECT_EQ(valueText(evaluated(L"f(\"1\", \"2\")")), "string \"1 2 - \"");
 }
 
 TEST(binding, name_declared_twice_fails_once_both_are_given)
@@ -114,12 +105,6 @@ TEST(binding, name_declared_twice_fails_once_both_are_given)
     EXPECT_EQ(parsingFailure(L"f(\"1\", \"2\")"),
               (texts{L"Error parsing f(\"1\", \"2\")", L"Error parsing F(...)",
                      L"singlefunction::parse: Error inserting parameter one"}));
-}
-
-TEST(binding, function_without_parameters_takes_any)
-{
-    const hostModule host(boundModule(showThree, nullptr));
-    EXPECT_EQ(valueText(evaluated(L"f(nobody())")), "string \"- - - \"");
 }
 
 TEST(binding, names_are_exact_and_null_is_the_empty_one)
@@ -167,9 +152,6 @@ TEST(binding, prepared_type_is_kept_by_a_literal)
     EXPECT_EQ(valueText(evaluated(L"f(\"12\")")), "int 12");
     EXPECT_EQ(failureOf([] { evaluated(L"f(\"twelve\")"); }),
               texts{L"Error executing script \"f(\"twelve\")\" "});
-    EXPECT_EQ(failureOf([] { evaluated(L"f(missing)"); }),
-              (texts{L"Error executing script \"f(missing)\" ",
-                     L"Error executing script \"getvar(missing)\" ", L"Variable \"missing\" not found"}));
 }
 
 TEST(binding, copies_have_providers_of_their_own)

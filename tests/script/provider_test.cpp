@@ -122,11 +122,3 @@ TEST(provider, clone_owns_a_tree_of_its_own)
         EXPECT_EQ(valueText(value), "string \"given\"");
     }
 }
-
-TEST(provider, failure_of_a_call_passes_through)
-{
-    scriptcontext context;
-    qx::genericValue value;
-    EXPECT_EQ(failureOf([&] { providerOf(L"Missing")->getValue(context, value); }),
-              (texts{L"Error executing script \"getvar(Missing)\" ", L"Variable \"missing\" not found"}));
-}

@@ -115,15 +115,6 @@ TEST(running, children_of_a_block_share_its_scope_and_start_with_no_result)
     EXPECT_FALSE(context.hasVariable(nameOf(L"a")));
 }
 
-TEST(running, scope_ends_when_a_failure_passes)
-{
-    scriptcontext context;
-    qx::genericValue result;
-    EXPECT_EQ(failureOf([&] { parsed(L"{ createvar(a); getvar(missing); }")->exec(context, result); }).size(),
-              3u);
-    EXPECT_FALSE(context.hasVariable(nameOf(L"a")));
-}
-
 TEST(running, signals_end_blocks_and_stay)
 {
     for (const wchar_t* signal : {L"#breaksignal#", L"#continuesignal#", L"#breakallsignal#"}) {
