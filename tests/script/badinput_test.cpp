@@ -206,3 +206,31 @@ TEST(badInput, every_unit_of_text_is_a_character_like_others)
             outcome(text);
     }
 }
+
+TEST(badInput, every_byte_of_a_file_is_a_character_like_others)
+{
+    const scratchDirectory scripts;
+    const assertRecorder recorder;
+    const auto call = [&](const std::string& function, qx::genericValue& result) {
+        return failureOf([&] {
+            scriptcontext context;
+            std::vector<qx::genericValue> none;
+            qx::script::codeManager::instance()->executeFunction(
+                scripts.name(), string::fromUtf8("$bytes" + function), context, none, result);
+        })[0];
+    };
+    std::string oddOnes;
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string number = std::to_string(byte);
+        const std::string text(1, static_cast<char>(byte));
+        scripts.write("bytes" + number + ".qxscr",
+                      "scrdef quoted() return(\"" + text + "\")\nscrdef bare() { " + text + "( }");
+        qx::genericValue result;
+        string read;
+        if (call(number + "$quoted", result) != L"nothing thrown" || !result.getValue(read) ||
+            read.size() != 1)
+            oddOnes += number + " ";
+        EXPECT_NE(call(number + "$bare", result), L"nothing thrown") << byte;
+    }
+    EXPECT_EQ(oddOnes, "10 13 59 92 "); // line ends, the semicolon and the backslash
+}

@@ -176,3 +176,15 @@ TEST(binding, copies_have_providers_of_their_own)
     copy->exec(context, result);
     EXPECT_EQ(valueText(result), "string \"given\"");
 }
+
+TEST(binding, counts_what_is_required_and_does_not_look_which)
+{
+    const hostModule host(boundModule(showThree, L"one", false, L"two", true, L"three", true, nullptr));
+    EXPECT_EQ(valueText(evaluated(L"f(\"1\", \"2\")")), "string \"1 2 - \"");
+}
+
+TEST(binding, function_without_parameters_takes_any)
+{
+    const hostModule host(boundModule(showThree, nullptr));
+    EXPECT_EQ(valueText(evaluated(L"f(nobody())")), "string \"- - - \"");
+}

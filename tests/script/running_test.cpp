@@ -258,3 +258,12 @@ TEST(running, type_keywords_are_logged_as_given)
     EXPECT_EQ(sink.lines,
               texts{L"qx::script::parseScriptType: qx::script::parseScriptType entered with typestring int"});
 }
+
+TEST(running, scope_ends_when_a_failure_passes)
+{
+    scriptcontext context;
+    qx::genericValue result;
+    EXPECT_EQ(failureOf([&] { parsed(L"{ createvar(a); getvar(missing); }")->exec(context, result); }).size(),
+              3u);
+    EXPECT_FALSE(context.hasVariable(nameOf(L"a")));
+}

@@ -80,7 +80,7 @@ TEST(genericValue, copiesAreDeep)
 {
     valueArray elements{genericValue(1), genericValue(string(L"two"))};
     const genericValue first(elements);
-    genericValue second(first);
+    genericValue second(first); // NOLINT(performance-unnecessary-copy-initialization)
     heldIn<valueArray>(second)->push_back(genericValue(3));
     heldIn<valueArray>(second)->front().setValue(9);
     EXPECT_EQ(heldIn<valueArray>(first)->size(), 2u);
