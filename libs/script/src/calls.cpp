@@ -1,6 +1,7 @@
 // Calls: functions of other script files, returning a value, and statements run as functions.
 #include "controlStatements.h"
 #include "qxScriptBase.h"
+#include "qxScriptBasePath.h"
 #include "qxScriptCode.h"
 #include "qxScriptSignals.h"
 
@@ -13,23 +14,10 @@ namespace qx::script
 namespace
 {
 
-const scString& scriptBasePath()
-{
-    static const scString name = scString::createFrom(L"scriptbasepath");
-    return name;
-}
-
 const scString& localScriptBasePath()
 {
     static const scString name = scString::createFrom(L"localscriptbasepath");
     return name;
-}
-
-// The provider of the first parameter; none without a parameter.
-ownedProvider firstValue(const callText& call)
-{
-    return call.params.empty() ? ownedProvider()
-                               : ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
 }
 
 class callFunction final : public scriptbasestatement
@@ -98,11 +86,9 @@ statement* callFunction::create(const callText& call)
     if (codeId.empty())
         refuse(L"callFunction::createFrom: error setting codeId");
     std::vector<ownedProvider> arguments;
-    for (std::size_t i = 1; i < call.params.size(); ++i) {
-        arguments.emplace_back(valueProvider::createFrom(call.params[i], call.flags));
-        if (!arguments.back())
-            refuse(L"callFunction::createFrom: error parsing \"%s\"", call.params[i].view());
-    }
+    arguments.reserve(call.params.size());
+    for (std::size_t i = 1; i < call.params.size(); ++i)
+        arguments.push_back(requireProvider(call, i, L"callFunction::createFrom: error parsing \"%s\""));
     return new callFunction(codeId, std::move(arguments));
 }
 
@@ -164,12 +150,12 @@ statement* createCallfunction(const callText& call)
 
 statement* createTreatasfunction(const callText& call)
 {
-    return new treatasfunction(firstValue(call));
+    return new treatasfunction(providerOf(call, 0));
 }
 
 statement* createReturn(const callText& call)
 {
-    return new _return(firstValue(call));
+    return new _return(providerOf(call, 0));
 }
 
 } // namespace qx::script

@@ -20,14 +20,6 @@ using intrface::unknown;
 using objectRef = intrface::interfaceptr<unknown>;
 using sharedStatement = sharedPtr<statement>;
 
-ownedProvider providerFrom(const textSlice& text, int flags, const wchar_t* failure)
-{
-    ownedProvider provider(valueProvider::createFrom(text, flags));
-    if (!provider)
-        refuse(failure, text.view());
-    return provider;
-}
-
 // The statement of a text; null where the text holds none.
 sharedStatement statementFrom(const textSlice& text, int flags)
 {
@@ -102,7 +94,7 @@ statement* _if::create(const callText& call)
 {
     if (call.params.size() < 2)
         refuse(L"_if::createFrom: number of parameters < 2");
-    ownedProvider condition = providerFrom(call.params[0], call.flags, ifFailure);
+    ownedProvider condition = requireProvider(call, 0, ifFailure);
     const sharedStatement thenDo = branchFrom(call, 1);
     return new _if(std::move(condition), thenDo, branchFrom(call, 2));
 }
@@ -168,8 +160,7 @@ public:
     {
         if (call.params.size() < 2)
             refuse(L"_while::createFrom: number of parameters < 2");
-        ownedProvider condition =
-            providerFrom(call.params[0], call.flags, L"_while::createFrom: error parsing \"%s\"");
+        ownedProvider condition = requireProvider(call, 0, L"_while::createFrom: error parsing \"%s\"");
         return new _while(std::move(condition), bodyFrom(call, 1));
     }
 
@@ -270,7 +261,7 @@ statement* for_each::create(const callText& call)
     const scString name = scString::createFrom(call.params[0].text());
     if (name.string().empty())
         refuse(failure, call.params[0].view());
-    ownedProvider collection = providerFrom(call.params[1], call.flags, failure);
+    ownedProvider collection = requireProvider(call, 1, failure);
     return new for_each(name, std::move(collection), bodyFrom(call, 2));
 }
 

@@ -140,4 +140,11 @@ template <class... Args>
     throw false;
 }
 
+// The provider of the parameter at `place`. Null where the call has none there or its text makes none.
+ownedProvider providerOf(const callText& call, std::size_t place);
+
+// The same for one that has to be made: where it is null the call is refused with `failure`, which may name
+// the text of the parameter.
+ownedProvider requireProvider(const callText& call, std::size_t place, const wchar_t* failure);
+
 } // namespace qx::script

@@ -1,5 +1,6 @@
 #include "qxScriptCode.h"
 
+#include "qxScriptBasePath.h"
 #include "qxScriptException.h"
 #include "qxScriptFile.h"
 #include "qxScriptFunction.h"
@@ -44,13 +45,13 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     return function::parse(body, declarations, source, time);
 }
 
+} // namespace
+
 const scString& scriptBasePath()
 {
     static const scString name = scString::createFrom(L"scriptbasepath");
     return name;
 }
-
-} // namespace
 
 // The functions that are loaded, under the file name as it was asked for and the function name. Two files of
 // one name share their entries, whatever their directories.

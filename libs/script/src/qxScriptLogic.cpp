@@ -25,11 +25,9 @@ public:
     static statement* createFrom(const callText& call)
     {
         autoPtr<logicoperation> made(new logicoperation);
-        for (const textSlice& param : call.params) {
-            made->mOperands.emplace_back(valueProvider::createFrom(param, call.flags));
-            if (!made->mOperands.back())
-                refuse(L"and::createFrom: error parsing %s", param.view());
-        }
+        made->mOperands.reserve(call.params.size());
+        for (std::size_t i = 0; i < call.params.size(); ++i)
+            made->mOperands.push_back(requireProvider(call, i, L"and::createFrom: error parsing %s"));
         if (made->mOperands.size() < 2)
             refuse(L"and::createFrom: invalid number of parameters");
         return made.release();

@@ -19,12 +19,9 @@ binaryoperands::binaryoperands(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpFirst = ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
-    if (!mpFirst)
-        refuse(L"binaryoperation::createFrom: error parsing %s", call.params[0].view());
+    mpFirst = requireProvider(call, 0, L"binaryoperation::createFrom: error parsing %s");
     // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
-    if (call.params.size() > 1)
-        mpSecond = ownedProvider(valueProvider::createFrom(call.params[1], call.flags));
+    mpSecond = providerOf(call, 1);
 }
 
 void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
@@ -43,9 +40,7 @@ unaryoperand::unaryoperand(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpOperand = ownedProvider(valueProvider::createFrom(call.params[0], call.flags));
-    if (!mpOperand)
-        refuse(L"unaryoperation::createFrom: error parsing %s", call.params[0].view());
+    mpOperand = requireProvider(call, 0, L"unaryoperation::createFrom: error parsing %s");
 }
 
 void unaryoperand::evaluate(codecontext& context, genericValue& operand) const

@@ -57,14 +57,6 @@ scString nameOf(const callText& call, const refusals& texts)
     return name;
 }
 
-ownedProvider providerOf(const callText& call, std::size_t parameter, const wchar_t* unusable)
-{
-    ownedProvider made(valueProvider::createFrom(call.params[parameter], call.flags));
-    if (!made)
-        refuse(unusable, call.params[parameter].view());
-    return made;
-}
-
 class createArray final : public scriptbasestatement
 {
 public:
@@ -80,7 +72,7 @@ public:
     {
         if (call.params.empty())
             return new createArray(ownedProvider());
-        return new createArray(providerOf(call, 0, L"createArray:::createFrom: error parsing \"%s\""));
+        return new createArray(requireProvider(call, 0, L"createArray:::createFrom: error parsing \"%s\""));
     }
 
 private:
@@ -194,7 +186,7 @@ public:
         static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
                                         L"addToArray::createFrom: error parsing \"%s\""};
         const scString name = nameOf(call, texts);
-        return new addToArray(name, providerOf(call, 1, texts.unusable));
+        return new addToArray(name, requireProvider(call, 1, texts.unusable));
     }
 
 private:
@@ -226,7 +218,7 @@ public:
         static constexpr refusals texts{2, L"arrayElement::createFrom: number of parameters < 2",
                                         L"arrayElement::createFrom: error parsing \"%s\""};
         const scString name = nameOf(call, texts);
-        return new arrayElement(name, providerOf(call, 1, texts.unusable));
+        return new arrayElement(name, requireProvider(call, 1, texts.unusable));
     }
 
 private:
@@ -252,7 +244,7 @@ class mapStatement : public scriptbasestatement
 {
 protected:
     mapStatement(const callText& call, const refusals& texts)
-        : mName(nameOf(call, texts)), mpKey(providerOf(call, 1, texts.unusable))
+        : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
     {}
 
     containerIn<mapOf<K>> requireMap(codecontext& context) const
@@ -305,7 +297,7 @@ private:
                                     L"insertIntoMap::createFrom: error parsing \"%s\""};
 
     explicit insertIntoMap(const callText& call)
-        : mapStatement<K>(call, texts), mpValue(providerOf(call, 2, texts.unusable))
+        : mapStatement<K>(call, texts), mpValue(requireProvider(call, 2, texts.unusable))
     {}
 
     ownedProvider mpValue;

@@ -166,10 +166,7 @@ public:
     {
         if (call.params.empty())
             refuse(L"strlen::createFrom: number of parameters < 1");
-        ownedProvider value(valueProvider::createFrom(call.params[0], call.flags));
-        if (!value)
-            refuse(L"strlen::createFrom: error parsing \"%s\"", call.params[0].view());
-        return new scr_strlen(std::move(value));
+        return new scr_strlen(requireProvider(call, 0, L"strlen::createFrom: error parsing \"%s\""));
     }
 
 private:
@@ -200,11 +197,8 @@ public:
             refuse(L"strcat::createFrom: number of parameters < 2");
         std::vector<ownedProvider> values;
         values.reserve(call.params.size());
-        for (const textSlice& text : call.params) {
-            values.emplace_back(valueProvider::createFrom(text, call.flags));
-            if (!values.back())
-                refuse(L"strcat::createFrom: error parsing \"%s\"", text.view());
-        }
+        for (std::size_t i = 0; i < call.params.size(); ++i)
+            values.push_back(requireProvider(call, i, L"strcat::createFrom: error parsing \"%s\""));
         return new scr_strcat(std::move(values));
     }
 

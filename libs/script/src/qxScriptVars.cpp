@@ -40,13 +40,6 @@ scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t
     return name;
 }
 
-// The value that the second parameter gives, if there is one.
-ownedProvider optionalValue(const callText& call)
-{
-    return call.params.size() < 2 ? ownedProvider()
-                                  : ownedProvider(valueProvider::createFrom(call.params[1], call.flags));
-}
-
 sharedPtr<genericValue> storageOf(codecontext& context, eVarScope scope, const scString& name)
 {
     switch (scope) {
@@ -84,11 +77,25 @@ private:
     scString mName;
 };
 
-class createVariable final : public scriptbasestatement
+// What the statements that put a value into a variable share. Without a second parameter there is none.
+class assignment : public scriptbasestatement
+{
+protected:
+    assignment(eVarScope scope, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
+        : mScope(scope), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
+    {}
+
+    eVarScope mScope;
+    scString mName;
+    ownedProvider mpValue;
+};
+
+class createVariable final : public assignment
 {
 public:
-    createVariable(eVarScope scope, const scString& name, ownedProvider value)
-        : mScope(scope), mName(name), mpValue(std::move(value))
+    createVariable(eVarScope scope, const callText& call)
+        : assignment(scope, call, L"createVariable::createFrom: number of parameters < 1",
+                     L"createVariable::createFrom: error setting variablename \"%s\"")
     {}
 
     statement* clone() const override { return new createVariable(*this); }
@@ -106,22 +113,16 @@ public:
     template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        const scString name = requiredName(call, L"createVariable::createFrom: number of parameters < 1",
-                                           L"createVariable::createFrom: error setting variablename \"%s\"");
-        return new createVariable(Scope, name, optionalValue(call));
+        return new createVariable(Scope, call);
     }
-
-private:
-    eVarScope mScope;
-    scString mName;
-    ownedProvider mpValue;
 };
 
-class setVariable final : public scriptbasestatement
+class setVariable final : public assignment
 {
 public:
-    setVariable(eVarScope scope, const scString& name, ownedProvider value)
-        : mScope(scope), mName(name), mpValue(std::move(value))
+    setVariable(eVarScope scope, const callText& call)
+        : assignment(scope, call, L"setVariable::createFrom: number of parameters < 1",
+                     L"setVariable::createFrom: error setting variablename \"%s\"")
     {}
 
     statement* clone() const override { return new setVariable(*this); }
@@ -138,15 +139,8 @@ public:
     template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        const scString name = requiredName(call, L"setVariable::createFrom: number of parameters < 1",
-                                           L"setVariable::createFrom: error setting variablename \"%s\"");
-        return new setVariable(Scope, name, optionalValue(call));
+        return new setVariable(Scope, call);
     }
-
-private:
-    eVarScope mScope;
-    scString mName;
-    ownedProvider mpValue;
 };
 
 class getVariable final : public scriptbasestatement
@@ -225,7 +219,7 @@ public:
     {
         if (call.params.empty())
             refuse(L"isnull::createFrom: number of parameters < 1");
-        return new isnull(ownedProvider(valueProvider::createFrom(call.params[0], call.flags)));
+        return new isnull(providerOf(call, 0));
     }
 
 private:
@@ -278,7 +272,7 @@ statement* createIsoftype(const callText& call)
     const ePrimitiveScriptType type = parseScriptType(call.types[0]);
     for (const auto& member : members)
         if (member.type == type)
-            return member.make(ownedProvider(valueProvider::createFrom(call.params[0], call.flags)));
+            return member.make(providerOf(call, 0));
     return nullptr;
 }
 
