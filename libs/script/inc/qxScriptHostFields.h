@@ -1,0 +1,320 @@
+// Fields of host objects by table: members, or pairs of functions, bound to names.
+//
+//     class order final : public qx::host::fieldObject<order>
+//     {
+//     public:
+//         static const qx::host::fieldTable<order>& fields()
+//         {
+//             static const qx::host::fieldTable<order> table = {
+//                 {L"number", &order::mNumber},
+//                 {L"discount", &order::discount, &order::setDiscount},
+//                 {L"total", &order::total}, // no setter: scripts read it only
+//             };
+//             return table;
+//         }
+//         ...
+//
+// A field has a held type of genericValue, or is a refPtr to an object or a vector of such, which scripts
+// read as a reference or an array and do not write. Whatever type a script states, the value is converted to
+// and from the field's own as everywhere in the language.
+#pragma once
+
+#include "qxScriptHostObject.h"
+
+#include "qxHeldTypes.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <typeinfo>
+
+namespace qx::host
+{
+
+// One field of a class: a name, and how it is read and written.
+template <class Owner>
+class field
+{
+public:
+    // A member.
+    template <class T>
+    field(const wchar_t* name, T Owner::*member, const wchar_t* label = L"")
+        : mName(name), mLabel(label), mAccess(new memberAccess<T>(member))
+    {}
+    // What a function gives.
+    template <class T>
+    field(const wchar_t* name, T (Owner::*getter)() const, const wchar_t* label = L"")
+        : mName(name), mLabel(label), mAccess(new computedAccess<std::remove_cvref_t<T>, T>(getter))
+    {}
+    // A pair of functions. The setter gives nothing, or a bool that is false for a value that it refuses.
+    template <class T, class Set, class Done>
+    field(const wchar_t* name, T (Owner::*getter)() const, Done (Owner::*setter)(Set),
+          const wchar_t* label = L"")
+        : mName(name), mLabel(label),
+          mAccess(new propertyAccess<std::remove_cvref_t<T>, T, Set, Done>(getter, setter))
+    {}
+
+    std::wstring_view name() const { return mName; }
+    const wchar_t* label() const { return mLabel; }
+    bool isWritable() const { return mAccess->isWritable(); }
+
+    genericValue get(const Owner& owner) const { return mAccess->get(owner); }
+    // False where the field's type does not convert.
+    template <class T>
+    bool get(const Owner& owner, T& out) const
+    {
+        if (mAccess->type() == typeid(T)) {
+            mAccess->copy(owner, &out);
+            return true;
+        }
+        return mAccess->get(owner).getValue(out);
+    }
+    // False where the field cannot be written, the value does not convert, or the setter refuses it.
+    bool set(Owner& owner, const genericValue& value) const { return mAccess->set(owner, value); }
+
+private:
+    class access
+    {
+    public:
+        virtual ~access() = default;
+        virtual const std::type_info& type() const = 0;
+        virtual bool isWritable() const = 0;
+        virtual genericValue get(const Owner& owner) const = 0;
+        virtual void copy(const Owner& owner, void* out) const = 0; // to a place of exactly this type
+        virtual bool set(Owner& owner, const genericValue& value) const = 0;
+    };
+
+    template <class T>
+    class typedAccess : public access
+    {
+    public:
+        const std::type_info& type() const override { return typeid(T); }
+        bool isWritable() const override { return false; }
+        bool set(Owner&, const genericValue&) const override { return false; }
+    };
+
+    template <class T>
+    class memberAccess final : public typedAccess<T>
+    {
+    public:
+        explicit memberAccess(T Owner::*member) : mMember(member) {}
+        bool isWritable() const override { return readable<T>; }
+        genericValue get(const Owner& owner) const override { return valueOf(owner.*mMember); }
+        void copy(const Owner& owner, void* out) const override { *static_cast<T*>(out) = owner.*mMember; }
+        bool set(Owner& owner, const genericValue& value) const override
+        {
+            if constexpr (readable<T>)
+                return value.getValue(owner.*mMember);
+            else
+                return false;
+        }
+
+    private:
+        T Owner::*mMember;
+    };
+
+    template <class T, class Got>
+    class computedAccess : public typedAccess<T>
+    {
+    public:
+        explicit computedAccess(Got (Owner::*getter)() const) : mGetter(getter) {}
+        genericValue get(const Owner& owner) const override { return valueOf((owner.*mGetter)()); }
+        void copy(const Owner& owner, void* out) const override
+        {
+            *static_cast<T*>(out) = (owner.*mGetter)();
+        }
+
+    private:
+        Got (Owner::*mGetter)() const;
+    };
+
+    template <class T, class Got, class Set, class Done>
+    class propertyAccess final : public computedAccess<T, Got>
+    {
+        static_assert(readable<std::remove_cvref_t<Set>>, "scripts write held types");
+
+    public:
+        propertyAccess(Got (Owner::*getter)() const, Done (Owner::*setter)(Set))
+            : computedAccess<T, Got>(getter), mSetter(setter)
+        {}
+        bool isWritable() const override { return true; }
+        bool set(Owner& owner, const genericValue& value) const override
+        {
+            std::remove_cvref_t<Set> converted{};
+            if (!value.getValue(converted))
+                return false;
+            if constexpr (std::is_void_v<Done>) {
+                (owner.*mSetter)(converted);
+                return true;
+            } else {
+                return (owner.*mSetter)(converted);
+            }
+        }
+
+    private:
+        Done (Owner::*mSetter)(Set);
+    };
+
+    std::wstring_view mName;
+    const wchar_t* mLabel;
+    sharedPtr<const access> mAccess;
+};
+
+// The fields of a class, to be made once. Names and labels are literals; names are compared exactly.
+template <class Owner>
+class fieldTable
+{
+public:
+    fieldTable(std::initializer_list<field<Owner>> fields) : mFields(fields)
+    {
+        std::sort(mFields.begin(), mFields.end(),
+                  [](const field<Owner>& a, const field<Owner>& b) { return a.name() < b.name(); });
+    }
+
+    std::size_t size() const { return mFields.size(); }
+    const field<Owner>& operator[](std::size_t index) const { return mFields[index]; }
+
+    // size() for a name that no field has.
+    std::size_t find(std::wstring_view name) const
+    {
+        const auto at = std::lower_bound(
+            mFields.begin(), mFields.end(), name,
+            [](const field<Owner>& f, std::wstring_view wanted) { return f.name() < wanted; });
+        const bool found = at != mFields.end() && at->name() == name;
+        return found ? static_cast<std::size_t>(at - mFields.begin()) : size();
+    }
+
+private:
+    std::vector<field<Owner>> mFields; // by name
+};
+
+// fieldaccess as such, unless the object offers an interface that extends it.
+template <class... More>
+using withFields = std::conditional_t<
+    (std::is_base_of_v<intrface::fieldaccess, More> || ...),
+    object<intrface::arrayfieldaccess, intrface::propertyaccess, More...>,
+    object<intrface::fieldaccess, intrface::arrayfieldaccess, intrface::propertyaccess, More...>>;
+
+// Base of an object whose class `Derived` has a static `fields()`: offers fieldaccess, arrayfieldaccess and
+// propertyaccess over that table, and the interfaces named besides, which Derived implements.
+//
+// States of fields belong to the single object: nothing is disabled to begin with, what scripts cannot write
+// is constant, and labels are those of the table. They are for editors; a script may write a disabled field.
+template <class Derived, class... More>
+class fieldObject : public withFields<More...>
+{
+public:
+    bool hasField(const wchar_t* name) override { return table().find(name) < table().size(); }
+
+    bool getValue(const wchar_t* name, genericValue& value) override
+    {
+        const field<Derived>* const found = find(name);
+        if (!found)
+            return false;
+        value = found->get(self());
+        return true;
+    }
+    bool getValue(const wchar_t* name, timestamp* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, time* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, date* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, string* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, double* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, float* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, ulong32* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, uint* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, ushort* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, long32* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, int* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, short* value) override { return get(name, *value); }
+    bool getValue(const wchar_t* name, bool* value) override { return get(name, *value); }
+
+    bool setValue(const wchar_t* name, timestamp value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, time value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, date value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, const string& value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, double value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, float value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, ulong32 value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, uint value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, ushort value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, long32 value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, short value) override { return set(name, value); }
+    bool setValue(const wchar_t* name, bool value) override { return set(name, value); }
+
+    bool getValue(const wchar_t* name, std::vector<genericValue>* value) override
+    {
+        return get(name, *value);
+    }
+
+    bool setDisabled(const wchar_t* name, bool disabled) override
+    {
+        return change(name, [&](state& s) { s.disabled = disabled; });
+    }
+    bool isDisabled(const wchar_t* name) override { return stateOf(name).disabled; }
+    bool setConstant(const wchar_t* name, bool constant) override
+    {
+        return change(name, [&](state& s) { s.constant = constant; });
+    }
+    bool isConstant(const wchar_t* name) override { return stateOf(name).constant; }
+    bool setLabel(const wchar_t* name, const string& label) override
+    {
+        return change(name, [&](state& s) { s.label = label; });
+    }
+    string getLabel(const wchar_t* name) override { return stateOf(name).label; }
+
+private:
+    struct state
+    {
+        bool disabled = false;
+        bool constant = false;
+        string label;
+    };
+
+    static const fieldTable<Derived>& table() { return Derived::fields(); }
+    static const field<Derived>* find(const wchar_t* name)
+    {
+        const std::size_t index = table().find(name);
+        return index < table().size() ? &table()[index] : nullptr;
+    }
+    Derived& self() { return static_cast<Derived&>(*this); }
+
+    template <class T>
+    bool get(const wchar_t* name, T& out)
+    {
+        const field<Derived>* const found = find(name);
+        return found && found->get(self(), out);
+    }
+    template <class T>
+    bool set(const wchar_t* name, const T& value)
+    {
+        const field<Derived>* const found = find(name);
+        return found && found->set(self(), genericValue(value));
+    }
+
+    static state initialState(std::size_t index)
+    {
+        return {false, !table()[index].isWritable(), string(table()[index].label())};
+    }
+    state stateOf(const wchar_t* name) const
+    {
+        const std::size_t index = table().find(name);
+        if (index < mStates.size())
+            return mStates[index];
+        return index < table().size() ? initialState(index) : state();
+    }
+    // False for a name that no field has.
+    template <class Change>
+    bool change(const wchar_t* name, const Change& apply)
+    {
+        const std::size_t index = table().find(name);
+        if (index == table().size())
+            return false;
+        while (mStates.size() < table().size())
+            mStates.push_back(initialState(mStates.size()));
+        apply(mStates[index]);
+        return true;
+    }
+
+    std::vector<state> mStates; // as in the table; empty until the first change
+};
+
+} // namespace qx::host

@@ -1,0 +1,252 @@
+// What qxScriptHost.h makes short: objects, fields by table, walks, and functions as statements.
+#include "host.h"
+#include "valueText.h"
+
+#include <qxScriptHost.h>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+using qx::genericValue;
+using qx::refPtr;
+using qx::string;
+namespace host = qx::host;
+namespace intrface = qx::intrface;
+
+namespace
+{
+
+class part final : public host::fieldObject<part, intrface::restrictionsaccess, intrface::triggerEvents>
+{
+public:
+    explicit part(int* ended) : mEnded(ended) {}
+    ~part() override { ++*mEnded; }
+
+    static const host::fieldTable<part>& fields()
+    {
+        static const host::fieldTable<part> table = {{L"length", &part::mLength, L"Length"},
+                                                     {L"name", &part::name, &part::setName},
+                                                     {L"double", &part::twice},
+                                                     {L"sizes", &part::mSizes},
+                                                     {L"neighbour", &part::mNeighbour},
+                                                     {L"made", &part::mMade},
+                                                     {L"capped", &part::capped, &part::setCap}};
+        return table;
+    }
+
+    const string& name() const { return mName; }
+    void setName(const string& name) { mName = name; }
+    int twice() const { return mLength * 2; }
+    short capped() const { return mCap; }
+    bool setCap(short cap) { return cap < 10 && (mCap = cap, true); }
+
+    bool setRestriction(const wchar_t*, const qx::sharedPtr<qx::conditions::condition>&) override
+    {
+        return false;
+    }
+    qx::sharedPtr<qx::conditions::condition> getRestriction(const wchar_t*) override { return {}; }
+    bool triggerFieldChange(const wchar_t*) override { return true; }
+    bool triggerFieldInfoChange(const wchar_t*) override { return true; }
+
+    refPtr<part> mNeighbour;
+
+private:
+    int* mEnded;
+    int mLength = 4;
+    string mName = L"bolt";
+    std::vector<double> mSizes = {1.5, 2};
+    qx::date mMade{2024, 3, 9};
+    short mCap = 1;
+};
+
+class statementOfAFunction : public testing::Test
+{
+protected:
+    // The value of a text, or the innermost reason why it has none.
+    static std::string outcome(const wchar_t* text)
+    {
+        qx::script::scriptcontext context;
+        genericValue result;
+        const texts chain = failureOf([&] { parsed(text)->exec(context, result); });
+        return chain[0] == L"nothing thrown" ? valueText(result) : chain.back().utf8();
+    }
+};
+
+} // namespace
+
+TEST(hostObject, answersForEachInterfaceAndEndsOnce)
+{
+    int ended = 0;
+    {
+        refPtr<part> object(new part(&ended));
+        for (const wchar_t* name : {L"qx::intrface::unknown", L"qx::intrface::fieldaccess",
+                                    L"qx::intrface::restrictionsaccess", L"qx::intrface::propertyaccess",
+                                    L"qx::intrface::arrayfieldaccess", L"qx::intrface::triggerEvents"}) {
+            void* found = nullptr;
+            EXPECT_TRUE(object->queryInterface(name, &found)) << string(name).utf8();
+            ASSERT_NE(found, nullptr);
+            EXPECT_EQ(object->release(), 1u);
+        }
+        const void* found = &ended;
+        const part& fixed = *object;
+        EXPECT_FALSE(fixed.queryInterface(L"qx::intrface::relationaccess", &found));
+        EXPECT_EQ(found, nullptr);
+
+        host::reference held = host::referenceTo(object);
+        intrface::interfaceptr<intrface::fieldaccess> fields(held);
+        object = refPtr<part>();
+        EXPECT_EQ(ended, 0);
+        string name;
+        EXPECT_TRUE(fields->getValue(L"name", &name));
+        EXPECT_EQ(host::objectOf<part>(held.getUnknown())->name(), L"bolt");
+        EXPECT_FALSE(host::objectOf<host::objectIterator>(held.getUnknown()));
+    }
+    EXPECT_EQ(ended, 1);
+}
+
+TEST(hostObject, readsAndWritesFieldsInAnyType)
+{
+    int ended = 0;
+    const refPtr<part> object(new part(&ended));
+    object->mNeighbour = refPtr<part>(new part(&ended));
+    double number = 0;
+    string text;
+    EXPECT_TRUE(object->getValue(L"length", &number));
+    EXPECT_EQ(number, 4);
+    EXPECT_TRUE(object->setValue(L"length", string(L" 12 ")));
+    EXPECT_TRUE(object->getValue(L"double", &text));
+    EXPECT_EQ(text, L"24");
+    EXPECT_TRUE(object->setValue(L"name", 2.5));
+    EXPECT_EQ(object->name(), L"2.5");
+    qx::timestamp made;
+    EXPECT_TRUE(object->getValue(L"made", &made));
+    EXPECT_EQ(made.toText(), L"2024-03-09 00:00:00");
+
+    EXPECT_FALSE(object->setValue(L"length", string(L"long"))); // does not convert
+    EXPECT_FALSE(object->setValue(L"capped", qx::long32(11)));  // the setter refuses
+    EXPECT_FALSE(object->setValue(L"double", true));            // no setter
+    EXPECT_FALSE(object->setValue(L"absent", true));
+    EXPECT_FALSE(object->getValue(L"absent", &text));
+    EXPECT_FALSE(object->getValue(L"sizes", &text));
+    EXPECT_TRUE(object->hasField(L"sizes"));
+    EXPECT_FALSE(object->hasField(L"Sizes"));
+
+    qx::valueArray sizes;
+    EXPECT_TRUE(object->getValue(L"sizes", &sizes));
+    EXPECT_EQ(valueText(genericValue(sizes)), "array [double 1.5, double 2]");
+    genericValue any;
+    EXPECT_TRUE(object->getValue(L"neighbour", any));
+    refPtr<part> neighbour;
+    EXPECT_TRUE(host::readValue(any, neighbour));
+    EXPECT_EQ(neighbour.get(), object->mNeighbour.get());
+    EXPECT_FALSE(object->getValue(L"absent", any));
+}
+
+TEST(hostObject, keepsStatesForEachField)
+{
+    int ended = 0;
+    const refPtr<part> object(new part(&ended));
+    EXPECT_FALSE(object->isConstant(L"length"));
+    EXPECT_TRUE(object->isConstant(L"double"));
+    EXPECT_TRUE(object->setDisabled(L"length", true));
+    EXPECT_TRUE(object->setConstant(L"name", true));
+    EXPECT_TRUE(object->setLabel(L"name", L"Name"));
+    EXPECT_TRUE(object->isDisabled(L"length"));
+    EXPECT_FALSE(object->isDisabled(L"name"));
+    EXPECT_TRUE(object->isConstant(L"name"));
+    EXPECT_TRUE(object->isConstant(L"double"));
+    EXPECT_EQ(object->getLabel(L"length"), L"Length");
+    EXPECT_EQ(object->getLabel(L"name"), L"Name");
+    EXPECT_FALSE(object->setLabel(L"absent", L"x"));
+    EXPECT_EQ(object->getLabel(L"absent"), L"");
+}
+
+TEST(hostObject, iteratorKeepsWhatItWalksOver)
+{
+    int ended = 0;
+    {
+        refPtr<host::objectIterator> walk;
+        {
+            const std::vector<refPtr<part>> parts = {refPtr<part>(new part(&ended)), refPtr<part>(),
+                                                     refPtr<part>(new part(&ended))};
+            walk = host::iterate(parts);
+        }
+        qx::script::scriptcontext context;
+        context.createVariable(nameOf(L"walk"), host::valueOf(walk));
+        genericValue result;
+        for (int pass = 0; pass < 2; ++pass)
+            parsed(L"createarray(walk)")->exec(context, result);
+        EXPECT_EQ(valueText(result),
+                  "array [unknownptr to an object, unknownptr to nothing, unknownptr to an object]");
+        EXPECT_EQ(ended, 0);
+    }
+    EXPECT_EQ(ended, 2);
+}
+
+TEST_F(statementOfAFunction, takesAndGivesWhatTheFunctionDoes)
+{
+    static int calls = 0;
+    host::addStatement(L"hostAdd", {L"a", L"b"},
+                       [](int a, std::optional<short> b) { return a + b.value_or(100); });
+    host::addStatement(L"host join", {L"parts"}, [](const std::vector<string>& parts) {
+        string joined;
+        for (const string& piece : parts)
+            joined += piece;
+        return joined;
+    });
+    host::addStatement(L"hostset", {L"value"},
+                       [](qx::script::codecontext& context, const genericValue& value) {
+                           ++calls;
+                           context.setGlobalContextVariable(nameOf(L"seen"), value);
+                       });
+    host::addStatement(L"hostthrow", {L"how"}, [](const string& how) -> bool {
+        if (how == L"std")
+            throw std::runtime_error("disk on fire");
+        throw qx::unexpectedErrorException(L"own %s", how);
+    });
+    host::addStatement(L"hostpart", {L"object"}, [](const refPtr<part>& object) { return !object; });
+    const struct
+    {
+        const wchar_t* text;
+        const char* outcome;
+    } cases[] = {
+        {L"HostAdd(\"1\", \"2\")", "int 3"},
+        {L"hostadd(\"1\")", "int 101"},
+        {L"hostadd(hostadd(\"1\"), \"2\", \"ignored\")", "int 103"},
+        {L"hostadd(\"x\")", "parameter a does not read"},
+        {L"hostadd(\"1\", \"70000\")", "parameter b does not read"},
+        {L"hostjoin(strsplit(\"a,b\", \",\"))", "string \"ab\""},
+        {L"{ hostset(\"v\"); return(seen); }", "string \"v\""},
+        {L"hostset(nullref())", "null"},
+        {L"hostthrow(\"std\")", "disk on fire"},
+        {L"hostthrow(\"way\")", "own way"},
+        {L"hostpart(nullref())", "bool true"},
+        {L"hostpart(\"text\")", "parameter object does not read"},
+    };
+    for (const auto& tried : cases) {
+        const std::string given = outcome(tried.text);
+        EXPECT_NE(given.find(tried.outcome), std::string::npos)
+            << string(tried.text).utf8() << " gives " << given;
+    }
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(failureOf([] { parsed(L"hostadd()"); }).back(), L"hostAdd: Number of parameters < 1");
+
+    const ownedStatement original = parsed(L"hostadd(\"1\", \"2\")");
+    const ownedStatement clone(original->clone());
+    qx::script::scriptcontext context;
+    genericValue result;
+    clone->exec(context, result);
+    EXPECT_EQ(valueText(result), "int 3");
+}
+
+TEST_F(statementOfAFunction, hasANameOfItsOwn)
+{
+    host::addStatement(L"hostonce", {}, [] { return true; });
+    EXPECT_EQ(failureOf([] { host::addStatement(L"Host Once", {}, [] {}); }).back(),
+              L"addStatement: Host Once exists already");
+    EXPECT_EQ(failureOf([] { host::addStatement(L"StrLen", {}, [] {}); }).back(),
+              L"addStatement: StrLen exists already");
+    EXPECT_EQ(failureOf([] { host::addStatement(L"hostcount", {L"a"}, [] {}); }).back(),
+              L"addStatement: hostcount has another number of parameters");
+}
