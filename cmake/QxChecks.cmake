@@ -39,3 +39,13 @@ function(qx_header_cost_check library header seconds)
         COMMAND_EXPAND_LISTS)
     set_tests_properties(header-cost.${header} PROPERTIES LABELS release RUN_SERIAL ON)
 endfunction()
+
+# qx_embedding_check(WAY): a project of its own embeds the engine in that way.
+function(qx_embedding_check way)
+    if(NOT TARGET qxscriptTool)
+        return()
+    endif()
+    add_test(NAME embedding.${way}
+        COMMAND ${PROJECT_SOURCE_DIR}/cmake/checks/embedding.sh ${way} ${PROJECT_BINARY_DIR})
+    set_tests_properties(embedding.${way} PROPERTIES LABELS release TIMEOUT 900)
+endfunction()
