@@ -1,7 +1,9 @@
 // A console host: orders are real objects of this program, and a script checks them and computes them.
+#include "money.h"
 #include "order.h"
 
 #include <qxMath.h>
+#include <qxPlatformSystem.h>
 
 #include <cstdio>
 #include <optional>
@@ -16,9 +18,19 @@ void print(const qx::string& line)
     std::puts(line.utf8().c_str());
 }
 
-// A statement of the host's own, for all its scripts: vat(net, [rate]).
+// Between scripts and the machine: this host does not let them end it by a division.
+class guardedSystem final : public qx::platformSystem
+{
+public:
+    [[noreturn]] void divisionFault() override { throw qx::unexpectedErrorException(L"division by zero"); }
+};
+
+// Statements of the host's own, for all its scripts.
 void addStatements()
 {
+    static qx::script::scriptModule handMade(money::make);
+    handMade.registerModule();
+
     qx::host::addStatement(L"vat", {L"net", L"rate"}, [](double net, std::optional<double> rate) {
         return qx::roundImp(net * rate.value_or(0.2), 2);
     });
@@ -57,6 +69,8 @@ void handle(const refPtr<order>& subject)
 
 int main()
 {
+    static guardedSystem guarded;
+    qx::system::setCurrent(&guarded);
     addStatements();
 
     const refPtr<customer> ada(new customer(L"Ada", 5000));
