@@ -130,6 +130,14 @@ public:
 
     unknown* getUnknown() override { return this->mpInterface; }
 
+    // Drops what it holds and gives the place where an operation that hands out an object puts its pointer,
+    // with the reference that comes with it: null on entry, as the operations want it.
+    T** receive()
+    {
+        this->drop();
+        return &this->mpInterface;
+    }
+
     T* get() const noexcept { return this->mpInterface; }
     T* operator->() const noexcept { return this->mpInterface; }
 };

@@ -4,6 +4,7 @@
 // its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
 // here.
 #include "qxScriptBase.h"
+#include "qxScriptHeld.h"
 #include "qxScriptModules.h"
 #include "qxScriptReference.h"
 #include "qxScriptTypes.h"
@@ -16,28 +17,6 @@ namespace qx::script
 
 namespace
 {
-
-// A container in place, inside a variable. It lives as long as this, whatever becomes of the variable.
-template <class Container>
-class containerIn
-{
-public:
-    // Null where the variable does not exist or holds anything else; nothing is converted.
-    explicit containerIn(const sharedPtr<genericValue>& variable)
-        : mShared(variable ? variable->holderCopy() : sharedPtr<genericValue::holderbase>())
-    {
-        if (auto* const holder = dynamic_cast<genericValue::holder<Container>*>(mShared.get()))
-            mpContainer = &holder->value();
-    }
-
-    explicit operator bool() const { return mpContainer != nullptr; }
-    Container* operator->() const { return mpContainer; }
-    Container& operator*() const { return *mpContainer; }
-
-private:
-    sharedPtr<genericValue::holderbase> mShared;
-    Container* mpContainer = nullptr;
-};
 
 // What the factories of one statement say of a text that they refuse.
 struct refusals
@@ -132,9 +111,9 @@ class arrayStatement : public scriptbasestatement
 protected:
     explicit arrayStatement(const scString& name) : mName(name) {}
 
-    containerIn<valueArray> requireArray(codecontext& context) const
+    heldIn<valueArray> requireArray(codecontext& context) const
     {
-        containerIn<valueArray> array(context.variableAddress(mName));
+        heldIn<valueArray> array(context.variableAddress(mName).get());
         if (!array)
             execError(this, L"Error retrieving array");
         return array;
@@ -172,7 +151,7 @@ public:
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
     {
-        const containerIn<valueArray> array = requireArray(context);
+        const heldIn<valueArray> array = requireArray(context);
         if (!mpValue)
             execError(this, L"Error retrieving value(1)");
         genericValue value;
@@ -202,7 +181,7 @@ public:
     statement* clone() const override { return new arrayElement(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const containerIn<valueArray> array = requireArray(context);
+        const heldIn<valueArray> array = requireArray(context);
         if (!mpIndex)
             execError(this, L"Error retrieving index (1)");
         uint index = 0;
@@ -247,9 +226,9 @@ protected:
         : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
     {}
 
-    containerIn<mapOf<K>> requireMap(codecontext& context) const
+    heldIn<mapOf<K>> requireMap(codecontext& context) const
     {
-        containerIn<mapOf<K>> map(context.variableAddress(mName));
+        heldIn<mapOf<K>> map(context.variableAddress(mName).get());
         if (!map)
             execError(this, L"Map not found");
         return map;
@@ -276,7 +255,7 @@ public:
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
     {
-        const containerIn<mapOf<K>> map = this->requireMap(context);
+        const heldIn<mapOf<K>> map = this->requireMap(context);
         const K key = this->requireKey(context);
         genericValue value;
         if (!mpValue.evaluate(context, value))
@@ -311,7 +290,7 @@ public:
     // A key that is not there leaves the result as it is.
     void execute(codecontext& context, genericValue& result) const override
     {
-        const containerIn<mapOf<K>> map = this->requireMap(context);
+        const heldIn<mapOf<K>> map = this->requireMap(context);
         const auto found = map->find(this->requireKey(context));
         if (found != map->end())
             result = found->second;

@@ -3,13 +3,6 @@
 
 #include "qxHeldValue.h"
 
-namespace qx::conditions
-{
-
-condition::~condition() = default;
-
-} // namespace qx::conditions
-
 #define QX_DEFINE_HOLDER(...) template class qx::genericValue::holder<__VA_ARGS__>;
 #define QX_DEFINE_VALUE(...)                                                                                 \
     QX_DEFINE_HOLDER(__VA_ARGS__)                                                                            \

@@ -1,0 +1,88 @@
+// The bases of the statements on host objects, and the creators of those that live in other sources than the
+// table.
+#pragma once
+
+#include "qxScriptBase.h"
+#include "qxScriptHeld.h"
+#include "qxScriptReference.h"
+
+namespace qx::script
+{
+
+using objectRef = intrface::interfaceptr<intrface::unknown>;
+
+// How the factories of one statement refuse a call.
+struct objectRefusals
+{
+    std::size_t required; // parameters
+    const wchar_t* tooFew;
+    const wchar_t* unusable; // with the text of the parameter
+};
+
+// Base of the statements whose parameters stand by place: the first one is the object.
+class methodstatement : public scriptbasestatement
+{
+protected:
+    methodstatement(const callText& call, const objectRefusals& texts);
+
+    // The interface T of the object.
+    template <class T>
+    intrface::interfaceptr<T> requireObject(codecontext& context) const
+    {
+        objectRef object = getObject(context);
+        intrface::interfaceptr<T> found(object);
+        if (!found.isValid())
+            execError(this, L"unable to retrieve object");
+        return found;
+    }
+
+private:
+    // Null where the value holds anything but an object: nothing is converted.
+    objectRef getObject(codecontext& context) const;
+
+    ownedProvider mpObject;
+};
+
+// ... and the second one the name of a field or relation.
+class fieldstatement : public methodstatement
+{
+protected:
+    fieldstatement(const callText& call, const objectRefusals& texts);
+
+    // REQUIRED: empty where the value has no text.
+    string getFieldName(codecontext& context) const;
+
+private:
+    ownedProvider mpFieldName;
+};
+
+// Fields, see objectFields.cpp. These two give null for a type word that they do not take.
+statement* createFieldGet(const callText& call);
+statement* createFieldSet(const callText& call);
+statement* createFieldGetArray(const callText& call);
+statement* createFieldHas(const callText& call);
+
+// States of fields, see objectStates.cpp.
+statement* createSetRestriction(const callText& call);
+statement* createIsFieldValid(const callText& call);
+statement* createSetEnabled(const callText& call);
+statement* createIsEnabled(const callText& call);
+statement* createSetDisabled(const callText& call);
+statement* createIsDisabled(const callText& call);
+statement* createSetConstant(const callText& call);
+statement* createIsConstant(const callText& call);
+statement* createSetLabel(const callText& call);
+statement* createSetLabelSwitch(const callText& call);
+statement* createLabel(const callText& call);
+statement* createTriggerFieldChange(const callText& call);
+statement* createTriggerFieldInfoChange(const callText& call);
+
+// Relations and transient data, see objectRelations.cpp.
+statement* createGetRelation(const callText& call);
+statement* createGetRelations(const callText& call);
+statement* createSetRelation(const callText& call);
+statement* createHasTransientData(const callText& call);
+statement* createGetTransientData(const callText& call);
+statement* createSetTransientData(const callText& call);
+
+} // namespace qx::script
