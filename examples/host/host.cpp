@@ -36,26 +36,27 @@ void addStatements()
     });
 }
 
-// Runs a function of scripts/orders.qxscr with the order as its argument. Empty text for a null result.
-qx::string run(const wchar_t* function, const refPtr<order>& subject)
+// Runs a function of scripts/orders.qxscr with the order as its argument, and reads its value.
+template <class T>
+T run(const wchar_t* function, const refPtr<order>& subject)
 {
     qx::script::scriptcontext context; // one for each run
     std::vector<qx::genericValue> arguments{qx::host::valueOf(subject)};
     qx::genericValue result;
     qx::script::codeManager::instance()->executeFunction(L"scripts", qx::string(L"script$orders$") + function,
                                                          context, arguments, result);
-    qx::string text;
-    result.getValue(text);
-    return text;
+    T value{};
+    result.getValue(value); // converts; false, with the value untouched, where that is not possible
+    return value;
 }
 
 void handle(const refPtr<order>& subject)
 {
     try {
-        print(run(L"title", subject));
-        run(L"grant_discount", subject);
-        print(L"  total " + run(L"total", subject));
-        print(run(L"check", subject) == L"true" ? L"  accepted" : L"  refused");
+        print(run<qx::string>(L"title", subject));
+        print(L"  discount " + run<qx::string>(L"grant_discount", subject) + L" percent");
+        print(L"  total " + run<qx::string>(L"total", subject));
+        print(run<bool>(L"check", subject) ? L"  accepted" : L"  refused");
     } catch (const qx::exception& failure) {
         // What went wrong, outermost first: which statement of which statement.
         for (const qx::locString& message : failure.messages())
