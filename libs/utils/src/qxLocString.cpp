@@ -174,9 +174,13 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
                              const searchPath& path) const
 {
     std::size_t done = 0;
+    std::size_t close = 0;
     while (done < text.size()) {
         const std::size_t open = text.find(L'[', done);
-        const std::size_t close = open == text.npos ? text.npos : text.find(L']', open);
+        if (open == text.npos)
+            break;
+        if (close < open) // one bracket may close many
+            close = text.find(L']', open);
         if (close == text.npos)
             break;
         filled.append(text.substr(done, open - done));
