@@ -7,6 +7,7 @@
 #include "qxScriptBase.h"
 #include "qxScriptSplitter.h"
 #include "qxStack.h"
+#include "qxTextView.h"
 
 #include <algorithm>
 #include <functional>
@@ -27,19 +28,11 @@ namespace
 constexpr std::wstring_view blanks = L" \t";
 constexpr std::wstring_view lineEnds = L"\r\n";
 
-std::wstring_view trimmed(std::wstring_view text)
-{
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == text.npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-}
-
 // The text without blanks at its ends and without line ends anywhere. In this order: blanks behind a leading
 // line end stay.
 textSlice normalised(const textSlice& text)
 {
-    const std::wstring_view inner = trimmed(text.view());
+    const std::wstring_view inner = trimmed(text.view(), blanks);
     // Every level of nesting asks this of all the text below it: one fast search for each of the two.
     if (inner.find(L'\r') == inner.npos && inner.find(L'\n') == inner.npos)
         return text.slice(inner);
@@ -196,7 +189,7 @@ statement* statementParser::createStatementFrom(const textSlice& text, int flags
     if (body.view().front() == L'{') {
         if (body.view().back() != L'}')
             throw errParsingException(text);
-        body = body.slice(trimmed(body.view().substr(1, body.size() - 2)));
+        body = body.slice(trimmed(body.view().substr(1, body.size() - 2), blanks));
     }
 
     if (const std::vector<textSlice> parts = partsOf(body); parts.size() > 1)

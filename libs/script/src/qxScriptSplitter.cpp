@@ -1,13 +1,14 @@
 // The state machine behind the parameters of a call.
 #include "qxScriptSplitter.h"
 
+#include "qxTextView.h"
+
 namespace qx::script
 {
 
 namespace
 {
 
-constexpr std::wstring_view blanks = L" \t";
 constexpr std::size_t usualParameters = 16;
 
 } // namespace
@@ -73,9 +74,7 @@ void parameterSplitter::stepInString(wchar_t c)
 
 void parameterSplitter::emit(const textSlice& buffer, std::wstring_view token, bool evenIfEmpty)
 {
-    const std::size_t first = token.find_first_not_of(blanks);
-    token = first == token.npos ? token.substr(0, 0)
-                                : token.substr(first, token.find_last_not_of(blanks) + 1 - first);
+    token = trimmed(token, L" \t");
     if (token.empty() && !evenIfEmpty)
         return;
     if (mParams.empty())

@@ -6,6 +6,7 @@
 #include "qxNumberText.h"
 #include "qxReference.h"
 #include "qxStack.h"
+#include "qxTextView.h"
 
 #include <algorithm>
 #include <compare>
@@ -124,29 +125,6 @@ private:
     reading<string> mText;
 };
 
-// Whether the pattern fits the whole text. Only the last star is ever tried anew.
-bool fits(std::wstring_view text, std::wstring_view pattern)
-{
-    std::size_t at = 0;
-    std::size_t wanted = 0;
-    std::size_t star = pattern.npos; // the place behind the last star,
-    std::size_t taken = 0;           // and where the text goes on behind what it takes
-    while (at < text.size()) {
-        if (wanted < pattern.size() && pattern[wanted] == L'*') {
-            star = ++wanted;
-            taken = at;
-        } else if (wanted < pattern.size() && (pattern[wanted] == L'?' || pattern[wanted] == text[at])) {
-            ++wanted;
-            ++at;
-        } else if (star != pattern.npos) {
-            wanted = star;
-            at = ++taken;
-        } else
-            return false;
-    }
-    return pattern.find_first_not_of(L'*', wanted) == pattern.npos;
-}
-
 // --- Steps ---
 
 enum class operation
@@ -233,7 +211,7 @@ private:
             return std::any_of(right, right + test.count,
                                [&](const operand& one) { return tested.compare(one) == 0; });
         case operation::like:
-            return tested.text() && fits(*tested.text(), right->text);
+            return tested.text() && fitsPattern(*tested.text(), right->text);
         default: // empty
             return tested.isNull() || (tested.text() && tested.text()->empty());
         }

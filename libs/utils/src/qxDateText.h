@@ -2,20 +2,12 @@
 #pragma once
 
 #include "qxString.h"
+#include "qxTextView.h"
 
 #include <string_view>
 
 namespace qx
 {
-
-// Without the blanks, tabs and line ends around it.
-inline std::wstring_view trimmed(std::wstring_view text)
-{
-    constexpr std::wstring_view blanks = L" \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? std::wstring_view()
-                              : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 // Takes a text apart from its start. Each step gives false where the text is something else.
 class textScanner

@@ -1,6 +1,7 @@
 #include "qxDirectory.h"
 
 #include "qxSystem.h"
+#include "qxTextView.h"
 
 #include <algorithm>
 
@@ -9,30 +10,6 @@ namespace qx
 
 namespace
 {
-
-// `*` takes any characters, `?` one. On a mismatch only the last `*` needs to take more.
-bool matches(std::wstring_view pattern, std::wstring_view name)
-{
-    std::size_t p = 0;
-    std::size_t n = 0;
-    std::size_t star = pattern.npos;
-    std::size_t starName = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == L'*') {
-            star = p++;
-            starName = n;
-        } else if (p < pattern.size() && (pattern[p] == L'?' || pattern[p] == name[n])) {
-            ++p;
-            ++n;
-        } else if (star != pattern.npos) {
-            p = star + 1;
-            n = ++starName;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of(L'*', p) == pattern.npos;
-}
 
 std::vector<string> patternsOf(const wchar_t* filter)
 {
@@ -50,7 +27,7 @@ bool admits(const std::vector<string>& patterns, const string& name)
     const string folded = name.lower();
     return patterns.empty() ||
            std::any_of(patterns.begin(), patterns.end(),
-                       [&folded](const string& pattern) { return matches(pattern, folded); });
+                       [&folded](const string& pattern) { return fitsPattern(folded, pattern); });
 }
 
 } // namespace

@@ -179,7 +179,7 @@ void locStringParams::fillIn(string& filled, std::wstring_view text, const wchar
         const std::size_t open = text.find(L'[', done);
         if (open == text.npos)
             break;
-        if (close < open) // one bracket may close many
+        if (close <= open) // one bracket may close many
             close = text.find(L']', open);
         if (close == text.npos)
             break;

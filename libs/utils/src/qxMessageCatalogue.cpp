@@ -2,6 +2,7 @@
 
 #include "qxDirectory.h"
 #include "qxSystem.h"
+#include "qxTextView.h"
 
 namespace qx
 {
@@ -11,7 +12,6 @@ namespace
 
 constexpr const wchar_t* commonFile = L"messages";
 constexpr const wchar_t* directoryBesideProgram = L"lang";
-constexpr std::wstring_view blanks = L" \t\r";
 
 class bytesSink final : public byteSink
 {
@@ -27,14 +27,6 @@ public:
 private:
     std::string mBytes;
 };
-
-std::wstring_view trimmed(std::wstring_view text)
-{
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == text.npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-}
 
 // Comments, sections and lines without an id are passed over. A later text of an id replaces the earlier.
 std::unordered_map<string, string> textsOf(std::string_view bytes)

@@ -1,6 +1,8 @@
 // Numbers as text and back.
 #include "qxNumberText.h"
 
+#include "qxTextView.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -14,13 +16,6 @@ namespace
 bool isDigit(wchar_t c)
 {
     return c >= L'0' && c <= L'9';
-}
-
-std::wstring_view trimmed(std::wstring_view text)
-{
-    constexpr std::wstring_view blanks = L" \t\r\n";
-    const std::size_t first = std::min(text.find_first_not_of(blanks), text.size());
-    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 // `word` is lower case ASCII.
