@@ -22,17 +22,21 @@ TEST(plainData, today_is_the_day_of_the_local_clock)
 
 TEST(plainData, constants_tell_of_a_result_that_takes_no_such_value)
 {
-    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+    const struct
+    {
+        const wchar_t* text;
+        const wchar_t* failure;
+    } rows[] = {
         {L"brelvixinidate()", L"Error executing script \"brelvixinidate()\" ()"},
         {L"lunchtime()", L"Error executing script \"lunchtime()\" "},
         {L"white()", L"Error executing script \"white()\" (Error executing function call)"},
         {L"rgb_make(\"1\", \"2\", \"3\")",
          L"Error executing script \"rgb_make(\"1\", \"2\", \"3\")\" (Error executing qx::rgbColor)"},
     };
-    for (const auto& [text, failure] : rows) {
+    for (const auto& row : rows) {
         scriptcontext context;
         genericValue result{qx::valueArray()};
-        EXPECT_EQ(failureOf([&] { parsed(text)->exec(context, result); }), texts{failure});
+        EXPECT_EQ(failureOf([&] { parsed(row.text)->exec(context, result); }), texts{row.failure});
     }
 }
 
@@ -55,8 +59,11 @@ TEST(plainData, times_move_round_the_clock)
                                            call.name == L"later" ? calculationMode::add
                                                                  : calculationMode::subtract);
     });
-    // The value, or what was reported and the reason of the failure.
-    const std::pair<const wchar_t*, std::string> rows[] = {
+    const struct
+    {
+        const wchar_t* text;
+        const char* outcome; // the value, what was reported, or the reason of the failure
+    } rows[] = {
         {L"later<time, hours>(\"23:30\", \"1\")", "time 00:30:00"},
         {L"later<time, Minutes>(\"23:30\", \"1441\")", "time 23:31:00"},
         {L"earlier<time, seconds>(\"00:00\", \"1\")", "time 23:59:59"},
@@ -68,13 +75,13 @@ TEST(plainData, times_move_round_the_clock)
         {L"later<time, days>(\"12:00\", \"1\")", "timeCalculation::createFrom: error parsing \"days\""},
     };
     const assertRecorder recorder;
-    for (const auto& [text, expected] : rows) {
+    for (const auto& row : rows) {
         std::string outcome;
-        const texts chain = failureOf([&] { outcome = valueText(evaluated(text)); });
+        const texts chain = failureOf([&] { outcome = valueText(evaluated(row.text)); });
         const texts reports = assertRecorder::take();
         if (outcome.empty())
             outcome = (reports.empty() ? chain.back() : reports.back()).utf8();
-        EXPECT_TRUE(outcome.ends_with(expected)) << outcome;
+        EXPECT_TRUE(outcome.ends_with(row.outcome)) << outcome;
     }
     // A copy needs nothing of the original.
     ownedStatement original = parsed(L"later<time, hours>(\"12:00\", \"1\")");
