@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <type_traits>
 
 using qx::date;
@@ -50,6 +51,27 @@ struct slowCalendar
     int weekday = 0;
     int week = 1;
 
+    bool isDate(const date& other) const
+    {
+        return other.year() == year && other.month() == month && other.dayOfMonth() == day;
+    }
+
+    // The day so many months later or earlier: the same day of the month, or the month's last.
+    slowCalendar monthsAway(int months) const
+    {
+        slowCalendar moved = *this;
+        for (; months > 0; --months) {
+            moved.year += moved.month == 12 ? 1 : 0;
+            moved.month = moved.month % 12 + 1;
+        }
+        for (; months < 0; ++months) {
+            moved.year -= moved.month == 1 ? 1 : 0;
+            moved.month = (moved.month + 10) % 12 + 1;
+        }
+        moved.day = std::min(day, moved.daysOfMonth());
+        return moved;
+    }
+
     int daysOfMonth() const
     {
         if (month == 2)
@@ -76,6 +98,21 @@ struct slowCalendar
     }
 };
 
+// Proves what becomes of `from` when it moves.
+void expectMoved(const slowCalendar& from, const qx::date_duration& duration, int months)
+{
+    const date before(from.year, from.month, from.day);
+    for (const int direction : {1, -1}) {
+        const slowCalendar moved = from.monthsAway(months * direction);
+        date day = before;
+        const bool isMoved = direction > 0 ? duration.addToDate(day) : duration.subtractFromDate(day);
+        const bool isInCalendar = moved.year >= 1 && moved.year <= 9999;
+        ASSERT_EQ(isMoved, isInCalendar) << before.toText().utf8();
+        ASSERT_TRUE(isInCalendar ? moved.isDate(day) : day == before)
+            << before.toText().utf8() << " by " << months * direction << ": " << day.toText().utf8();
+    }
+}
+
 } // namespace
 
 TEST(date, whole_calendar_agrees_with_counting)
@@ -92,11 +129,13 @@ TEST(date, whole_calendar_agrees_with_counting)
             continue;
         date day;
         ASSERT_TRUE(date::fromDayNumber(number, day));
-        const bool same = day.year() == slow.year && day.month() == slow.month &&
-                          day.dayOfMonth() == slow.day && day.dayOfYear() == slow.dayOfYear &&
-                          day.dayOfWeek() == slow.weekday && day.weekOfYear() == slow.week &&
-                          date(slow.year, slow.month, slow.day) == day;
+        const bool same = slow.isDate(day) && day.dayNumber() == number &&
+                          day.dayOfYear() == slow.dayOfYear && day.dayOfWeek() == slow.weekday &&
+                          day.weekOfYear() == slow.week && date(slow.year, slow.month, slow.day) == day;
         ASSERT_TRUE(same) << slow.year << "-" << slow.month << "-" << slow.day;
+        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(1), 1));
+        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(23), 23));
+        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::years(1), 12));
     }
     EXPECT_EQ(date(2024, 3, 9).dayOfWeek(), qx::saturday);
     EXPECT_EQ(date(2021, 1, 3).weekOfYear(), 53);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,19 @@ TEST(crc, nothing_leaves_the_start_value)
     checksum.crc(nullptr, 0);
     EXPECT_EQ(checksum.state(), 0xFFFFFFFFu);
     EXPECT_EQ(qx::calcCrc32(7).state(), 7u);
+}
+
+TEST(crc, random_texts_agree_with_the_slow_way)
+{
+    std::mt19937 random; // NOLINT(cert-msc51-cpp): the same texts in each run
+    for (int text = 0; text < 500; ++text) {
+        std::string bytes(random() % 2000, '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(random());
+        qx::calcCrc32 checksum;
+        checksum.crc(bytes.data(), bytes.size());
+        ASSERT_EQ(checksum.state(), slowCrc(bytes)) << text;
+    }
 }
 
 TEST(crc, every_length_alignment_and_cut_agrees_with_the_slow_way)

@@ -1,4 +1,4 @@
-// Blocks, and the binding of parameters by place and by name.
+// Blocks, and the binding of parameters by name.
 #include "qxScriptBase.h"
 
 #include "qxScriptSignals.h"
@@ -27,23 +27,6 @@ void compoundstatement::execute(codecontext& context, genericValue& result) cons
         if (signal != raised::nothing)
             return;
     }
-}
-
-// --- Parameters by place ---
-
-ownedProvider providerOf(const callText& call, std::size_t place)
-{
-    if (place >= call.params.size())
-        return ownedProvider();
-    return ownedProvider(valueProvider::createFrom(call.params[place], call.flags));
-}
-
-ownedProvider requireProvider(const callText& call, std::size_t place, const wchar_t* failure)
-{
-    ownedProvider made = providerOf(call, place);
-    if (!made)
-        refuse(failure, place < call.params.size() ? call.params[place].view() : std::wstring_view());
-    return made;
 }
 
 // --- singlefunction ---

@@ -141,10 +141,21 @@ template <class... Args>
 }
 
 // The provider of the parameter at `place`. Null where the call has none there or its text makes none.
-ownedProvider providerOf(const callText& call, std::size_t place);
+inline ownedProvider providerOf(const callText& call, std::size_t place)
+{
+    if (place >= call.params.size())
+        return ownedProvider();
+    return ownedProvider(valueProvider::createFrom(call.params[place], call.flags));
+}
 
 // The same for one that has to be made: where it is null the call is refused with `failure`, which may name
 // the text of the parameter.
-ownedProvider requireProvider(const callText& call, std::size_t place, const wchar_t* failure);
+inline ownedProvider requireProvider(const callText& call, std::size_t place, const wchar_t* failure)
+{
+    ownedProvider made = providerOf(call, place);
+    if (!made)
+        refuse(failure, place < call.params.size() ? call.params[place].view() : std::wstring_view());
+    return made;
+}
 
 } // namespace qx::script

@@ -21,7 +21,7 @@ struct callText
 // in the code. A family of statements shares a list.
 struct failureLists
 {
-    const wchar_t* lists[3] = {};
+    const wchar_t* lists[4] = {};
 };
 
 // One script name: how its statement is made, and what help texts and the reference tell of it.

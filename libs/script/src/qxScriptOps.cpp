@@ -4,6 +4,7 @@
 // nothing is inferred from the operands. `and` and `or` are in qxScriptLogic.cpp.
 #include "qxScriptOps.h"
 
+#include "qxScriptCalculation.h"
 #include "qxScriptFunctors.h"
 #include "qxScriptModules.h"
 #include "qxScriptTypes.h"
@@ -69,7 +70,8 @@ using integers = typelist<short, int, long32, ushort, uint, ulong32>;
 using floats = typelist<float, double>;
 using numbers = decltype(integers() + floats());
 using signedNumbers = decltype(typelist<short, int, long32>() + floats());
-using summable = decltype(numbers() + typelist<string>());
+using subtractable = decltype(numbers() + typelist<date>());
+using summable = decltype(subtractable() + typelist<string>());
 using ordered = decltype(numbers() + typelist<string, date, time, timestamp>());
 using comparable = decltype(typelist<bool>() + ordered() + typelist<object>());
 
@@ -106,10 +108,19 @@ constexpr ePrimitiveScriptType typeOf<object> = scriptTypeUnknownptr;
 
 // --- Operations: the class for a type ---
 
+// A date moves by so many of the unit that the second type tells.
+template <calculationMode Mode>
+struct dateMove
+{
+    static statement* createFrom(const callText& call) { return dateCalculation::createFrom(call, Mode); }
+};
+
 template <class T>
-using addition = binaryoperation<addfunc<T, T, T>>;
+using addition = std::conditional_t<std::is_same_v<T, date>, dateMove<calculationMode::add>,
+                                    binaryoperation<addfunc<T, T, T>>>;
 template <class T>
-using subtraction = binaryoperation<subtractfunc<T, T, T>>;
+using subtraction = std::conditional_t<std::is_same_v<T, date>, dateMove<calculationMode::subtract>,
+                                       binaryoperation<subtractfunc<T, T, T>>>;
 template <class T>
 using multiplication = binaryoperation<multiplyfunc<T, T, T>>;
 template <class T>
@@ -176,7 +187,7 @@ statement* create(const callText& call)
 
 statement* createSubtract(const callText& call)
 {
-    return create<subtraction, numbers>(call);
+    return create<subtraction, subtractable>(call);
 }
 
 statement* createMinus(const callText& call)
@@ -218,7 +229,9 @@ constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong"
 constexpr const wchar_t* floatWords = L"float, double";
 constexpr const wchar_t* numberWords = L"short, int, long, ushort, uint, ulong, float, double";
 constexpr const wchar_t* signedWords = L"short, int, long, float, double";
-constexpr const wchar_t* summableWords = L"short, int, long, ushort, uint, ulong, float, double, string";
+constexpr const wchar_t* subtractableWords = L"short, int, long, ushort, uint, ulong, float, double, date";
+constexpr const wchar_t* summableWords =
+    L"short, int, long, ushort, uint, ulong, float, double, string, date";
 constexpr const wchar_t* orderedWords =
     L"short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp";
 constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
@@ -240,18 +253,29 @@ constexpr const wchar_t* manyOperands = L"and::createFrom: error parsing %s\n"
                                         L"error retrieving operand (2)\n"
                                         L"unable to convert condition to bool";
 
+constexpr const wchar_t* dateFailures = L"dateCalculation::createFrom: number of parameters < 2\n"
+                                        L"dateCalculation::createFrom: missing second datatype\n"
+                                        L"dateCalculation::createFrom: error parsing \"%s\"\n"
+                                        L"unable to retrieve quantity\n"
+                                        L"unsupported calctype\n"
+                                        L"unable to retrieve date";
+
 constexpr failureLists typedTwo{noType, twoOperands};
+constexpr failureLists typedTwoOrDate{noType, twoOperands, dateFailures};
 constexpr failureLists typedOne{noType, oneOperand};
 constexpr failureLists strictTwo{noType, wrongType, twoOperands};
-constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands};
+constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands, dateFailures};
 constexpr failureLists untypedOne{oneOperand};
 constexpr failureLists untypedMany{manyOperands};
 
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
-    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwo,
-     L"Gives the sum; texts are joined."},
-    {L"subtract", nullptr, createSubtract, two, numberWords, typedTwo, L"Gives the difference."},
+    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwoOrDate,
+     L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
+     L"`days` later."},
+    {L"subtract", nullptr, createSubtract, two, subtractableWords, typedTwoOrDate,
+     L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
+     L"earlier."},
     {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
     {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
      L"Gives the quotient; one of integers is cut to an integer."},
@@ -278,7 +302,7 @@ constexpr operatorRow operators[] = {
     {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is greater or equal."},
     {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
-    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", numberWords, oneOrTwo,
+    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
      L"Stands for subtract with two parameters, and for minus with one."},
     {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
      L"Gives the number without its sign."},

@@ -1,9 +1,58 @@
 // Times of day: constants and read-outs.
+#include "qxScriptCalendar.h"
 #include "qxScriptModules.h"
 
 namespace qx::script
 {
 
-constinit const builtinModule timeModule{L"time", {}};
+namespace
+{
+
+struct timeKind
+{
+    using type = time;
+    static constexpr const wchar_t* noFunction = L"no function-ptr given";
+    static constexpr const wchar_t* tooFewParameters = L"infoOfTime::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* unreadableText = L"infoOfTime::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noValue = L"Missing or invalid time-provider";
+    static constexpr bool constantFailsWithoutText = false;
+    static constexpr int (*readOuts[])(const time&) = {
+        [](const time& moment) { return moment.hour(); },
+        [](const time& moment) { return moment.minute(); },
+        [](const time& moment) { return moment.second(); },
+        nullptr,
+        [](const time& moment) { return moment.minuteOfDay(); },
+        [](const time& moment) { return moment.secondOfDay(); },
+    };
+};
+
+using staticTime = constantOf<timeKind>;
+using infoOfTime = infoOf<timeKind>;
+
+// --- Table ---
+
+constexpr failureLists ofConstant{L"no function-ptr given"};
+constexpr failureLists ofReadOut{L"infoOfTime::createFrom: number of parameters < 1\n"
+                                 L"infoOfTime::createFrom: error parsing \"%s\"\n"
+                                 L"Missing or invalid time-provider\n"
+                                 L"invalid infotype %d"};
+
+const builtin rows[] = {
+    {L"daystart", staticTime::create<time::daystart>, L"()", nullptr, L"Gives 00:00.", ofConstant},
+    {L"lunchtime", staticTime::create<time::lunchtime>, L"()", nullptr, L"Gives 12:00.", ofConstant},
+    {L"midnight", staticTime::create<time::midnight>, L"()", nullptr, L"Gives 00:00.", ofConstant},
+    {L"time_hour", infoOfTime::create<0>, L"(time)", nullptr, L"Gives the hour.", ofReadOut},
+    {L"time_minute", infoOfTime::create<1>, L"(time)", nullptr, L"Gives the minute of the hour.", ofReadOut},
+    {L"time_second", infoOfTime::create<2>, L"(time)", nullptr, L"Gives the second of the minute.",
+     ofReadOut},
+    {L"time_minuteofday", infoOfTime::create<4>, L"(time)", nullptr, L"Gives the minutes since 00:00.",
+     ofReadOut},
+    {L"time_secondofday", infoOfTime::create<5>, L"(time)", nullptr, L"Gives the seconds since 00:00.",
+     ofReadOut},
+};
+
+} // namespace
+
+constinit const builtinModule timeModule{L"time", rows};
 
 } // namespace qx::script
