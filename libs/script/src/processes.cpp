@@ -102,8 +102,7 @@ const builtin rows[] = {
      .parameters = L"(exe, [params], [flags])",
      .summary =
          L"Starts a program with these parameters, without a shell; one that cannot be started is passed "
-         L"over. The flags, separated by commas: `w` waits for its end, `h` waits and lets it run "
-         L"without a window; has no value.",
+         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window; has no value.",
      .failures = {L"error retrieving exe"}},
 };
 
