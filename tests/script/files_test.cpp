@@ -288,9 +288,10 @@ TEST_F(filesBesideOthers, two_processes_append_to_one_file)
     shell("qxscript run lines append $(printf %03000d 7) & qxscript run lines append a; first=$?; "
           "wait $! && exit $first");
     std::vector<std::string> expected;
-    for (const std::string& name : {std::string("a"), std::string(2999, '0') + "7"})
+    expected.reserve(2000);
+    for (const std::string& who : {std::string("a"), std::string(2999, '0') + "7"})
         for (int i = 0; i < 1000; ++i)
-            expected.push_back(name + "-" + std::to_string(i) + "-" + name);
+            expected.emplace_back(who).append("-").append(std::to_string(i)).append("-").append(who);
     std::vector<std::string> lines = linesOf(mDirectory.read("log"));
     std::sort(expected.begin(), expected.end());
     std::sort(lines.begin(), lines.end());

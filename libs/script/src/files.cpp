@@ -25,12 +25,13 @@ protected:
     // REQUIRED: ".hidden" counts as such a name, and nothing is put between directory and name.
     string requireScriptFile(codecontext& context) const
     {
-        const string name = requireFile(context);
-        if (!name.starts_with(L'.'))
-            return name;
-        string directoryName;
-        context.globalContextVariable(scriptBasePath()).getValue(directoryName);
-        return directoryName + name;
+        string name = requireFile(context);
+        if (name.starts_with(L'.')) {
+            string directoryName;
+            context.globalContextVariable(scriptBasePath()).getValue(directoryName);
+            name.insert(0, directoryName);
+        }
+        return name;
     }
 };
 
