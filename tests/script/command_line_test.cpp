@@ -287,11 +287,13 @@ TEST_F(commandLine, speaksTheLanguageOfTheEnvironment)
     EXPECT_EQ(said(""), "title\n");
 }
 
-TEST_F(commandLine, theTourShowsWhatItSays)
+TEST_F(commandLine, examplesShowWhatTheySay)
 {
-    const std::filesystem::path tour = treeRoot() / "examples/tour";
-    shell("'" + (tour / "run.sh").string() + "' '" QX_SCRIPT_PROGRAM "' >tour 2>&1");
-    EXPECT_EQ(mDirectory.read("tour"), contentOf(tour / "output.txt"));
+    for (const char* name : {"tour", "batch"}) {
+        const std::filesystem::path example = treeRoot() / "examples" / name;
+        shell("'" + (example / "run.sh").string() + "' '" QX_SCRIPT_PROGRAM "' >shown 2>&1");
+        EXPECT_EQ(mDirectory.read("shown"), contentOf(example / "output.txt"));
+    }
 }
 
 } // namespace

@@ -128,15 +128,32 @@ const struct row
     {L"not(\"1\")", slotted, "bool false", "string \"false\""},
     {L"and(\"1\", \"1\")", replacing, "bool true", "bool true"},
     {L"or(\"0\", \"0\")", replacing, "bool false", "bool false"},
+    {L"file_make(\"/a\", \"b\")", replacing, "string \"/a/b\"", "string \"/a/b\""},
+    {L"file_delete(\"/no/such\")", nothing, "null", "string \"old\""},
+    {L"file_makeabs(\"/a\")", replacing, "string \"/a\"", "string \"/a\""},
+    {L"file_makerelative(\"/a\", \"/\")", replacing, "string \"a\"", "string \"a\""},
+    {L"file_exchangeextension(\"a.b\", \"c\")", replacing, "string \"a.c\"", "string \"a.c\""},
+    {L"file_exists(\"/\")", replacing, "bool false", "bool false"},
+    {L"file_path(\"a/b\")", replacing, "string \"a/\"", "string \"a/\""},
+    {L"file_name(\"a/b\")", replacing, "string \"b\"", "string \"b\""},
+    {L"file_appendtextline(\"/dev/null\", \"a\")", nothing, "null", "string \"old\""},
+    {L"fsname_replaceinvalidchars(\"a*\")", replacing, "string \"a \"", "string \"a \""},
+    {L"file_loadini(\"/no/such\", \"a\", \"b\")", replacing, "string \"\"", "string \"\""},
+    {L"file_loadcfg(\"/no/such\", \"a\")", replacing, "string \"\"", "string \"\""},
+    {L"directory_getallfiles(\"/no/such\")", replacing, "array []", "array []"},
+    {L"directory_setcurrent(\"/no/such\")", replacing, "bool false", "bool false"},
+    {L"runexe(\"/no/such\")", nothing, "null", "string \"old\""},
 };
 
-const std::set<string> modulesOfTable = {L"checksum",     L"collection", L"colour", L"control", L"date",
-                                         L"localisation", L"math",       L"string", L"time",    L"variable"};
+const std::set<string> modulesOfTable = {
+    L"checksum", L"collection",   L"colour", L"control", L"date", L"directory", L"file",
+    L"library",  L"localisation", L"math",   L"string",  L"time", L"variable"};
 
-// Statements that end what they stand in, speak to the user, need an object or tell of the machine.
-const std::set<string> testedByThemselves = {L"assert",         L"break",        L"continue",
-                                             L"executablepath", L"messagebox",   L"objmsg_add",
-                                             L"objmsg_remove",  L"throwmessage", L"throwerror"};
+// Statements that end what they stand in, speak to the user, need an object or a file, or tell of the
+// machine.
+const std::set<string> testedByThemselves = {
+    L"assert",         L"break",      L"continue",   L"directory_getcurrent", L"file_copy",    L"loaddll",
+    L"executablepath", L"messagebox", L"objmsg_add", L"objmsg_remove",        L"throwmessage", L"throwerror"};
 
 // Runs in a context with an array `arr`, a map `m`, a variable `v`, a parameter `p` and a global `g`, and
 // shows the result, the reason of a failure, and a signal.
@@ -211,6 +228,9 @@ TEST(results, of_clones_are_those_of_the_original)
         L"add<int>()", // what is missing stays missing
         L"add<int>(\"1\")",
         L"abs<int>()",
+        L"file_copy(\"/no/such\", \"/\")",
+        L"directory_getcurrent()",
+        L"loaddll(\"/no/such\")",
     };
     for (const row& tried : rows)
         all.push_back(tried.text);

@@ -1,4 +1,6 @@
-#include <qxConfigStructure.h>
+#include "scratchDirectory.h"
+
+#include <qxConfigReader.h>
 
 #include <gtest/gtest.h>
 
@@ -98,4 +100,47 @@ TEST(configStructure, twenty_thousand_sections_are_no_burden)
     EXPECT_EQ(valueOf(store, L"function19999", L"script", false), L"{ }");
     // A walk over all names for each of them would take minutes.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}
+
+TEST(configReader, separators_positions_and_failures_of_a_reader_of_its_own)
+{
+    class ownReader : public qx::keyValueFileReader
+    {
+    public:
+        explicit ownReader(const qx::file& file) : keyValueFileReader(file, L"->", qx::string(), qx::string())
+        {}
+        bool readKey(qx::string& key, qx::string& value) override
+        {
+            const bool read = keyValueFileReader::readKey(key, value);
+            if (key == L"fail")
+                throw false;
+            return read;
+        }
+        using keyValueFileReader::rewind;
+    };
+    const scratchDirectory scratch;
+    scratch.write("pairs", "a -> 1 -> 2\n;b->3\n[s]\nc->4\n[t]\nfail->5\n");
+    ownReader reader(qx::file(scratch.name("pairs")));
+    qx::string section = L"-";
+    qx::string key;
+    qx::string value;
+    EXPECT_FALSE(reader.readKey(key, value) || reader.readSection(section)) << "not open yet";
+    ASSERT_TRUE(reader.open());
+    const auto next = [&] { return reader.readKey(key, value) ? key + L"=" + value : qx::string(L"end"); };
+    EXPECT_EQ(next(), L"a=1 -> 2");
+    EXPECT_EQ(next(), L";b=3");
+    EXPECT_EQ(next(), L"end");
+    EXPECT_TRUE(reader.readSection(section) && reader.readSection(section));
+    EXPECT_EQ(section, L"t");
+    reader.rewind(13); // within the second line
+    EXPECT_EQ(next(), L"b=3");
+    for (const long long beyond : {-1LL, 1000LL}) {
+        reader.rewind(beyond);
+        EXPECT_EQ(next(), beyond < 0 ? L"a=1 -> 2" : L"end");
+    }
+
+    qx::configStructure store;
+    EXPECT_THROW(reader.fill(store), bool);
+    EXPECT_EQ(valueOf(store, L"s", L"c", true), L"4");
+    EXPECT_EQ(next(), L"end") << "closed by the failure";
 }

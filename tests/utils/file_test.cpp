@@ -201,8 +201,8 @@ TEST(file, appends_lines_in_the_code_page)
     EXPECT_TRUE(target.appendTextLine(L"one"));
     const std::string lineEnd = scratch.read("lines").substr(3);
     EXPECT_TRUE(target.appendTextLine(L"\x4E2D"));
-    EXPECT_TRUE(target.appendTextLine(L""));
-    EXPECT_EQ(scratch.read("lines"), "one" + lineEnd + "?" + lineEnd + lineEnd);
+    EXPECT_TRUE(target.appendTextLine(L"\n"));
+    EXPECT_EQ(scratch.read("lines"), "one" + lineEnd + "?" + lineEnd + lineEnd + lineEnd);
     EXPECT_FALSE(file(scratch.name("none"), L"x").appendTextLine(L"x"));
     EXPECT_FALSE(file(scratch.name()).appendTextLine(L"x"));
     const failingDisk disk;

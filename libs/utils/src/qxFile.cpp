@@ -181,9 +181,11 @@ long long file::lastModificationTime() const
 
 bool file::appendTextLine(const string& line) const
 {
+    string text = line;
+    text += L'\n';
+    text.replace(L"\n", platform::lineEnd);
     system& current = system::current();
-    return current.appendToFile(fullName(), current.narrow(line) + platform::lineEnd) !=
-           appendResult::notOpened;
+    return current.appendToFile(fullName(), current.narrow(text)) != appendResult::notOpened;
 }
 
 } // namespace qx

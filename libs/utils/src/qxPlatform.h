@@ -20,7 +20,7 @@ namespace platform
 
 // The separator in names that come out, and the line end of text files.
 extern const wchar_t pathSeparator;
-extern const char* const lineEnd;
+extern const wchar_t* const lineEnd;
 
 // The number of leading characters that name the root or drive of `name`, which has the platform's separators
 // only:

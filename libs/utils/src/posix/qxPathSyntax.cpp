@@ -5,7 +5,7 @@ namespace qx::platform
 {
 
 const wchar_t pathSeparator = L'/';
-const char* const lineEnd = "\n";
+const wchar_t* const lineEnd = L"\n";
 
 std::size_t rootLength(std::wstring_view name)
 {

@@ -3,6 +3,7 @@
 
 #include "qxPosix.h"
 
+#include <csignal>
 #include <cstdio>
 #include <memory>
 
@@ -24,6 +25,34 @@ int openFile(const nativeName& name, int flags, mode_t mode = 0)
 {
     return name.valid() ? retry([&] { return ::open(name.c_str(), flags | O_CLOEXEC, mode); }) : -1;
 }
+
+// A write beyond the limit that the process has for files, or into a pipe that nobody reads, raises a signal
+// that ends the process by default. As long as one of these lives, such a write of this thread fails and does
+// no more.
+class failingWrites
+{
+public:
+    failingWrites()
+    {
+        ::sigemptyset(&mSignals);
+        ::sigaddset(&mSignals, SIGXFSZ);
+        ::sigaddset(&mSignals, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &mSignals, &mBefore);
+    }
+    failingWrites(const failingWrites&) = delete;
+    failingWrites& operator=(const failingWrites&) = delete;
+    ~failingWrites()
+    {
+        const timespec noTime{};
+        while (::sigtimedwait(&mSignals, nullptr, &noTime) > 0) {
+        }
+        ::pthread_sigmask(SIG_SETMASK, &mBefore, nullptr);
+    }
+
+private:
+    sigset_t mSignals;
+    sigset_t mBefore;
+};
 
 bool writeAll(int target, const char* bytes, std::size_t size)
 {
@@ -115,6 +144,7 @@ bool platformSystem::readFile(const string& name, byteSink& sink)
 
 appendResult platformSystem::appendToFile(const string& name, std::string_view bytes)
 {
+    const failingWrites guard;
     descriptor target(openFile(nativeName(name), O_WRONLY | O_APPEND | O_CREAT, 0666));
     if (!target)
         return appendResult::notOpened;
@@ -125,6 +155,7 @@ appendResult platformSystem::appendToFile(const string& name, std::string_view b
 
 bool platformSystem::copyFile(const string& from, const string& to, bool overwrite)
 {
+    const failingWrites guard;
     const nativeName target(to);
     // Without O_NONBLOCK the opening of a pipe would wait for its other end.
     const descriptor source(openFile(nativeName(from), O_RDONLY | O_NONBLOCK));

@@ -30,7 +30,7 @@ std::size_t partsLength(std::wstring_view name, std::size_t start, int parts)
 } // namespace
 
 const wchar_t pathSeparator = L'\\';
-const char* const lineEnd = "\r\n";
+const wchar_t* const lineEnd = L"\r\n";
 
 std::size_t rootLength(std::wstring_view name)
 {

@@ -1,0 +1,156 @@
+#include "qxConfigReader.h"
+
+#include "qxBinaryBuffer.h"
+#include "qxSystem.h"
+#include "qxTextView.h"
+
+#include <algorithm>
+
+namespace qx
+{
+
+namespace
+{
+
+constexpr std::wstring_view blanks = L" \t";
+constexpr std::wstring_view lineEnds = L"\r\n";
+
+string decoded(std::string_view bytes)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(byteOrderMark))
+        return string::fromUtf8(bytes.substr(byteOrderMark.size()));
+    return system::current().widen(bytes);
+}
+
+// Whether a line opens a section, which is then put into `name`.
+bool isSection(std::wstring_view line, std::wstring_view& name)
+{
+    const std::size_t end = line.find(L']');
+    if (!line.starts_with(L'[') || end == line.npos)
+        return false;
+    name = trimmed(line.substr(1, end - 1));
+    return true;
+}
+
+} // namespace
+
+keyValueFileReader::keyValueFileReader(const file& file, const string& separator, const string& comment,
+                                       const string&)
+    : mFile(file), mSeparator(separator), mComment(comment)
+{}
+
+keyValueFileReader::~keyValueFileReader() = default;
+
+bool keyValueFileReader::open()
+{
+    close();
+    binaryBuffer bytes;
+    if (!bytes.readFromFile(mFile, nullptr))
+        return false;
+    mContent = decoded({bytes.data(), bytes.logicalLength()});
+    return true;
+}
+
+void keyValueFileReader::close()
+{
+    string().swap(mContent);
+    mPosition = 0;
+}
+
+void keyValueFileReader::rewind(long long position)
+{
+    mPosition = static_cast<std::size_t>(std::clamp(position, 0LL, static_cast<long long>(mContent.size())));
+}
+
+bool keyValueFileReader::readLine(std::wstring_view& line)
+{
+    const std::wstring_view content = mContent;
+    while (mPosition < content.size()) {
+        const std::size_t end = std::min(content.find_first_of(lineEnds, mPosition), content.size());
+        const std::wstring_view found = trimmed(content.substr(mPosition, end - mPosition));
+        mPosition = end + 1;
+        if (found.empty() || (!mComment.empty() && found.starts_with(mComment)))
+            continue;
+        line = found;
+        return true;
+    }
+    return false;
+}
+
+bool keyValueFileReader::readSection(string& name)
+{
+    std::wstring_view line;
+    std::wstring_view section;
+    while (readLine(line)) {
+        if (isSection(line, section)) {
+            name.assign(section);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool keyValueFileReader::readKey(string& key, string& value)
+{
+    std::wstring_view line;
+    std::wstring_view nextSection;
+    for (std::size_t before = mPosition; readLine(line); before = mPosition) {
+        if (isSection(line, nextSection)) {
+            mPosition = before;
+            return false;
+        }
+        const std::size_t separator = line.find(mSeparator);
+        const std::wstring_view found = trimmed(line.substr(0, separator));
+        if (separator == line.npos || found.empty())
+            continue;
+        key.assign(found);
+        value.assign(trimmed(line.substr(separator + mSeparator.size())));
+        return true;
+    }
+    return false;
+}
+
+void keyValueFileReader::fill(configStructure& store)
+{
+    const auto storePairs = [this, &store](const string& section) {
+        string key;
+        string value;
+        while (readKey(key, value))
+            store.section(section, true, true).setValue(key, value, true, configCreate | configReplace);
+    };
+    open();
+    try {
+        string section;
+        while (readSection(section))
+            storePairs(section);
+        rewind(0);
+        storePairs(string());
+    } catch (...) {
+        close();
+        throw;
+    }
+    close();
+}
+
+iniFileReader::iniFileReader(const file& file) : keyValueFileReader(file, L"=", L";", string()) {}
+
+cfgFileReader::cfgFileReader(const file& file) : keyValueFileReader(file, L" ", L"#", string()) {}
+
+bool cfgFileReader::readSection(string&)
+{
+    return false;
+}
+
+bool cfgFileReader::readKey(string& key, string& value)
+{
+    std::wstring_view line;
+    if (!readLine(line))
+        return false;
+    const std::size_t end = std::min(line.find_first_of(blanks), line.size());
+    key.assign(line.substr(0, end));
+    value.assign(trimmed(line.substr(end)));
+    return true;
+}
+
+} // namespace qx

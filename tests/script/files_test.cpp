@@ -1,0 +1,332 @@
+// Files, libraries and processes in scripts, as far as a disk, a system of the test's own or a second process
+// is needed.
+#include "documents.h"
+#include "host.h"
+#include "scriptSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using qx::string;
+
+// A directory. Its name, with a separator behind it, is the parameter `d` of the texts.
+class files : public testing::Test
+{
+protected:
+    files() { set(L"d", mDirectory.name("")); }
+
+    void set(const wchar_t* name, const string& text)
+    {
+        mContext.setParameter(nameOf(name), qx::genericValue(text));
+    }
+
+    // What a text gives, or the innermost reason of its failure; the directory is left out.
+    std::string outcome(const string& text)
+    {
+        string shown;
+        const texts chain = failureOf([&] {
+            qx::genericValue result;
+            parsed(text)->exec(mContext, result);
+            shown = string::fromUtf8(valueText(result));
+        });
+        if (chain[0] != L"nothing thrown")
+            shown = chain.back().substr(chain.back().rfind(L'(') + 1);
+        return shown.replace(mDirectory.name(""), L"").replace(L")", L"").utf8();
+    }
+
+    // Runs a command of the posix shell in the directory; `qxscript` is the program.
+    void shell(const std::string& command)
+    {
+        const std::string all = "cd '" + mDirectory.path("").string() +
+                                "' && qxscript() { '" QX_SCRIPT_PROGRAM "' \"$@\"; }; " + command;
+        EXPECT_EQ(std::system(all.c_str()), 0) << all;
+    }
+
+    scratchDirectory mDirectory;
+    scriptcontext mContext;
+};
+
+// A disk on which every file is, but is gone when it is to be used.
+class vanishingDisk final : public failingDisk
+{
+public:
+    bool status(const string& name, qx::fileStatus& status) override
+    {
+        status.isDirectory = name == L"/";
+        return true;
+    }
+    bool copyFile(const string&, const string&, bool) override { return false; }
+    bool removeFile(const string&) override { return false; }
+    void* loadLibrary(const string&) override { return nullptr; }
+};
+
+// Notes what is loaded and started, and what becomes of the handle of a process.
+class notingSystem final : public fakeSystem
+{
+public:
+    explicit notingSystem(const string& programDirectory) : mProgramDirectory(programDirectory) {}
+
+    bool modulePath(const string&, string& directoryName) override
+    {
+        directoryName = mProgramDirectory;
+        return true;
+    }
+    void* loadLibrary(const string& name) override
+    {
+        noted = name;
+        return this;
+    }
+    bool startProcess(const string& exe, const string& params, int flags, qx::ulong32* id, void** first,
+                      void** process, const string& place) override
+    {
+        EXPECT_TRUE(!id && !first && place == currentDirectory());
+        noted += string::sformat(L"start %s|%s|%x", exe, params, flags);
+        *process = this;
+        return exe == L"known";
+    }
+    bool getExitCodeProcess(void* process, qx::long32*) override
+    {
+        noted += process == this ? L" code" : L" stranger";
+        return false;
+    }
+    void closeProcess(void* process) override { noted += process == this ? L" close" : L" stranger"; }
+
+    string noted;
+
+private:
+    string mProgramDirectory;
+};
+
+// The children of this process that have ended (true) or run, as the system lists them.
+std::ptrdiff_t countChildren(bool ended)
+{
+    std::string own;
+    std::ifstream("/proc/self/stat") >> own;
+    std::ptrdiff_t count = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+        std::ifstream stream(entry.path() / "stat");
+        std::string stat;
+        std::getline(stream, stat);
+        const std::size_t name = stat.rfind(')'); // PID (NAME) STATE PARENT
+        if (name != stat.npos && stat.substr(name + 4, own.size() + 1) == own + " ")
+            count += (stat[name + 2] == 'Z') == ended ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+TEST_F(files, statements_and_their_failures)
+{
+    set(L"long", L"/" + string(4095, L'a'));
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"file_make(\"/a/\", \"../c.txt\")", "string \"/c.txt\""},
+        {L"file_make(\"/a\\b\")", "string \"/a/b\""},
+        {L"file_make(\"/a\", createarray())", "string \"/a\""},
+        {L"file_make(\"\", \"\")", "string \"\""},
+        {L"file_make(createarray())", "Error retrieving path"},
+        {L"file_delete(createarray())", "Error retrieving path"},
+        {L"file_copy(\"/no/such\", createarray())", "file not existing"},
+        {L"file_copy(\"/proc/stat\", createarray())", "Error retrieving destination path"},
+        {L"file_copy(\"/proc/stat\", \"/no/such\")", "Error: destination path not existing"},
+        {L"file_copy(\"/proc/stat\", \"/\", long)", "Error copying file"},
+        {L"file_makeabs(\"/a/./b\")", "string \"/a/b\""},
+        {L"file_makerelative(file_makeabs(\"a\"), directory_getcurrent())", "string \"a\""},
+        {L"file_makerelative(\"/a/c\", \"/a/b/\")", "string \"../c\""},
+        {L"file_makerelative(\"a\", createarray())", "Error retrieving file"},
+        {L"file_exchangeextension(\"/a/b.txt\", \"bak\")", "string \"/a/b.bak\""},
+        {L"file_exchangeextension(\"../b.tar.gz\", \".x\")", "string \"../b.tar..x\""},
+        {L"file_exchangeextension(\"a.d/.b\", createarray())", "Error retrieving extension"},
+        {L"file_path(\"../a\\b\")", "string \"../a/\""},
+        {L"file_name(\"/a/b.txt\")", "string \"b.txt\""},
+        {L"file_exists(long)", "bool false"},
+        {L"file_appendtextline(\"/no/such\", createarray())", "Error retrieving str"},
+        {L"file_appendtextline(\"/\", \"line\")", "Error opening file"},
+        {L"file_appendtextline(long, \"line\")", "Error opening file"},
+        {L"fsname_replaceinvalidchars(\"<a>:b/\\|c?d*.\x00E4\")", "string \" a  b   c d .\xC3\xA4\""},
+        {L"fsname_replaceinvalidchars()", "Error retrieving name"},
+        {L"file_loadini(long, \"\", \"\", \"perhaps\")", "string \"\""},
+        {L"file_loadini(\"\", createarray(), \"\")", "Error retrieving section-str"},
+        {L"file_loadini(\"\", \"\", createarray())", "Error retrieving key-str"},
+        {L"file_loadcfg(long, \"\")", "string \"\""},
+        {L"file_loadcfg(createarray(), \"\")", "Error retrieving file"},
+        {L"file_loadcfg(\"\", createarray())", "Error retrieving key-str"},
+        {L"directory_getallfiles(long)", "array []"},
+        {L"directory_getallfiles(createarray())", "Error retrieving path"},
+        {L"directory_setcurrent(long)", "bool false"},
+        {L"directory_setcurrent(createarray())", "Error retrieving directoryname"},
+        {L"loaddll(long)", "file not found"},
+        {L"loaddll(createarray())", "error retrieving filename"},
+        {L"runexe(long, \"a b\", \"w\")", "null"},
+        {L"runexe(createarray())", "error retrieving exe"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(outcome(text), expected) << string(text).utf8();
+}
+
+TEST_F(files, names_and_contents_in_every_encoding)
+{
+    // "\xFF" is no UTF-8; the last character of the line is missing from the code page.
+    set(L"line", L"k=\x00E4\x20AC\x4E2D");
+    for (const char* name : {"plain", "gr\xC3\xBC\xC3\x9F", "\xF0\x9F\x98\x80", "bad\xFF\xC3"}) {
+        SCOPED_TRACE(name);
+        set(L"n", string::fromUtf8(name));
+        EXPECT_EQ(outcome(L"file_appendtextline(strcat(d, n), line)"), "null");
+        EXPECT_EQ(mDirectory.read(name), "k=\xE4\x80?\n");
+        EXPECT_EQ(outcome(L"directory_getallfiles(d)"), std::string("array [string \"") + name + "\"]");
+        EXPECT_EQ(outcome(L"file_loadini(strcat(d, n), \"\", \"K\")"), "string \"\xC3\xA4\xE2\x82\xAC?\"");
+        EXPECT_EQ(outcome(L"file_copy(strcat(d, n), d, strcat(n, \"2\"))"),
+                  std::string("string \"") + name + "2\"");
+        EXPECT_EQ(mDirectory.read(name + std::string("2")), mDirectory.read(name));
+        EXPECT_EQ(outcome(L"{ file_delete(d, n); file_delete(strcat(d, n, \"2\")); }"), "null");
+        EXPECT_TRUE(fs::is_empty(mDirectory.path("")));
+    }
+}
+
+TEST_F(files, copies_keep_the_name_and_overwrite_nothing)
+{
+    const currentDirectory back(fs::current_path());
+    mDirectory.write("a", "from");
+    fs::create_directory(mDirectory.path("to"));
+    EXPECT_EQ(outcome(L"directory_setcurrent(d)"), "bool true");
+    const string copy = L"file_copy(\"a\", \"to\")";
+    EXPECT_EQ(outcome(copy), "string \"to/a\"");
+    mDirectory.write("a", "newer");
+    EXPECT_EQ(outcome(copy), "Error copying file");
+    EXPECT_EQ(mDirectory.read("to/a"), "from");
+    EXPECT_EQ(outcome(L"{ file_delete(\"to\"); file_delete(d, \"a\"); file_delete(d, \"a\"); }"), "null");
+    EXPECT_TRUE(fs::exists(mDirectory.path("to"))) << "a directory is not deleted";
+    EXPECT_FALSE(fs::exists(mDirectory.path("a")));
+}
+
+TEST_F(files, disks_that_fail_between_two_steps)
+{
+    const vanishingDisk disk;
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"file_copy(\"/a\", \"/\", \"b\")", "Error copying file"},
+        {L"file_delete(\"/a\")", "null"},
+        {L"file_loadini(\"/a\", \"\", \"part\")", "string \"\""},
+        {L"file_loadcfg(\"/a\", \"part\")", "string \"\""},
+        {L"file_appendtextline(\"/a\", \"line\")", "null"},
+        {L"directory_getallfiles(\"/\")", "array []"},
+        {L"loaddll(\"/a\")", "handle (no text"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(outcome(text), expected) << string(text).utf8();
+}
+
+TEST_F(files, library_is_looked_for_at_four_places)
+{
+    fs::create_directory(mDirectory.path("host"));
+    notingSystem system(mDirectory.name("host"));
+    // Each is found as long as those behind it are not there.
+    for (const char* place : {"host/lib-d.so", "host/lib.so", "lib-d.so", "lib.so"}) {
+        mDirectory.write(place, "");
+        const currentDirectory back(mDirectory.path(""));
+        EXPECT_EQ(outcome(L"loaddll(\"lib.so\")"), "handle (no text");
+        EXPECT_EQ(system.noted, mDirectory.name(place));
+    }
+}
+
+TEST_F(files, runexe_flags_and_the_handle_of_the_process)
+{
+    notingSystem system(L"/");
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"runexe(\"known\")", L"start known||0 code close"},
+        {L"runexe(\"known\", \" a  b \", \"W, h\")", L"start known| a  b |200a code close"},
+        {L"runexe(\"known\", \"\", \"\tH\")", L"start known||2008 code close"},
+        {L"runexe(\"known\", \"\", \"w,w\")", L"start known||2 code close"},
+        {L"runexe(\"known\", createarray(), \"x,wh,\")", L"start known||0 code close"},
+        {L"runexe(\"unknown\", \"\", \"w\")", L"start unknown||2"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(outcome(text), "null");
+        EXPECT_EQ(std::exchange(system.noted, string()), expected);
+    }
+}
+
+#ifdef QX_SCRIPT_PROGRAM
+
+// What needs programs of a posix system.
+class filesBesideOthers : public files
+{
+protected:
+    void SetUp() override
+    {
+        if (!fs::exists("/proc/self/stat") || std::string(QX_SCRIPT_PROGRAM).ends_with(".exe"))
+            GTEST_SKIP() << "needs a posix shell";
+    }
+};
+
+TEST_F(filesBesideOthers, full_disks)
+{
+    mDirectory.write("big", std::string(100000, 'x'));
+    mDirectory.write("log", std::string(8 * 1024, 'x'));
+    shell("ulimit -f 8; qxscript eval 'file_appendtextline(\"log\", \"line\")' && "
+          "! qxscript eval 'file_copy(\"big\", \".\", \"copy\")' 2>err && grep -q 'Error copying file' err");
+    EXPECT_FALSE(fs::exists(mDirectory.path("copy")));
+    shell("qxscript eval 'file_appendtextline(\"/dev/full\", \"line\")'");
+    shell(
+        "! qxscript eval 'file_copy(\"big\", \"/dev\", \"full\")' 2>err && grep -q 'Error copying file' err");
+}
+
+TEST_F(filesBesideOthers, two_processes_append_to_one_file)
+{
+    mDirectory.write("lines.qxscr", "scrdef append(in who)\n"
+                                    "{ createvar(i, \"0\");\n"
+                                    "  while(issmaller<int>(i, \"1000\"), {\n"
+                                    "    file_appendtextline(\"log\", strcat(who, \"-\", i, \"-\", who));\n"
+                                    "    setvar(i, add<int>(i, \"1\")); }); }\n");
+    shell("qxscript run lines append $(printf %03000d 7) & qxscript run lines append a; first=$?; "
+          "wait $! && exit $first");
+    std::vector<std::string> expected;
+    expected.reserve(2000);
+    for (const std::string& who : {std::string("a"), std::string(2999, '0') + "7"})
+        for (int i = 0; i < 1000; ++i)
+            expected.emplace_back(who).append("-").append(std::to_string(i)).append("-").append(who);
+    std::vector<std::string> lines = linesOf(mDirectory.read("log"));
+    std::sort(expected.begin(), expected.end());
+    std::sort(lines.begin(), lines.end());
+    EXPECT_TRUE(lines == expected) << lines.size() << " lines";
+}
+
+TEST_F(filesBesideOthers, parameters_arrive_untouched)
+{
+    mDirectory.write("show me",
+                     "#!/bin/sh\nfor p; do printf '<%s>' \"$p\"; done >\"$(dirname \"$0\")/shown\"\n");
+    fs::permissions(mDirectory.path("show me"), fs::perms::owner_all);
+    set(L"p", L"\"two  words\" * ?.txt \\\"q\\\" $HOME `id` 'it;s' a\\b \"\" >x | & \x00E4");
+    EXPECT_EQ(outcome(L"runexe(strcat(d, \"show me\"), p, \"w\")"), "null");
+    EXPECT_EQ(mDirectory.read("shown"),
+              "<two  words><*><?.txt><\"q\"><$HOME><`id`><'it;s'><a\\b><><>x><|><&><\xC3\xA4>");
+}
+
+TEST_F(filesBesideOthers, own_children_are_collected_and_no_others)
+{
+    std::atomic<bool> done = false;
+    int lost = 0;
+    std::thread host([&] {
+        while (!done)
+            lost += std::system("exit 7") == 7 << 8 ? 0 : 1;
+    });
+    const auto start = parsed(L"runexe(\"true\")");
+    for (int i = 0; i < 999; ++i)
+        EXPECT_NO_THROW(start->exec(mContext));
+    done = true;
+    host.join();
+    EXPECT_EQ(lost, 0);
+    while (countChildren(false) > 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    parsed(L"runexe(\"true\", \"\", \"w\")")->exec(mContext);
+    EXPECT_LE(countChildren(true), 1);
+}
+
+#endif
