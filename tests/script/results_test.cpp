@@ -1,6 +1,7 @@
 // How statements write their results, and what their clones do: one table over the statements of whole
 // modules.
 #include "host.h"
+#include "recordingObject.h"
 #include "valueText.h"
 
 #include <gtest/gtest.h>
@@ -86,21 +87,56 @@ const struct row
     {L"not(\"1\")", slotted, "bool false", "string \"false\""},
     {L"and(\"1\", \"1\")", replacing, "bool true", "bool true"},
     {L"or(\"0\", \"0\")", replacing, "bool false", "bool false"},
+    {L"condition_create(\"= 1\")", replacing, "condition (no text)", "condition (no text)"},
+    {L"condition_istrue(condition_create(\"= 1\"), v)", replacing, "bool true", "bool true"},
+    {L"obj_has(o, \"f\")", replacing, "bool true", "bool true"},
+    {L"ctxt_has(o, \"f\")", replacing, "bool true", "bool true"},
+    {L"obj_get<int>(o, \"f\")", replacing, "int 7", "int 7"},
+    {L"obj_get<generic>(o, \"f\")", replacing, "string \"7\"", "string \"7\""},
+    {L"ctxt_get<bool>(o, \"f\")", replacing, "bool false", "bool false"},
+    {L"ctxt_getarray(o, \"f\")", replacing, "array []", "array []"},
+    {L"obj_set<double>(o, \"f\", \"1\")", nothing, "null", "string \"old\""},
+    {L"ctxt_set<ref>(o, \"f\", o, \"1\")", nothing, "null", "string \"old\""},
+    {L"obj_setrestriction(o, \"f\", \"= 1\")", nothing, "null", "string \"old\""},
+    {L"obj_isfieldvalid(o, \"f\")", slotted, "bool true", "string \"true\""},
+    {L"obj_setenabled(o, \"f\")", nothing, "null", "string \"old\""},
+    {L"obj_isenabled(o, \"f\")", replacing, "bool false", "bool false"},
+    {L"obj_setdisabled(o, \"f\")", nothing, "null", "string \"old\""},
+    {L"obj_isdisabled(o, \"f\")", replacing, "bool true", "bool true"},
+    {L"obj_setconstant(o, \"f\")", nothing, "null", "string \"old\""},
+    {L"obj_isconstant(o, \"f\")", replacing, "bool true", "bool true"},
+    {L"obj_setlabel(o, \"f\", \"l\")", nothing, "null", "string \"old\""},
+    {L"obj_setlabelswitch(o, \"f\", \"a\", \"b\", \"1\")", nothing, "null", "string \"old\""},
+    {L"obj_label(o, \"f\")", replacing, "string \"7\"", "string \"7\""},
+    {L"obj_triggerfieldchange(o, \"f\")", nothing, "null", "string \"old\""},
+    {L"obj_triggerfieldinfochange(o, \"f\")", nothing, "null", "string \"old\""},
+    {L"obj_getrelation(o, \"r\", v, v, v)", replacing, "unknownptr to nothing", "unknownptr to nothing"},
+    {L"obj_getrelations(o, \"r\")", replacing, "unknownptr to nothing", "unknownptr to nothing"},
+    {L"obj_setrelation(o, \"r\", o)", nothing, "null", "string \"old\""},
+    {L"obj_hastransientdata(o, \"k\")", replacing, "bool true", "bool true"},
+    {L"ctxt_hastransientdata(o, \"k\")", replacing, "bool true", "bool true"},
+    {L"obj_gettransientdata(o, \"k\")", replacing, "string \"1\"", "string \"1\""},
+    {L"ctxt_gettransientdata(o, \"k\")", replacing, "string \"1\"", "string \"1\""},
+    {L"obj_settransientdata(o, \"k\", v)", nothing, "null", "string \"old\""},
+    {L"ctxt_settransientdata(o, \"k\", v)", nothing, "null", "string \"old\""},
 };
 
-const std::set<string> modulesOfTable = {L"collection", L"control", L"localisation", L"string", L"variable"};
+const std::set<string> modulesOfTable = {L"collection", L"condition", L"control", L"localisation",
+                                         L"object",     L"string",    L"variable"};
 
 // Statements that end what they stand in, speak to the user, need an object or tell of the machine.
 const std::set<string> testedByThemselves = {L"assert",         L"break",        L"continue",
                                              L"executablepath", L"messagebox",   L"objmsg_add",
                                              L"objmsg_remove",  L"throwmessage", L"throwerror"};
 
-// Runs in a context with an array `arr`, a map `m`, a variable `v`, a parameter `p` and a global `g`, and
-// shows the result, the reason of a failure, and a signal.
+// Runs in a context with an array `arr`, a map `m`, an object `o`, a variable `v`, a parameter `p` and a
+// global `g`, and shows the result, the reason of a failure, and a signal.
 std::string resultIn(const genericValue& before, const statement& run)
 {
+    const objectRef object = objectRef::adopt((new recordingObject)->root());
     scriptcontext context;
     context.setParameter(nameOf(L"p"), textValue(L"p"));
+    context.createVariable(nameOf(L"o"), genericValue(object));
     for (const wchar_t* preparation :
          {L"createvar(v, \"1\")", L"createglobalvar(g, \"g\")", L"createglobalvar(scriptbasepath, \"\")",
           L"createvar(arr, strsplit(\"a\", \",\"))", L"createvar(none, createarray())",
