@@ -144,7 +144,8 @@ private:
     bool done(const std::string& operation, named name, const std::string& argument = "")
     {
         note(operation + ' ' + qx::string(name).utf8() + (argument.empty() ? "" : ' ' + argument));
-        meanwhile();
+        const auto now = meanwhile; // which may be replaced while it runs
+        now();
         return succeeds;
     }
     bool asked(const char* question, named name)
