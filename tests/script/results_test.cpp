@@ -140,7 +140,8 @@ std::string resultIn(const genericValue& before, const statement& run)
     for (const wchar_t* preparation :
          {L"createvar(v, \"1\")", L"createglobalvar(g, \"g\")", L"createglobalvar(scriptbasepath, \"\")",
           L"createvar(arr, strsplit(\"a\", \",\"))", L"createvar(none, createarray())",
-          L"createvar(m, createmap<string>())", L"insertintomap<string>(m, \"size\", sizeofarray(none))"})
+          L"createvar(m, createmap<string>())", L"insertintomap<string>(m, \"size\", sizeofarray(none))",
+          L"obj_settransientdata(o, \"k\", v)"})
         parsed(preparation)->exec(context);
     genericValue result(before);
     const texts chain = failureOf([&] { run.exec(context, result); });
