@@ -1,5 +1,6 @@
 // An object of a host: offers the interfaces that it is made of, counts its references and notes what it is
-// asked. It lives on the test's stack, with one reference of the test's own, and never deletes itself.
+// asked. It lives on the test's stack, with one reference of the test's own, and never deletes itself. A
+// quiet one notes nothing, and may be used from several threads.
 #pragma once
 
 #include <qxScript.h>
@@ -25,12 +26,12 @@ public:
     qx::uint addRef() override
     {
         note("addRef");
-        return ++references;
+        return qx::interlockedIncrement(&references);
     }
     qx::uint release() override
     {
         note("release");
-        return --references;
+        return qx::interlockedDecrement(&references);
     }
     bool queryInterface(const wchar_t* name, const void** out) const override
     {
@@ -52,9 +53,14 @@ public:
 
     // What happened since the last call.
     std::vector<std::string> take() { return std::exchange(mNoted, {}); }
-    void note(const std::string& what) const { mNoted.push_back(what); }
+    void note(const std::string& what) const
+    {
+        if (!isQuiet)
+            mNoted.push_back(what);
+    }
 
     qx::uint references = 1;
+    bool isQuiet = false;
 
 private:
     void* find(const qx::string& name)
@@ -65,7 +71,7 @@ private:
         else
             (offer<First>(name, found), ..., offer<More>(name, found));
         if (found)
-            ++references;
+            qx::interlockedIncrement(&references);
         return found;
     }
     template <class Interface>
@@ -73,6 +79,8 @@ private:
     {
         if (name == qx::intrface::interfaceName<Interface>)
             found = static_cast<Interface*>(this);
+        if constexpr (std::is_same_v<Interface, qx::intrface::restrictionsaccess>)
+            offer<qx::intrface::fieldaccess>(name, found);
     }
 
     mutable std::vector<std::string> mNoted;
