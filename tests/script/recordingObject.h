@@ -107,7 +107,7 @@ public:
     }
 
 #define QX_GET(T)                                                                                            \
-    bool getValue(named name, T* value) override                                                             \
+    bool getValue(named name, std::add_pointer_t<T> value) override                                          \
     {                                                                                                        \
         return get(name, value);                                                                             \
     }

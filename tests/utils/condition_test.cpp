@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <thread>
 
 using qx::genericValue;
 using qx::string;
@@ -157,49 +156,14 @@ TEST(conditions, valid_texts)
           L"between 1 and 2 and between 3 and 4", L"in(1)", L"IN (\"a\" , true,2)", L"like\"\"",
           L"not not(empty)", L"not empty or empty and empty", L"(((=1)))", L"=\"2024-03-09\"", L"!=false"})
         EXPECT_TRUE(parsed(valid)) << string(valid).utf8();
-    for (const wchar_t* invalid : {L"",
-                                   L" ",
-                                   L"1",
-                                   L"<>1",
-                                   L"=",
-                                   L"==1",
-                                   L"= 1 2",
-                                   L"=1or =2",
-                                   L"= 1e",
-                                   L"= 0x1",
-                                   L"= 1e999",
-                                   L"= inf",
-                                   L"= -inf",
-                                   L"= nan",
-                                   L"= word",
-                                   L"= (1)",
-                                   L"=\"a",
-                                   L"=\"a\"\"",
-                                   L"between 1",
-                                   L"between 1 or 2",
-                                   L"between (1, 2)",
-                                   L"in 1",
-                                   L"in ()",
-                                   L"in (1,)",
-                                   L"in (1",
-                                   L"in (empty)",
-                                   L"like 1",
-                                   L"like true",
-                                   L"empty empty",
-                                   L"empty 1",
-                                   L"not",
-                                   L"and empty",
-                                   L"empty and",
-                                   L"empty or or empty",
-                                   L"()",
-                                   L"(empty",
-                                   L"empty)",
-                                   L"notempty",
-                                   L"! empty",
-                                   L"= 1;",
-                                   L"= '1'",
-                                   L"emptY\x00e9"})
-        EXPECT_FALSE(parsed(invalid)) << string(invalid).utf8();
+    std::vector<string> invalid;
+    string(L"| |1|<>1|=|==1|= 1 2|=1or =2|= 1e|= 0x1|= 1e999|= inf|= -inf|= nan|= word|= (1)|"
+           L"=\"a|=\"a\"\"|between 1|between 1 or 2|between (1, 2)|in 1|in ()|in (1,)|in (1|"
+           L"in (empty)|like 1|like true|empty empty|empty 1|not|and empty|empty and|"
+           L"empty or or empty|()|(empty|empty)|notempty|! empty|= 1;|= '1'|emptY\x00e9")
+        .splitAt(L"|", invalid, false);
+    for (const string& text : invalid)
+        EXPECT_FALSE(parsed(text)) << text.utf8();
     EXPECT_FALSE(parsed(string(L"empty\0", 6)));
 }
 
@@ -347,19 +311,4 @@ TEST(conditions, agree_with_a_second_opinion)
         ++outcomes[expected];
     }
     EXPECT_GT(std::min(outcomes[0], outcomes[1]), 1000);
-}
-
-TEST(conditions, may_be_asked_from_several_threads)
-{
-    const condition shared = parsed(L"like \"a*z\" or between 3 and 5 or = \"2024-03-09\"");
-    const genericValue value(4);
-    const auto ask = [&] {
-        for (int i = 0; i < 1000; ++i) {
-            EXPECT_TRUE(shared->isTrue(value));
-            EXPECT_FALSE(shared->isTrue(genericValue(i + 6)));
-        }
-    };
-    std::thread other(ask);
-    ask();
-    other.join();
 }
