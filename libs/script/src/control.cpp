@@ -232,9 +232,8 @@ private:
         if (!iterator.isValid())
             return;
         for (step move = &forwardIterator::first;; move = &forwardIterator::next) {
-            unknown* handedOut = nullptr;
-            (iterator.get()->*move)(&handedOut);
-            const objectRef element = objectRef::adopt(handedOut);
+            objectRef element;
+            (iterator.get()->*move)(element.receive());
             if (iterator->isEnd() || !runWith(genericValue(element), context, result))
                 return;
         }

@@ -90,16 +90,9 @@ private:
     template <class Use>
     static void walk(iterator& walked, Use use)
     {
-        for (reference object = handedOut(walked, &intrface::forwardIterator::first); !walked->isEnd();
-             object = handedOut(walked, &intrface::forwardIterator::next))
+        reference object;
+        for (walked->first(object.receive()); !walked->isEnd(); walked->next(object.receive()))
             use(object);
-    }
-
-    static reference handedOut(iterator& walked, void (intrface::forwardIterator::*move)(intrface::unknown**))
-    {
-        intrface::unknown* object = nullptr;
-        (walked.get()->*move)(&object);
-        return reference::adopt(object);
     }
 
     ownedProvider mpSource; // null: none given
