@@ -23,11 +23,9 @@ public:
     {
         const string name = require<string>(L"file", context, L"error retrieving filename");
         file found = plainOrDebug(name);
-        if (!found.exists()) {
-            directory program;
-            getModulePath(string(), program);
+        directory program;
+        if (!found.exists() && getModulePath(string(), program))
             found = plainOrDebug(file(program.fullName(), name).fullName());
-        }
         if (!found.exists())
             execError(this, L"file not found");
         replaceResult(result, system::current().loadLibrary(found.fullName()));
