@@ -52,11 +52,18 @@ string wide(const std::string& text)
     return string::fromUtf8(text);
 }
 
-// One line: paths of this machine stand as names, line ends as \n, a blank at the end as \s.
+string longName()
+{
+    return L"/" + std::wstring(4095, L'a');
+}
+
+// One line: paths of this machine and the long name stand as names, line ends as \n, a blank at the end as
+// \s.
 std::string shownLine(string text)
 {
     text.replace(wide(scriptsDirectory().string()), L"SCRIPTS");
     text.replace(wide(fs::current_path().string()), L"CURRENT");
+    text.replace(longName(), L"LONG");
     text.replace(L"\n", L"\\n");
     if (!text.empty() && text.back() == L' ')
         text.replace(text.size() - 1, 1, L"\\s");
@@ -116,7 +123,6 @@ class fixedMachine final : public stoppedClock
 {
 public:
     fixedMachine() : stoppedClock(1710028799999) {}
-    string currentDirectory() override { return L"/current"; }
     bool modulePath(const string&, string& directory) override
     {
         directory = L"/program";
@@ -196,7 +202,7 @@ outcome resultIn(const genericValue& before, const statement& run)
     scriptcontext context;
     world.fill(context);
     context.setParameter(nameOf(L"p"), textValue(L"p"));
-    context.createVariable(nameOf(L"long"), genericValue(string(L"/" + std::wstring(4095, L'a'))));
+    context.createVariable(nameOf(L"long"), genericValue(longName()));
     context.createVariable(nameOf(L"zero"), genericValue(string(L"ab\0cd", 5)));
     context.setGlobalContextVariable(nameOf(L"scriptbasepath"),
                                      genericValue(wide(scriptsDirectory().string() + "/")));
@@ -211,7 +217,7 @@ outcome resultIn(const genericValue& before, const statement& run)
     genericValue result(before);
     const texts chain = failureOf([&] { run.exec(context, result); });
     const auto returned = context.parameterAddress(scriptcontext::returnparam());
-    return {valueText(returned ? *returned : result), chain, world.operations()};
+    return {shownLine(wide(valueText(returned ? *returned : result))), chain, world.operations()};
 }
 
 ownedStatement statementOf(const std::string& row)
