@@ -33,6 +33,17 @@ inline std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
+// What stands between the commas of a list.
+inline std::vector<std::string> wordsOf(std::string list)
+{
+    std::vector<std::string> words;
+    for (std::size_t end = 0; !list.empty(); list.erase(0, end == list.npos ? end : end + 2)) {
+        end = list.find(", ");
+        words.push_back(list.substr(0, end));
+    }
+    return words;
+}
+
 // The lines of a table of statements, without comments; none if the file defines functions.
 inline std::vector<std::string> rowsOf(const std::string& script)
 {

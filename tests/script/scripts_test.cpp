@@ -9,6 +9,9 @@
 //         over a text: where it is another, what becomes of a result that holds "old"
 //         over a map: the same for an empty map, into which nothing converts
 //
+// What statements refuse is in refusals.expected: each is called without its type, and with each parameter
+// missing, empty and null.
+//
 // A failure shows its whole chain of messages instead of a value, outermost first, each a step further in.
 // With QX_REWRITE_EXPECTATIONS set the files are written anew; the difference is read like code.
 #include "assertRecorder.h"
@@ -268,6 +271,59 @@ std::string outcomesOfStatements(const std::vector<std::string>& rows)
     return all;
 }
 
+std::string joined(const std::vector<std::string>& words)
+{
+    std::string all;
+    for (std::size_t i = 0; i < words.size(); ++i)
+        all += (i == 0 ? "" : ", ") + words[i];
+    return all;
+}
+
+// Calls that are refused, for the most part. Left out are statements of control, since they might not end,
+// and those on files.
+std::vector<std::string> refusedCalls()
+{
+    const std::set<string> leftOut = {L"control", L"directory", L"file", L"library"};
+    std::vector<std::string> rows;
+    for (const qx::script::statementInfo& built : qx::script::listStatements()) {
+        if (leftOut.contains(built.module))
+            continue;
+        const std::string name = built.name.utf8();
+        const std::string parameters = built.parameters.utf8();
+        const std::size_t open = parameters.find('(');
+        const bool isMap = parameters.starts_with("<key");
+        const std::vector<std::string> types = wordsOf(built.types.utf8());
+        const std::string type = isMap ? "string" : types.empty() || types[0] == "any" ? "int" : types[0];
+        const std::string start = name + (open == 0 ? "(" : "<" + type + ">(");
+
+        std::vector<std::string> all = wordsOf(parameters.substr(open + 1, parameters.size() - open - 2));
+        std::erase_if(all, [](const std::string& word) { return word.find("...") != word.npos; });
+        for (std::string& word : all)
+            word = word == "name" ? isMap ? "m" : "arr" : "\"1\"";
+        if (built.module == L"object" || name.starts_with("objmsg"))
+            all[0] = "o";
+
+        if (open != 0)
+            rows.push_back(name + "(" + joined(all) + ")");
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            rows.push_back(start + joined({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i)}) + ")");
+            for (const char* refused : {all.size() == 1 ? "nobody()" : "", "n"}) {
+                std::vector<std::string> given = all;
+                given[i] = refused;
+                rows.push_back(start + joined(given) + ")");
+            }
+        }
+    }
+    return rows;
+}
+
+std::vector<std::string> cases()
+{
+    std::vector<std::string> names = filesWith(".qxscr");
+    names.insert(std::upper_bound(names.begin(), names.end(), "refusals"), "refusals");
+    return names;
+}
+
 std::string testName(const testing::TestParamInfo<std::string>& info)
 {
     std::string name = info.param;
@@ -283,7 +339,7 @@ class scripts : public testing::TestWithParam<std::string>
 
 TEST_P(scripts, give_what_is_expected)
 {
-    const std::vector<std::string> rows = rowsOf(GetParam());
+    const std::vector<std::string> rows = GetParam() == "refusals" ? refusedCalls() : rowsOf(GetParam());
     const std::string outcomes = rows.empty() ? outcomesOfFunctions(GetParam()) : outcomesOfStatements(rows);
     const fs::path expectation = scriptsDirectory() / (GetParam() + ".expected");
     if (std::getenv("QX_REWRITE_EXPECTATIONS"))
@@ -291,11 +347,11 @@ TEST_P(scripts, give_what_is_expected)
     EXPECT_EQ(outcomes, contentOf(expectation));
 }
 
-INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(filesWith(".qxscr")), testName);
+INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(cases()), testName);
 
 TEST(scriptFiles, no_expectation_is_left_without_its_script)
 {
-    EXPECT_EQ(filesWith(".expected"), filesWith(".qxscr"));
+    EXPECT_EQ(filesWith(".expected"), cases());
 }
 
 TEST(scriptFiles, every_statement_has_a_row_that_does_not_fail)
