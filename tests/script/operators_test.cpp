@@ -44,22 +44,8 @@ qx::string call(const wchar_t* keyword, const wchar_t* type, const wchar_t* oper
 
 // The plain type that a test computes with.
 template <class T>
-struct plainType
-{
-    using type = T;
-};
-template <>
-struct plainType<qx::long32>
-{
-    using type = std::conditional_t<sizeof(long) == 4, long, int>;
-};
-template <>
-struct plainType<qx::ulong32>
-{
-    using type = std::conditional_t<sizeof(long) == 4, unsigned long, unsigned>;
-};
-template <class T>
-using plain = typename plainType<T>::type;
+using plain = std::conditional_t<std::is_arithmetic_v<T>, T,
+                                 std::conditional_t<std::is_same_v<T, qx::long32>, int, unsigned>>;
 
 using exact = __int128;
 

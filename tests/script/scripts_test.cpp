@@ -128,7 +128,7 @@ public:
     fixedMachine() : stoppedClock(1710028799999) {}
     bool modulePath(const string&, string& directory) override
     {
-        directory = L"/program";
+        directory = L"program";
         return true;
     }
     int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
@@ -352,6 +352,18 @@ INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(cases()), testName);
 TEST(scriptFiles, no_expectation_is_left_without_its_script)
 {
     EXPECT_EQ(filesWith(".expected"), cases());
+}
+
+TEST(scriptFiles, clones_of_signals_raise_them)
+{
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"break()", L"#breaksignal#"},
+                                                              {L"continue()", L"#continuesignal#"}};
+    for (const auto& [text, signal] : rows) {
+        scriptcontext context;
+        const auto original = parsed(text, qx::script::continueAllowed | qx::script::breakAllowed);
+        ownedStatement(original->clone())->exec(context);
+        EXPECT_TRUE(context.scriptSignal(nameOf(signal))) << string(signal).utf8();
+    }
 }
 
 TEST(scriptFiles, every_statement_has_a_row_that_does_not_fail)
