@@ -155,6 +155,7 @@ void checkPairs(const wchar_t* keyword, const wchar_t* type, Expected expected)
     }
     const qx::genericValue last(all.back().value);
     EXPECT_TRUE(run(last, last, textValue(L"old")).starts_with("string "));
+    EXPECT_TRUE(run(last, last, evaluated(L"createmap<short>()")).starts_with("Error executing script"));
 }
 
 template <class T>

@@ -275,7 +275,7 @@ std::string joined(const std::vector<std::string>& words)
 {
     std::string all;
     for (std::size_t i = 0; i < words.size(); ++i)
-        all += (i == 0 ? "" : ", ") + words[i];
+        all.append(i == 0 ? "" : ", ").append(words[i]);
     return all;
 }
 
