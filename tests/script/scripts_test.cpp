@@ -294,7 +294,8 @@ std::vector<std::string> refusedCalls()
         const bool isMap = parameters.starts_with("<key");
         const std::vector<std::string> types = wordsOf(built.types.utf8());
         const std::string type = isMap ? "string" : types.empty() || types[0] == "any" ? "int" : types[0];
-        const std::string start = name + (open == 0 ? "(" : "<" + type + ">(");
+        const std::string start =
+            open == 0 ? name + "(" : string::sformat(L"%s<%s>(", built.name, wide(type)).utf8();
 
         std::vector<std::string> all = wordsOf(parameters.substr(open + 1, parameters.size() - open - 2));
         std::erase_if(all, [](const std::string& word) { return word.find("...") != word.npos; });
