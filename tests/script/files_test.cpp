@@ -68,7 +68,7 @@ public:
     void* loadLibrary(const string&) override { return nullptr; }
 };
 
-// Notes what is loaded and started, and what becomes of the handle of a process.
+// Notes what is loaded.
 class notingSystem final : public fakeSystem
 {
 public:
@@ -84,21 +84,6 @@ public:
         noted = name;
         return this;
     }
-    bool startProcess(const string& exe, const string& params, int flags, qx::ulong32* id, void** first,
-                      void** process, const string& place) override
-    {
-        EXPECT_TRUE(!id && !first && place == currentDirectory());
-        noted += string::sformat(L"start %s|%s|%x", exe, params, flags);
-        *process = this;
-        return exe == L"known";
-    }
-    bool getExitCodeProcess(void* process, qx::long32*) override
-    {
-        noted += process == this ? L" code" : L" stranger";
-        return false;
-    }
-    void closeProcess(void* process) override { noted += process == this ? L" close" : L" stranger"; }
-
     string noted;
 
 private:
@@ -123,54 +108,6 @@ std::ptrdiff_t countChildren(bool ended)
 }
 
 } // namespace
-
-TEST_F(files, statements_and_their_failures)
-{
-    set(L"long", L"/" + string(4095, L'a'));
-    const std::pair<const wchar_t*, const char*> cases[] = {
-        {L"file_make(\"/a/\", \"../c.txt\")", "string \"/c.txt\""},
-        {L"file_make(\"/a\\b\")", "string \"/a/b\""},
-        {L"file_make(\"/a\", createarray())", "string \"/a\""},
-        {L"file_make(\"\", \"\")", "string \"\""},
-        {L"file_make(createarray())", "Error retrieving path"},
-        {L"file_delete(createarray())", "Error retrieving path"},
-        {L"file_copy(\"/no/such\", createarray())", "file not existing"},
-        {L"file_copy(\"/proc/stat\", createarray())", "Error retrieving destination path"},
-        {L"file_copy(\"/proc/stat\", \"/no/such\")", "Error: destination path not existing"},
-        {L"file_copy(\"/proc/stat\", \"/\", long)", "Error copying file"},
-        {L"file_makeabs(\"/a/./b\")", "string \"/a/b\""},
-        {L"file_makerelative(file_makeabs(\"a\"), directory_getcurrent())", "string \"a\""},
-        {L"file_makerelative(\"/a/c\", \"/a/b/\")", "string \"../c\""},
-        {L"file_makerelative(\"a\", createarray())", "Error retrieving file"},
-        {L"file_exchangeextension(\"/a/b.txt\", \"bak\")", "string \"/a/b.bak\""},
-        {L"file_exchangeextension(\"../b.tar.gz\", \".x\")", "string \"../b.tar..x\""},
-        {L"file_exchangeextension(\"a.d/.b\", createarray())", "Error retrieving extension"},
-        {L"file_path(\"../a\\b\")", "string \"../a/\""},
-        {L"file_name(\"/a/b.txt\")", "string \"b.txt\""},
-        {L"file_exists(long)", "bool false"},
-        {L"file_appendtextline(\"/no/such\", createarray())", "Error retrieving str"},
-        {L"file_appendtextline(\"/\", \"line\")", "Error opening file"},
-        {L"file_appendtextline(long, \"line\")", "Error opening file"},
-        {L"fsname_replaceinvalidchars(\"<a>:b/\\|c?d*.\x00E4\")", "string \" a  b   c d .\xC3\xA4\""},
-        {L"fsname_replaceinvalidchars()", "Error retrieving name"},
-        {L"file_loadini(long, \"\", \"\", \"perhaps\")", "string \"\""},
-        {L"file_loadini(\"\", createarray(), \"\")", "Error retrieving section-str"},
-        {L"file_loadini(\"\", \"\", createarray())", "Error retrieving key-str"},
-        {L"file_loadcfg(long, \"\")", "string \"\""},
-        {L"file_loadcfg(createarray(), \"\")", "Error retrieving file"},
-        {L"file_loadcfg(\"\", createarray())", "Error retrieving key-str"},
-        {L"directory_getallfiles(long)", "array []"},
-        {L"directory_getallfiles(createarray())", "Error retrieving path"},
-        {L"directory_setcurrent(long)", "bool false"},
-        {L"directory_setcurrent(createarray())", "Error retrieving directoryname"},
-        {L"loaddll(long)", "file not found"},
-        {L"loaddll(createarray())", "error retrieving filename"},
-        {L"runexe(long, \"a b\", \"w\")", "null"},
-        {L"runexe(createarray())", "error retrieving exe"},
-    };
-    for (const auto& [text, expected] : cases)
-        EXPECT_EQ(outcome(text), expected) << string(text).utf8();
-}
 
 TEST_F(files, names_and_contents_in_every_encoding)
 {
@@ -233,23 +170,6 @@ TEST_F(files, library_is_looked_for_at_four_places)
         const currentDirectory back(mDirectory.path(""));
         EXPECT_EQ(outcome(L"loaddll(\"lib.so\")"), "handle (no text");
         EXPECT_EQ(system.noted, mDirectory.name(place));
-    }
-}
-
-TEST_F(files, runexe_flags_and_the_handle_of_the_process)
-{
-    notingSystem system(L"/");
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"runexe(\"known\")", L"start known||0 code close"},
-        {L"runexe(\"known\", \" a  b \", \"W, h\")", L"start known| a  b |200a code close"},
-        {L"runexe(\"known\", \"\", \"\tH\")", L"start known||2008 code close"},
-        {L"runexe(\"known\", \"\", \"w,w\")", L"start known||2 code close"},
-        {L"runexe(\"known\", createarray(), \"x,wh,\")", L"start known||0 code close"},
-        {L"runexe(\"unknown\", \"\", \"w\")", L"start unknown||2"},
-    };
-    for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(outcome(text), "null");
-        EXPECT_EQ(std::exchange(system.noted, string()), expected);
     }
 }
 

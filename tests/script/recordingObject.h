@@ -13,7 +13,8 @@
 class recordingObject final
     : public hostObject<qx::intrface::restrictionsaccess, qx::intrface::arrayfieldaccess,
                         qx::intrface::propertyaccess, qx::intrface::triggerEvents,
-                        qx::intrface::relationaccess, qx::intrface::transientdataaccess>
+                        qx::intrface::relationaccess, qx::intrface::transientdataaccess,
+                        qx::intrface::messagesaccess>
 {
 public:
     using named = const wchar_t*;
@@ -98,13 +99,16 @@ public:
     }
     bool getTransientData(named name, unknown** out) override
     {
-        if (data.isValid() && !handedOut) {
-            data->addRef();
-            *out = data.get();
-            return done("getTransientData", name);
-        }
-        return give("getTransientData", name, out);
+        return give("getTransientData", name, out, data.isValid() ? data.get() : handedOut);
     }
+
+    bool addMessage(named id, int severity, const qx::locString& message) override
+    {
+        const bool isEmpty = !message.string(nullptr, qx::searchPath());
+        return !done("addMessage", id,
+                     std::to_string(severity) + ' ' + (isEmpty ? "empty" : message.text().utf8()));
+    }
+    bool removeMessage(named id) override { return !done("removeMessage", id); }
 
 #define QX_GET(T)                                                                                            \
     bool getValue(named name, std::add_pointer_t<T> value) override                                          \
@@ -163,10 +167,14 @@ private:
     }
     bool give(const char* operation, named name, unknown** out)
     {
+        return give(operation, name, out, handedOut);
+    }
+    bool give(const char* operation, named name, unknown** out, unknown* given)
+    {
         EXPECT_EQ(*out, nullptr);
-        *out = handedOut;
-        if (handedOut)
-            handedOut->addRef();
+        *out = given;
+        if (given)
+            given->addRef();
         return done(operation, name);
     }
 };

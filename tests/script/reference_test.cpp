@@ -35,17 +35,6 @@ std::set<std::string> documentedFailures()
     return texts;
 }
 
-std::vector<std::string> wordsOf(const qx::string& list)
-{
-    std::vector<qx::string> words;
-    list.splitAt(L", ", words, false);
-    std::vector<std::string> plain;
-    plain.reserve(words.size());
-    for (const qx::string& word : words)
-        plain.push_back(word.utf8());
-    return plain;
-}
-
 TEST(reference, rowsAreComplete)
 {
     for (const statementInfo& statement : script::listStatements()) {
@@ -226,7 +215,7 @@ TEST(reference, statementsTakeTheTypesThatTheyTell)
         if (statement.types.empty() || statement.name.starts_with(L"<")) // `<` cannot be called with a type
             continue;
         const bool isAny = statement.types == L"any";
-        std::vector<std::string> told = isAny ? all : wordsOf(statement.types);
+        std::vector<std::string> told = isAny ? all : wordsOf(statement.types.utf8());
         std::vector<std::string> tried = all;
         if (!isAny) // words of statements on objects alone
             tried.insert(tried.end(), {"generic", "ref"});
