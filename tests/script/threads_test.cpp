@@ -42,44 +42,27 @@ TEST(threads, first_parse_of_the_process_may_be_on_several_at_once)
     });
 }
 
-TEST(threads, shared_tree_runs_in_contexts_of_their_own)
+TEST(threads, share_trees_and_failures)
 {
-    const ownedStatement shared =
+    const ownedStatement good =
         parsed(L"{ createvar(r, getparameter(p)); { createvar(x, r); setvar(r, \"0\"); "
                L"createglobalvar(g, x); }; return(getglobalvar(g)); }");
+    const ownedStatement failing = parsed(L"{ createvar(a); { isnull(a); setvar(missing, \"1\"); }; }");
+    const qx::script::variableNotFoundException reason(L"v");
     onAllThreads([&](int number) {
-        const std::string expected = "string \"" + std::to_string(number) + '"';
-        const qx::string own = qx::string::fromUtf8(std::to_string(number));
         for (int i = 0; i < rounds; ++i) {
-            const ownedStatement mine = i % 2 ? ownedStatement(shared->clone()) : shared;
+            const ownedStatement mine = i % 2 ? ownedStatement(good->clone()) : good;
             scriptcontext context;
-            context.setParameter(nameOf(L"p"), qx::genericValue(own));
+            context.setParameter(nameOf(L"p"), qx::genericValue(number));
             qx::genericValue result;
             mine->exec(context, result);
-            EXPECT_EQ(valueText(result), expected);
-        }
-    });
-}
+            EXPECT_EQ(valueText(result), "int " + std::to_string(number));
 
-TEST(threads, failures_of_a_shared_tree_are_each_thread_s_own)
-{
-    const ownedStatement shared = parsed(L"{ createvar(a); { isnull(a); setvar(missing, \"1\"); }; }");
-    onAllThreads([&](int) {
-        for (int i = 0; i < rounds; ++i) {
-            scriptcontext context;
-            EXPECT_EQ(failureOf([&] { shared->exec(context); }).size(), 3u);
+            scriptcontext other;
+            EXPECT_EQ(failureOf([&] { failing->exec(other); }).size(), 3u);
             EXPECT_EQ(failureOf([] { parsed(L"isnull(nobody(x))"); }).size(), 2u);
-        }
-    });
-}
-
-TEST(threads, one_reason_is_shared_by_failures_on_all)
-{
-    const qx::script::variableNotFoundException reason(L"v");
-    onAllThreads([&](int) {
-        for (int i = 0; i < rounds; ++i) {
-            const qx::script::scriptExecException mine(L"s", nullptr, &reason);
-            EXPECT_EQ(chainOf(mine).back(), L"Variable \"v\" not found");
+            EXPECT_EQ(chainOf(qx::script::scriptExecException(L"s", nullptr, &reason)).back(),
+                      L"Variable \"v\" not found");
         }
     });
 }
