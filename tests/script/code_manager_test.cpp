@@ -6,9 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
 namespace
 {
 
@@ -143,21 +140,15 @@ TEST(codeManager, threadsShareOneFunction)
                                   "$g, getglobalvar(g)));\n}\nscrdef g(in<string> x) { return(x); }\n");
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(8);
-    for (int t = 0; t < 8; ++t) {
-        threads.emplace_back([&, t] {
-            for (int i = 0; i < 200; ++i) {
-                const qx::string text = std::to_wstring(t * 1000 + i);
-                if (runCall(directory.name(), call, {text}) != text.utf8())
-                    ++wrong;
-                if (t == 0 && i % 20 == 19)
-                    setAge(directory, fileName, i - 1000); // loads again during the others' runs
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    onManyThreads([&](int thread) {
+        for (int i = 0; i < 200; ++i) {
+            const qx::string text = std::to_wstring(thread * 1000 + i);
+            if (runCall(directory.name(), call, {text}) != text.utf8())
+                ++wrong;
+            if (thread == 0 && i % 20 == 19)
+                setAge(directory, fileName, i - 1000); // loads again during the others' runs
+        }
+    });
     EXPECT_EQ(wrong, 0);
 }
 

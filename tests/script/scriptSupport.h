@@ -7,7 +7,9 @@
 
 #include <qxScript>
 
+#include <atomic>
 #include <chrono>
+#include <thread>
 
 // The chain of what `work` throws, as failureOf gives it, in UTF-8.
 template <class Work>
@@ -44,6 +46,25 @@ inline std::string runCall(const qx::string& base, const qx::string& call, const
             text = L"declined";
     });
     return chain == "nothing thrown" ? text.utf8() : chain;
+}
+
+// Runs `work(thread number)` on eight threads at once.
+template <class Work>
+void onManyThreads(const Work& work)
+{
+    constexpr int count = 8;
+    std::atomic<int> waiting = count;
+    std::vector<std::thread> threads;
+    threads.reserve(count);
+    for (int number = 0; number < count; ++number) {
+        threads.emplace_back([&, number] {
+            for (--waiting; waiting > 0;)
+                std::this_thread::yield();
+            work(number);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 // A file name that no test has used: the cache of the process knows files by name alone.

@@ -1,41 +1,14 @@
 // One tree, many threads: each with a context of its own.
 #include "host.h"
-#include "valueText.h"
+#include "scriptSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
-namespace
-{
-
-constexpr int threadCount = 4;
 constexpr int rounds = 200;
-
-// Runs `work(thread number)` on all threads at once.
-template <class Work>
-void onAllThreads(const Work& work)
-{
-    std::atomic<int> waiting = threadCount;
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int number = 0; number < threadCount; ++number) {
-        threads.emplace_back([&, number] {
-            for (--waiting; waiting > 0;)
-                std::this_thread::yield();
-            work(number);
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
-} // namespace
 
 TEST(threads, first_parse_of_the_process_may_be_on_several_at_once)
 {
-    onAllThreads([](int) {
+    onManyThreads([](int) {
         for (int i = 0; i < rounds; ++i)
             EXPECT_EQ(valueText(evaluated(L"{ createvar(a, \"1\"); return(isoftype<int>(a)); }")),
                       "bool true");
@@ -49,7 +22,7 @@ TEST(threads, share_trees_and_failures)
                L"createglobalvar(g, x); }; return(getglobalvar(g)); }");
     const ownedStatement failing = parsed(L"{ createvar(a); { isnull(a); setvar(missing, \"1\"); }; }");
     const qx::script::variableNotFoundException reason(L"v");
-    onAllThreads([&](int number) {
+    onManyThreads([&](int number) {
         for (int i = 0; i < rounds; ++i) {
             const ownedStatement mine = i % 2 ? ownedStatement(good->clone()) : good;
             scriptcontext context;
