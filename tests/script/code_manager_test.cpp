@@ -4,17 +4,12 @@
 #include "host.h"
 #include "scriptSupport.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
 
 namespace
 {
 
 namespace script = qx::script;
-using testing::ElementsAre;
 
 TEST(codeManager, splitsCodeCalls)
 {
@@ -23,16 +18,15 @@ TEST(codeManager, splitsCodeCalls)
         const wchar_t* call;
         bool good;
         script::eCodeType type;
-        const wchar_t* file;
-        const wchar_t* function;
+        const wchar_t* fileAndFunction;
     } cases[] = {
-        {L"script$tools$pick", true, script::codeTypeScript, L"tools", L"pick"},
-        {L"$Tools$PICK", true, script::codeTypeScript, L"tools", L"pick"},
-        {L" D L\tl$ My Tools \t$ pi ck ", true, script::codeTypeDll, L"my tools", L"pick"},
-        {L"dll$$f", false, script::codeTypeDll, L"", L"f"},
-        {L"tools$pick", false, script::codeTypeDll, L"unchanged", L"unchanged"},
-        {L"", false, script::codeTypeDll, L"unchanged", L"unchanged"},
-        {L"\"script$tools$pick", false, script::codeTypeDll, L"unchanged", L"unchanged"},
+        {L"script$tools$pick", true, script::codeTypeScript, L"tools|pick"},
+        {L"$Tools$PICK", true, script::codeTypeScript, L"tools|pick"},
+        {L" D L\tl$ My Tools \t$ pi ck ", true, script::codeTypeDll, L"my tools|pick"},
+        {L"dll$$f", false, script::codeTypeDll, L"|f"},
+        {L"tools$pick", false, script::codeTypeDll, L"unchanged|unchanged"},
+        {L"", false, script::codeTypeDll, L"unchanged|unchanged"},
+        {L"\"script$tools$pick", false, script::codeTypeDll, L"unchanged|unchanged"},
     };
     const assertRecorder recorder;
     for (const auto& row : cases) {
@@ -42,196 +36,97 @@ TEST(codeManager, splitsCodeCalls)
         qx::string function = L"unchanged";
         EXPECT_EQ(script::codeManager::instance()->parseCodeCall(row.call, type, file, function), row.good);
         EXPECT_EQ(type, row.type);
-        EXPECT_EQ(file, row.file);
-        EXPECT_EQ(function, row.function);
+        EXPECT_EQ(file + L"|" + function, row.fileAndFunction);
     }
-    EXPECT_THAT(assertRecorder::take(), ElementsAre(L"parseCodeCall: invalid codetype \"script"));
+    EXPECT_EQ(assertRecorder::take(), texts{L"parseCodeCall: invalid codetype \"script"});
 }
 
-TEST(codeManager, bindsArgumentsInOrder)
+TEST(codeManager, bindsLoadsAndRuns)
 {
     const scratchDirectory directory;
+    std::filesystem::create_directory(directory.path("sub"));
     directory.write(
-        "binding.qxscr",
-        "scrdef both(in<int> a, in<string> b = \"ABC\") { return(callfunction($binding$b, b)); }\n"
+        "running.qxscr",
+        "scrdef both(in<int> a, in<string> b = \"ABC\") { return(callfunction($running$b, b)); }\n"
         "scrdef b(in x) { return(x); }\n"
         "scrdef unnamed(in<int> , in<int> a) { return(a); }\n"
-        "scrdef nothing(in a = \"1\") { callfunction(dll$lib$func); }\n"
-        "scrdef bare(in<int> n = 1) { return(n); }\n");
-    const qx::string base = directory.name();
-    EXPECT_EQ(runCall(base, L"$binding$both", {L"1", L"Two", L"surplus"}), "Two");
-    EXPECT_EQ(runCall(base, L"script$Binding$Both", {L"1"}), "abc");
-    EXPECT_EQ(runCall(base, L"$binding$unnamed", {L"first"}), "first") << "an empty name takes no argument";
-
-    script::scriptcontext context;
-    std::vector<qx::genericValue> arguments(1); // null counts as missing
-    qx::genericValue result(qx::string(L"kept"));
-    EXPECT_TRUE(script::codeManager::instance()->executeFunction(base, L"$binding$nothing", context,
-                                                                 arguments, result));
-    qx::string text;
-    EXPECT_TRUE(result.getValue(text));
-    EXPECT_EQ(text, L"kept") << "a function without a return leaves the result alone";
-    EXPECT_TRUE(context.parameter(nameOf(L"a")).getValue(text));
-    EXPECT_EQ(text, L"1") << "parameters stay in the context";
-    EXPECT_TRUE(arguments[0].isNull());
-
-    EXPECT_THAT(
-        chainOfFailure([&] { runCall(base, L"$binding$both"); }),
-        ElementsAre("Error preparing parameter for function \"both\" ()", "Input parameter \"a\" not found"));
-    EXPECT_THAT(chainOfFailure([&] { runCall(base, L"$binding$bare"); }),
-                ElementsAre("Error preparing parameter for function \"bare\" ()",
-                            "Error executing script \"getvar(1)\" ", "Variable \"1\" not found"));
-}
-
-TEST(codeManager, whatIsNoExceptionBecomesOne)
-{
-    // No hostStatement: the cache keeps the functions, and those are counted.
-    class thrower final : public script::statement
+        "scrdef twice(in a, in b = \"from the first\") { return(a); }\n"
+        "scrdef TWICE(in c) { return(b); }\n"
+        "scrdef text(){ throwmessage(\"thrown\"); }\n"
+        "scrdef bound(in a = throwmessage(\"thrown\"){ return(a); }\n"
+        "scrdef body(out<int> x){ nosuchstatement(); }\n"
+        "scrdef paths() { callfunction($sub/deep$f); return(getglobalvar(scriptbasepath)); }\n"
+        "scrdef here() { return(getglobalvar(scriptbasepath)); }\n");
+    directory.write("sub/deep.qxscr", "scrdef f() { createvar(a); }");
+    const currentDirectory current(directory.path("sub"));
+    const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+    const std::string base = directory.name().utf8();
+    const std::string missing = "File " + base + separator + "sub" + separator;
+    const struct
     {
-    public:
-        explicit thrower(bool text) : mText(text) {}
-        statement* clone() const override { return new thrower(*this); }
-        void destroy() override { delete this; }
-        void execute(codecontext&, qx::genericValue&) const override
-        {
-            if (mText)
-                throw qx::string(L"thrown");
-            throw 7;
-        }
-
-    private:
-        bool mText;
+        const wchar_t* call;
+        std::string outcome;
+        texts arguments;
+    } rows[] = {
+        {L"$running$both", "Two", {L"1", L"Two", L"surplus"}},
+        {L"script$Running$Both", "abc", {L"1"}},
+        {L"$running$unnamed", "first", {L"first"}},    // an empty name takes no argument
+        {L"$running$twice", "from the first", {L"x"}}, // a later definition leaves parameters of the earlier
+        {L"$running$text", "Error executing script \"thrown\n\ntext\" ", {}},
+        {L"$running$bound", "Error preparing parameter for function \"bound\" (thrown)", {}},
+        {L"$running$body", "Error parsing { nosuchstatement(); }", {}}, // it is parsed first
+        // The base path follows the file that runs.
+        {L"$running$here", base + separator, {}},
+        {L"$running$paths", base + separator + "sub" + separator, {}},
+        // Malformed calls find no file.
+        {L"$nosuchfile$f", missing + "nosuchfile.qxsscr not found!", {}},
+        {L"tools$pick", missing + ".qxsscr not found!", {}},
     };
-    const hostModule host([](const moduleCall& call) -> script::statement* {
-        const bool isKnown = call.name == L"throwtext" || call.name == L"thrownumber";
-        return isKnown ? new thrower(call.name == L"throwtext") : nullptr;
-    });
-    const scratchDirectory directory;
-    directory.write("throwing.qxscr", "scrdef text(){ throwtext(); }\n"
-                                      "scrdef number(){ thrownumber(); }\n"
-                                      "scrdef bound(in a = throwtext(){ return(a); }\n");
-    const qx::string base = directory.name();
-    EXPECT_THAT(chainOfFailure([&] { runCall(base, L"$throwing$text"); }),
-                ElementsAre("Error executing script \"thrown\n\ntext\" "));
-    EXPECT_THAT(
-        chainOfFailure([&] { runCall(base, L"$throwing$number"); }),
-        ElementsAre("Error executing script \"number\" ", "Error executing script \"thrownumber();\" "));
-    EXPECT_THAT(chainOfFailure([&] { runCall(base, L"$throwing$bound"); }),
-                ElementsAre("Error preparing parameter for function \"bound\" (thrown)"));
+    for (const auto& row : rows)
+        EXPECT_EQ(runCall(directory.name(), row.call, row.arguments), row.outcome);
 }
 
-TEST(codeManager, whatCannotBeLoadedSaysWhy)
+TEST(codeManager, aFinishedRunLeavesItsParametersAndNoSignal)
 {
     const scratchDirectory directory;
-    directory.write("loading.qxscr", "scrdef good(){ return(\"1\"); }\n"
-                                     "scrdef brackets(){ return(\"1\"; }\n"
-                                     "scrdef kind(out<int> x){ return(x); }\n"
-                                     "scrdef both(out<int> x){ nosuchstatement(); }\n"
-                                     "scrdef blank() \n");
-    const assertRecorder recorder;
-    const qx::string base = directory.name();
-    const auto failure = [&](const wchar_t* call) { return chainOfFailure([&] { runCall(base, call); }); };
-    const std::string file = directory.name("loading.qxscr").utf8();
-    EXPECT_EQ(runCall(base, L"$loading$good"), "1") << "the other definitions do no harm";
-    EXPECT_THAT(failure(L"$loading$kind"), ElementsAre("Error parsing parametertype \"out\""));
-    EXPECT_THAT(failure(L"$loading$blank"),
-                ElementsAre("Function \"blank\" not found in file \"" + file + "\""));
-    EXPECT_THROW(runCall(base, L"$loading$brackets"), script::parserException);
-    EXPECT_THROW(runCall(base, L"$loading$both"), script::errParsingException) << "the body is parsed first";
-    EXPECT_THROW(runCall(base, L"$nosuchfile$f"), qx::fileNotFoundException);
-}
-
-TEST(codeManager, malformedCallsFindNoFileAndLibraryCallsDoNothing)
-{
-    const scratchDirectory directory;
-    const currentDirectory current(directory.path(""));
-    const assertRecorder recorder;
-    const std::string missing = "File " + directory.name(".qxsscr").utf8() + " not found!";
-    for (const wchar_t* call : {L"tools$pick", L"", L"exe$tools$pick"})
-        EXPECT_THAT(chainOfFailure([&] { runCall(qx::string(), call); }), ElementsAre(missing));
-    EXPECT_THAT(assertRecorder::take(), ElementsAre(L"parseCodeCall: invalid codetype exe"));
-    EXPECT_EQ(runCall(qx::string(), L"dll$lib$func"), "declined");
+    directory.write("finished.qxscr", "scrdef f(in a = \"1\") { callfunction(dll$lib$func); }");
+    script::scriptcontext context;
+    const wchar_t* const raised[] = {L"#breaksignal#", L"#continuesignal#", L"#breakallsignal#"};
+    for (const wchar_t* signal : raised)
+        context.setScriptSignal(nameOf(signal), qx::genericValue(true));
+    std::vector<qx::genericValue> arguments(1); // null counts as missing
+    qx::genericValue result(5);
+    EXPECT_TRUE(script::codeManager::instance()->executeFunction(directory.name(), L"$finished$f", context,
+                                                                 arguments, result));
+    EXPECT_EQ(valueText(result), "int 5") << "a function without a return leaves the result alone";
+    EXPECT_EQ(valueText(context.parameter(nameOf(L"a"))), "string \"1\"");
+    EXPECT_TRUE(arguments[0].isNull());
+    for (const wchar_t* signal : raised)
+        EXPECT_EQ(bool(context.scriptSignal(nameOf(signal))), signal == raised[2]);
 }
 
 TEST(codeManager, aFunctionIsLoadedAgainOnlyForANewerFile)
 {
     const scratchDirectory directory;
-    const qx::string base = directory.name();
-    const std::string name = unusedName();
-    const std::string fileName = name + ".qxscr";
-    const std::string otherName = "other/" + fileName;
-    const qx::string call = qx::string::fromUtf8("$" + name + "$f");
-    const auto write = [&](const char* result, int age) {
-        directory.write(fileName, std::string("scrdef f(){ return(\"") + result + "\"); }");
-        setAge(directory, fileName, age);
-    };
-    write("old", -100);
-    EXPECT_EQ(runCall(base, call), "old");
-    write("same time", -100);
-    setAge(directory, fileName, -200);
-    EXPECT_EQ(runCall(base, call), "old") << "a time that goes backwards";
-    write("new", -50);
-    EXPECT_EQ(runCall(base, qx::string(call).toUpper()), "new");
-
-    // Another directory's file of the same name shares the entry.
     std::filesystem::create_directory(directory.path("other"));
-    directory.write(otherName, "scrdef f(){ return(\"other\"); }");
-    setAge(directory, otherName, -70);
-    EXPECT_EQ(runCall(directory.name("other"), call), "new");
-    setAge(directory, otherName, -30);
-    EXPECT_EQ(runCall(directory.name("other"), call), "other");
-    EXPECT_EQ(runCall(base, call), "other");
-
-    std::filesystem::remove(directory.path(fileName));
-    EXPECT_THROW(runCall(base, call), qx::fileNotFoundException) << "a deleted file fails at once";
-}
-
-TEST(codeManager, aLaterDefinitionLeavesParametersOfTheEarlier)
-{
-    const scratchDirectory directory;
-    directory.write("twice.qxscr", "scrdef f(in a, in b = \"from the first\") { return(a); }\n"
-                                   "scrdef F(in c) { return(b); }\n");
-    EXPECT_EQ(runCall(directory.name(), L"$twice$f", {L"x"}), "from the first");
-}
-
-TEST(codeManager, aScrambledFileRunsLikeAPlainOne)
-{
-    const scratchDirectory directory;
-    directory.write("source.qxscr", "scrdef f(in a) { return(a); }");
-    ASSERT_TRUE(script::scrambleFile(qx::file(directory.name("source.qxscr")),
-                                     qx::file(directory.name("secret.qxsscr"))));
-    EXPECT_EQ(runCall(directory.name(), L"$secret$f", {L"x"}), "x");
-    directory.write("mistaken.qxsscr", "scrdef f(in a) { return(a); }");
-    EXPECT_THROW(runCall(directory.name(), L"$mistaken$f", {L"x"}), script::scriptFunctionNotFoundException);
-}
-
-TEST(codeManager, theBasePathFollowsTheFileThatRuns)
-{
-    const scratchDirectory directory;
-    std::filesystem::create_directory(directory.path("sub"));
-    directory.write("paths.qxscr",
-                    "scrdef f() { callfunction($sub/deep$f); return(getglobalvar(scriptbasepath)); }\n"
-                    "scrdef here() { return(getglobalvar(scriptbasepath)); }\n");
-    directory.write("sub/deep.qxscr", "scrdef f() { createvar(a); }");
-    const qx::string separator = directory.name().find(L'/') == qx::string::npos ? L"\\" : L"/";
-    EXPECT_EQ(runCall(directory.name(), L"$paths$here"), qx::string(directory.name() + separator).utf8());
-    EXPECT_EQ(runCall(directory.name(), L"$paths$f"), qx::string(directory.name("sub") + separator).utf8());
-}
-
-TEST(codeManager, aFinishedRunLeavesItsReturnedValueAndNoSignal)
-{
-    const scratchDirectory directory;
-    directory.write("finished.qxscr", "scrdef f() { return(\"1\"); }");
-    script::scriptcontext context;
-    const wchar_t* const raised[] = {L"#breaksignal#", L"#continuesignal#", L"#breakallsignal#"};
-    for (const wchar_t* signal : raised)
-        context.setScriptSignal(nameOf(signal), qx::genericValue(true));
-    std::vector<qx::genericValue> arguments;
-    qx::genericValue result;
-    EXPECT_TRUE(script::codeManager::instance()->executeFunction(directory.name(), L"$finished$f", context,
-                                                                 arguments, result));
-    for (const wchar_t* signal : raised)
-        EXPECT_EQ(bool(context.scriptSignal(nameOf(signal))), signal == raised[2]);
+    const std::string name = unusedName();
+    const auto callAfter = [&](const std::string& folder, const std::string& result, int age) {
+        const std::string entry = folder + name + ".qxscr";
+        directory.write(entry, "scrdef f(){ return(\"" + result + "\"); }");
+        setAge(directory, entry, age);
+        return runCall(directory.name(folder), qx::string::fromUtf8("$" + name + "$F"));
+    };
+    EXPECT_EQ(callAfter("", "old", -100), "old");
+    EXPECT_EQ(callAfter("", "same time", -100), "old");
+    EXPECT_EQ(callAfter("", "older", -200), "old") << "a time that goes backwards";
+    EXPECT_EQ(callAfter("", "new", -50), "new");
+    // Another directory's file of the same name shares the entry.
+    EXPECT_EQ(callAfter("other/", "other", -70), "new");
+    EXPECT_EQ(callAfter("other/", "other", -30), "other");
+    const qx::string call = qx::string::fromUtf8("$" + name + "$f");
+    EXPECT_EQ(runCall(directory.name(), call), "other");
+    std::filesystem::remove(directory.path(name + ".qxscr"));
+    EXPECT_TRUE(runCall(directory.name(), call).ends_with(" not found!")) << "a deleted file fails at once";
 }
 
 TEST(codeManager, threadsShareOneFunction)
@@ -245,23 +140,15 @@ TEST(codeManager, threadsShareOneFunction)
                                   "$g, getglobalvar(g)));\n}\nscrdef g(in<string> x) { return(x); }\n");
     setAge(directory, fileName, -1000);
     std::atomic<int> wrong = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(8);
-    for (int t = 0; t < 8; ++t) {
-        threads.emplace_back([&, t] {
-            for (int i = 0; i < 200; ++i) {
-                const qx::string text = std::to_wstring(t * 1000 + i);
-                std::string returned;
-                failureOf([&] { returned = runCall(directory.name(), call, {text}); });
-                if (returned != text.utf8())
-                    ++wrong;
-                if (t == 0 && i % 20 == 19)
-                    setAge(directory, fileName, i - 1000); // loads again during the others' runs
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    onManyThreads([&](int thread) {
+        for (int i = 0; i < 200; ++i) {
+            const qx::string text = std::to_wstring(thread * 1000 + i);
+            if (runCall(directory.name(), call, {text}) != text.utf8())
+                ++wrong;
+            if (thread == 0 && i % 20 == 19)
+                setAge(directory, fileName, i - 1000); // loads again during the others' runs
+        }
+    });
     EXPECT_EQ(wrong, 0);
 }
 

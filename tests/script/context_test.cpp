@@ -18,43 +18,33 @@ std::string variableText(codecontext& context, const qx::scString& name)
     return address ? valueText(*address) : "absent";
 }
 
+const texts globalsAreSet = {L"scriptcontext::setGlobalVariables: mpGlobalVariables is NULL"};
+
 } // namespace
 
 TEST(context, look_up_goes_from_the_inner_locals_to_parameters_and_globals)
 {
     scriptcontext root;
     codecontext outer(&root);
-    codecontext inner(&outer);
     root.setGlobalContextVariable(a, textValue(L"global"));
-    EXPECT_EQ(variableText(inner, a), "string \"global\"");
     root.setParameter(a, textValue(L"parameter"));
-    EXPECT_EQ(variableText(inner, a), "string \"parameter\"");
-    EXPECT_FALSE(root.createVariable(a, textValue(L"local"))); // visible already
-    root.deleteParameter(a);
-    EXPECT_FALSE(inner.createVariable(a, textValue(L"local")));
-    EXPECT_EQ(variableText(inner, a), "string \"global\"");
-
-    EXPECT_TRUE(outer.createVariable(p, textValue(L"local")));
-    root.setParameter(p, textValue(L"parameter"));
-    EXPECT_EQ(variableText(inner, p), "string \"local\"");
-    EXPECT_EQ(variableText(root, p), "string \"parameter\"");
-}
-
-TEST(context, created_variables_belong_to_their_block_and_are_not_shadowed)
-{
-    scriptcontext root;
     {
-        codecontext block(&root);
-        EXPECT_TRUE(block.createVariable(a, textValue(L"first")));
-        EXPECT_FALSE(block.createVariable(a, textValue(L"second")));
-        codecontext inner(&block);
-        EXPECT_FALSE(inner.createVariable(a, textValue(L"third")));
-        EXPECT_EQ(valueText(inner.variable(a)), "string \"first\"");
-        EXPECT_FALSE(root.hasVariable(a));
+        codecontext inner(&outer);
+        EXPECT_FALSE(inner.createVariable(a, textValue(L"local"))); // visible already
+        EXPECT_EQ(variableText(inner, a), "string \"parameter\"");
+        root.deleteParameter(a);
+        EXPECT_FALSE(inner.createVariable(a, textValue(L"local")));
+        EXPECT_EQ(variableText(inner, a), "string \"global\"");
+
+        EXPECT_TRUE(outer.createVariable(p, qx::genericValue())); // the name counts, not the value
+        EXPECT_FALSE(inner.createVariable(p, textValue(L"second")));
+        EXPECT_TRUE(inner.createVariable(g, textValue(L"local")));
+        root.setParameter(p, textValue(L"parameter"));
+        EXPECT_EQ(variableText(inner, p), "null");
+        EXPECT_EQ(variableText(root, p), "string \"parameter\"");
     }
-    EXPECT_TRUE(root.createVariable(a, qx::genericValue()));
-    EXPECT_TRUE(root.hasVariable(a)); // the name counts, not the value
-    EXPECT_FALSE(root.hasVariable(nameOf(L"A")));
+    EXPECT_FALSE(outer.hasVariable(g));
+    EXPECT_FALSE(outer.hasVariable(nameOf(L"A")));
 }
 
 TEST(context, setVariable_writes_the_innermost_local_and_nothing_else)
@@ -76,22 +66,18 @@ TEST(context, missing_names_are_told_by_kind)
 {
     scriptcontext root;
     codecontext block(&root);
+    const auto expectMissing = [](auto& context) { // const and not
+        EXPECT_EQ(failureOf([&] { (void)context.variable(a); }), texts{L"Variable \"a\" not found"});
+        EXPECT_EQ(failureOf([&] { (void)context.parameter(a); }), texts{L"Parameter \"a\" not found"});
+        EXPECT_EQ(failureOf([&] { (void)context.globalContextVariable(a); }),
+                  texts{L"Global variable \"a\" not found"});
+        EXPECT_FALSE(context.hasVariable(a) || context.hasParameter(a) ||
+                     context.hasGlobalContextVariable(a));
+    };
     for (codecontext* context : {static_cast<codecontext*>(&root), &block}) {
-        const codecontext& reading = *context;
-        EXPECT_EQ(failureOf([&] { context->variable(a); }), texts{L"Variable \"a\" not found"});
-        EXPECT_EQ(failureOf([&] { (void)reading.variable(a); }), texts{L"Variable \"a\" not found"});
-        EXPECT_EQ(failureOf([&] { context->parameter(a); }), texts{L"Parameter \"a\" not found"});
-        EXPECT_EQ(failureOf([&] { (void)reading.parameter(a); }), texts{L"Parameter \"a\" not found"});
-        EXPECT_EQ(failureOf([&] { context->globalContextVariable(a); }),
-                  texts{L"Global variable \"a\" not found"});
-        EXPECT_EQ(failureOf([&] { (void)reading.globalContextVariable(a); }),
-                  texts{L"Global variable \"a\" not found"});
-        EXPECT_FALSE(context->variableAddress(a));
-        EXPECT_FALSE(context->parameterAddress(a));
-        EXPECT_FALSE(context->globalContextVariableAddress(a));
+        expectMissing(*context);
+        expectMissing(std::as_const(*context));
         EXPECT_FALSE(context->scriptSignal(a));
-        EXPECT_FALSE(reading.hasVariable(a) || reading.hasParameter(a) ||
-                     reading.hasGlobalContextVariable(a));
         EXPECT_TRUE(context->deleteParameter(a));
         context->clearScriptSignal(a);
     }
@@ -102,74 +88,54 @@ TEST(context, blocks_forward_what_concerns_the_call)
     scriptcontext root;
     codecontext outer(&root);
     codecontext block(&outer);
-
     EXPECT_TRUE(block.setParameter(p, textValue(L"1")));
-    EXPECT_EQ(root.parameterAddress(p).get(), &block.parameter(p));
-    EXPECT_TRUE(block.hasParameter(p));
+    EXPECT_TRUE(block.setGlobalContextVariable(g, textValue(L"1")));
+    EXPECT_TRUE(block.hasParameter(p) && block.hasGlobalContextVariable(g));
+    // Addresses are the storage and see later writes.
+    const auto parameter = root.parameterAddress(p);
+    const auto global = root.globalContextVariableAddress(g);
+    EXPECT_EQ(parameter.get(), &block.parameter(p));
+    EXPECT_EQ(global.get(), &block.globalContextVariable(g));
+    root.setParameter(p, qx::genericValue(2));
+    root.setGlobalContextVariable(g, qx::genericValue(2));
+    EXPECT_EQ(valueText(*global), "int 2");
     EXPECT_TRUE(block.deleteParameter(p));
     EXPECT_FALSE(root.hasParameter(p));
-
-    EXPECT_TRUE(block.setGlobalContextVariable(g, textValue(L"1")));
-    EXPECT_TRUE(block.hasGlobalContextVariable(g));
-    EXPECT_EQ(root.globalContextVariableAddress(g).get(), &block.globalContextVariable(g));
+    EXPECT_EQ(valueText(*parameter), "int 2"); // held on
 
     EXPECT_TRUE(block.setScriptSignal(a, qx::genericValue()));
     ASSERT_TRUE(root.scriptSignal(a)); // raised, although its value is null
-    EXPECT_TRUE(root.scriptSignal(a)->isNull());
     EXPECT_TRUE(root.setScriptSignal(a, qx::genericValue(3)));
     EXPECT_EQ(valueText(*block.scriptSignal(a)), "int 3");
     block.clearScriptSignal(a);
     EXPECT_FALSE(root.scriptSignal(a));
 }
 
-TEST(context, addresses_are_the_storage_and_see_later_writes)
-{
-    scriptcontext root;
-    root.setParameter(p, textValue(L"1"));
-    root.setGlobalContextVariable(g, textValue(L"1"));
-    const auto parameter = root.parameterAddress(p);
-    const auto global = root.globalContextVariableAddress(g);
-    root.setParameter(p, qx::genericValue(2));
-    root.setGlobalContextVariable(g, qx::genericValue(2));
-    EXPECT_EQ(valueText(*parameter), "int 2");
-    EXPECT_EQ(valueText(*global), "int 2");
-    root.deleteParameter(p);
-    EXPECT_EQ(valueText(*parameter), "int 2"); // held on
-}
-
 TEST(context, contextSharesGlobals)
 {
     scriptcontext caller;
-    caller.setGlobalContextVariable(g, textValue(L"1"));
     {
+        scriptcontext early;
+        caller.initScriptContext(early); // there is no set yet to hand over
+        EXPECT_FALSE(early.setGlobalContextVariable(g, textValue(L"1")));
+        EXPECT_TRUE(caller.setGlobalContextVariable(g, textValue(L"1")));
+        EXPECT_FALSE(early.hasGlobalContextVariable(g));
+        caller.initScriptContext(early);
+        EXPECT_TRUE(early.hasGlobalContextVariable(g));
+
         codecontext block(&caller);
         scriptcontext callee;
         block.initScriptContext(callee);
         EXPECT_EQ(&callee.globalContextVariable(g), &caller.globalContextVariable(g));
         callee.setGlobalContextVariable(a, textValue(L"made"));
-        EXPECT_EQ(failureOf([&] { block.initScriptContext(callee); }),
-                  texts{L"scriptcontext::setGlobalVariables: mpGlobalVariables is NULL"});
+        EXPECT_EQ(failureOf([&] { block.initScriptContext(callee); }), globalsAreSet);
     }
     EXPECT_EQ(variableText(caller, a), "string \"made\""); // outlives the borrower
 
     scriptcontext owner;
     owner.setGlobalContextVariable(g, textValue(L"own"));
-    EXPECT_EQ(failureOf([&] { caller.initScriptContext(owner); }),
-              texts{L"scriptcontext::setGlobalVariables: mpGlobalVariables is NULL"});
-    EXPECT_EQ(valueText(owner.globalContextVariable(g)), "string \"own\"");
-}
-
-TEST(context, borrower_of_no_globals_makes_none)
-{
-    scriptcontext caller;
-    scriptcontext callee;
-    caller.initScriptContext(callee);
-    EXPECT_FALSE(callee.setGlobalContextVariable(g, textValue(L"1")));
-    EXPECT_FALSE(callee.hasGlobalContextVariable(g));
-    EXPECT_TRUE(caller.setGlobalContextVariable(g, textValue(L"1")));
-    EXPECT_FALSE(callee.hasGlobalContextVariable(g)); // it was handed no set
-    caller.initScriptContext(callee);
-    EXPECT_TRUE(callee.hasGlobalContextVariable(g));
+    EXPECT_EQ(failureOf([&] { caller.initScriptContext(owner); }), globalsAreSet);
+    EXPECT_EQ(variableText(owner, g), "string \"own\"");
 }
 
 TEST(context, block_without_an_outer_one_is_refused)
@@ -180,50 +146,27 @@ TEST(context, block_without_an_outer_one_is_refused)
               texts{L"Assertion failed:\nmpOuterBlock!=NULL\n\nFile: libs/script/inc/qxScript\nLine: 32"});
 }
 
-TEST(context, used_again_still_holds_what_was_returned)
-{
-    EXPECT_EQ(scriptcontext::returnparam().string(), L"#return#");
-    scriptcontext context;
-    qx::genericValue result;
-    parsed(L"return(\"first\")")->exec(context, result);
-    const ownedStatement block = parsed(L"{ createglobalvar(g, \"1\"); createglobalvar(a, \"1\"); }");
-    block->exec(context, result);
-    EXPECT_EQ(valueText(result), "string \"first\"");
-    EXPECT_TRUE(context.hasVariable(g));
-    EXPECT_FALSE(context.hasVariable(a)); // stopped after its first statement
-    context.deleteParameter(scriptcontext::returnparam());
-    block->exec(context, result);
-    EXPECT_TRUE(context.hasVariable(a));
-}
-
-namespace
-{
-
-// A host's root that supplies names of its own.
-class suppliedContext final : public scriptcontext
-{
-public:
-    qx::sharedPtr<qx::genericValue> parameterAddress(const qx::scString& name) override
-    {
-        return name == p ? mSupplied : scriptcontext::parameterAddress(name);
-    }
-    qx::sharedPtr<qx::genericValue> globalContextVariableAddress(const qx::scString& name) override
-    {
-        return name == g ? mSupplied : scriptcontext::globalContextVariableAddress(name);
-    }
-    bool hasVariable(const qx::scString& name) const override
-    {
-        return name == a || scriptcontext::hasVariable(name);
-    }
-
-private:
-    qx::sharedPtr<qx::genericValue> mSupplied{new qx::genericValue(textValue(L"supplied"))};
-};
-
-} // namespace
-
 TEST(context, derived_root_answers_the_look_ups_of_its_blocks)
 {
+    class suppliedContext final : public scriptcontext // supplies names of its own
+    {
+    public:
+        qx::sharedPtr<qx::genericValue> parameterAddress(const qx::scString& name) override
+        {
+            return name == p ? mSupplied : scriptcontext::parameterAddress(name);
+        }
+        qx::sharedPtr<qx::genericValue> globalContextVariableAddress(const qx::scString& name) override
+        {
+            return name == g ? mSupplied : scriptcontext::globalContextVariableAddress(name);
+        }
+        bool hasVariable(const qx::scString& name) const override
+        {
+            return name == a || scriptcontext::hasVariable(name);
+        }
+
+    private:
+        qx::sharedPtr<qx::genericValue> mSupplied{new qx::genericValue(textValue(L"supplied"))};
+    };
     suppliedContext root;
     codecontext block(&root);
     for (const qx::scString& name : {p, g}) {

@@ -5,6 +5,7 @@
 #include <qxScript.h>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 using qx::script::codecontext;
@@ -14,13 +15,29 @@ using qx::script::statement;
 // Owns a statement as hosts do: ended by the library that made it.
 using ownedStatement = qx::sharedPtr<statement>;
 
-ownedStatement parsed(const qx::string& text, int flags = 0);
+inline ownedStatement parsed(const qx::string& text, int flags = 0)
+{
+    return ownedStatement(statement::createFrom(text, flags));
+}
 
 // Parses, runs in a fresh context and gives the result.
-qx::genericValue evaluated(const qx::string& text);
+inline qx::genericValue evaluated(const qx::string& text)
+{
+    scriptcontext context;
+    qx::genericValue result;
+    parsed(text)->exec(context, result);
+    return result;
+}
 
-qx::scString nameOf(const wchar_t* text);
-qx::genericValue textValue(const wchar_t* text);
+inline qx::scString nameOf(const wchar_t* text)
+{
+    return qx::scString::createFrom(text);
+}
+
+inline qx::genericValue textValue(const wchar_t* text)
+{
+    return qx::genericValue(qx::string(text));
+}
 
 class hostStatement final : public statement
 {
@@ -50,9 +67,6 @@ struct moduleCall
     int flags;
 };
 
-// `name<types>[params]`, with types and parameters joined by `|`; an empty one is shown as `_`.
-qx::string shown(const moduleCall& call);
-
 // A module that is asked before the built-in ones, for the length of a scope; one at a time.
 class hostModule
 {
@@ -60,20 +74,42 @@ public:
     // Answers each call with a statement or null.
     using answer = std::function<statement*(const moduleCall& call)>;
 
-    explicit hostModule(answer made);
+    explicit hostModule(answer made) : mAnswer(std::move(made))
+    {
+        // The parser keeps a module for good, so one object in static memory serves every test. Static memory
+        // of the program lies below that of the library.
+        static qx::script::scriptModule module(ask);
+        module.registerModule();
+        mCurrent = this;
+    }
+    // Knows one name, of a statement that does `work`.
+    hostModule(const wchar_t* name, hostStatement::action work)
+        : hostModule(statementNamed(name, std::move(work)))
+    {}
     hostModule(const hostModule&) = delete;
     hostModule& operator=(const hostModule&) = delete;
-    ~hostModule();
+    ~hostModule() { mCurrent = nullptr; }
 
-    // Answers calls of one name with a statement that does `work`.
-    static answer statementNamed(const wchar_t* name, hostStatement::action work);
+    static answer statementNamed(const wchar_t* name, hostStatement::action work)
+    {
+        return [wanted = qx::string(name), work = std::move(work)](const moduleCall& call) -> statement* {
+            return call.name == wanted ? new hostStatement(work) : nullptr;
+        };
+    }
 
     // What it was asked, in order.
     std::vector<moduleCall> asked;
 
 private:
-    answer mAnswer;
+    static statement* ask(const qx::string& name, const std::vector<qx::string>& types,
+                          const std::vector<qx::string>& params, int flags)
+    {
+        if (!mCurrent)
+            return nullptr;
+        mCurrent->asked.push_back({name, types, params, flags});
+        return mCurrent->mAnswer(moduleCall(mCurrent->asked.back()));
+    }
 
-    friend statement* askHost(const qx::string&, const std::vector<qx::string>&,
-                              const std::vector<qx::string>&, int);
+    inline static hostModule* mCurrent = nullptr;
+    answer mAnswer;
 };

@@ -7,7 +7,9 @@
 
 #include <qxScript>
 
+#include <atomic>
 #include <chrono>
+#include <thread>
 
 // The chain of what `work` throws, as failureOf gives it, in UTF-8.
 template <class Work>
@@ -19,19 +21,50 @@ std::vector<std::string> chainOfFailure(const Work& work)
     return chain;
 }
 
+// The same in one text, with line ends between.
+template <class Work>
+std::string chainText(const Work& work)
+{
+    std::string chain;
+    for (const std::string& text : chainOfFailure(work))
+        chain.append(chain.empty() ? "" : "\n").append(text);
+    return chain;
+}
+
 // Runs a code call with texts as arguments, in a context of its own, and gives its result as text ("null" for
-// a null value).
+// a null value) or the chain of its failure.
 inline std::string runCall(const qx::string& base, const qx::string& call, const texts& arguments = {})
 {
-    std::vector<qx::genericValue> values;
-    for (const qx::string& text : arguments)
-        values.emplace_back(text);
-    qx::script::scriptcontext context;
-    qx::genericValue result;
-    if (!qx::script::codeManager::instance()->executeFunction(base, call, context, values, result))
-        return "declined";
-    qx::string text;
-    return result.getValue(text) ? text.utf8() : "null";
+    qx::string text = L"null";
+    const std::string chain = chainText([&] {
+        std::vector<qx::genericValue> values(arguments.begin(), arguments.end());
+        qx::script::scriptcontext context;
+        qx::genericValue result;
+        if (qx::script::codeManager::instance()->executeFunction(base, call, context, values, result))
+            result.getValue(text);
+        else
+            text = L"declined";
+    });
+    return chain == "nothing thrown" ? text.utf8() : chain;
+}
+
+// Runs `work(thread number)` on eight threads at once.
+template <class Work>
+void onManyThreads(const Work& work)
+{
+    constexpr int count = 8;
+    std::atomic<int> waiting = count;
+    std::vector<std::thread> threads;
+    threads.reserve(count);
+    for (int number = 0; number < count; ++number) {
+        threads.emplace_back([&, number] {
+            for (--waiting; waiting > 0;)
+                std::this_thread::yield();
+            work(number);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 // A file name that no test has used: the cache of the process knows files by name alone.

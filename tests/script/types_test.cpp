@@ -11,10 +11,8 @@ TEST(types, keywords_are_whole_and_without_case)
                                        L"time", L"timestamp", L"binary", L"unknownptr", L"array"};
     int number = 0;
     for (const wchar_t* keyword : keywords) {
-        qx::string upper(keyword);
-        upper.toUpper();
         EXPECT_EQ(parseScriptType(keyword), number);
-        EXPECT_EQ(parseScriptType(upper), number++);
+        EXPECT_EQ(parseScriptType(qx::string(keyword).toUpper()), number++);
     }
     for (const wchar_t* other : {L"", L" int", L"int ", L"integer", L"in", L"times"})
         EXPECT_EQ(parseScriptType(other), 0);
