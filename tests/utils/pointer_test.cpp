@@ -51,13 +51,11 @@ qx::string reportOf(Function function)
 
 } // namespace
 
-TEST(pointers, sharedPtrCounts)
+TEST(pointers, countTheOwnersOfTheirObject)
 {
     {
         qx::sharedPtr<counted> first(new counted);
-        EXPECT_EQ(first.useCount(), 1u);
         qx::sharedPtr<counted> second = first;
-        EXPECT_EQ(first.useCount(), 2u);
         const qx::const_sharedPtr<counted> reader(second);
         EXPECT_EQ(reader.useCount(), 3u);
         EXPECT_EQ(reader->field, 7);
@@ -65,22 +63,14 @@ TEST(pointers, sharedPtrCounts)
         second = self;
         first = qx::sharedPtr<counted>();
         EXPECT_EQ(first.useCount(), 0u);
-        EXPECT_EQ(second.useCount(), 2u);
         const qx::sharedPtr<counted> moved = std::move(second);
         EXPECT_FALSE(second); // NOLINT(bugprone-use-after-move)
         EXPECT_EQ(moved.useCount(), 2u);
-        EXPECT_EQ(counted::alive, 1);
     }
     EXPECT_EQ(counted::alive, 0);
-    EXPECT_EQ(qx::const_sharedPtr<counted>().useCount(), 0u);
-}
-
-TEST(pointers, refPtrAndAutoPtrEndTheirObject)
-{
     {
         const qx::refPtr<counted> first(new counted);
         qx::refPtr<counted> second = first;
-        EXPECT_EQ(first->references, 2);
         qx::refPtr<counted> moved = std::move(second);
         EXPECT_EQ(first->references, 2);
         moved = qx::refPtr<counted>();
@@ -108,8 +98,6 @@ TEST(pointers, nullDereferenceIsReported)
                         L"Assertion failed:\n%s\n\nFile: libs/utils/inc/%s\nLine: ", expression, header)));
     };
     expectReport([] { qx::sharedPtr<counted>()->field = 1; }, L"m_p != nullptr", L"qxSharedPtr");
-    expectReport([] { static_cast<void>(*qx::const_sharedPtr<counted>()); }, L"m_p != nullptr",
-                 L"qxSharedPtr");
     expectReport([] { qx::refPtr<counted>()->field = 1; }, L"m_p != NULL", L"qxRefPtr");
     expectReport([] { qx::autoPtr<counted>()->field = 1; }, L"m_p != NULL", L"qxAutoPtr");
     EXPECT_EQ(reportOf([] { qx::assertionFailed(std::wstring(2000, L'x').c_str(), L"path", 1); }).size(),

@@ -24,13 +24,9 @@ TEST(utf8, decodes)
         const char* bytes;
         std::wstring units;
     } rows[] = {
-        {"az", L"az"},
-        {"\xC3\xA4", L"\u00E4"},
-        {"\xE2\x82\xAC", L"\u20AC"},
         {"\xF0\x90\x90\x80", L"\xD801\xDC00"},
         {"\xF4\x8F\xBF\xBF", L"\xDBFF\xDFFF"},
         {"\xFF", L"\xDCFF"},
-        {"\xC3", L"\xDCC3"},
         {"\xC3(", L"\xDCC3("},
         {"\xE2\x82", L"\xDCE2\xDC82"},
         {"\xC0\x80", L"\xDCC0\xDC80"},                             // overlong
@@ -72,15 +68,14 @@ TEST(utf8, everyByteSequenceSurvives)
     }
 
     std::mt19937 random(1);
-    const std::string surrogates[] = {
-        "\xED\xA0\x80", "\xED\xAF\xBF", "\xED\xB0\x80", "\xED\xB2\x80",     "\xED\xB3\xBF",
-        "\xED\xBF\xBF", "\xED",         "\xA0",         "\xF0\x90\x80\x80", "x"};
     for (int n = 0; n < 50000; ++n) {
         std::string bytes;
-        for (int i = 0; i < 6; ++i)
-            bytes += surrogates[random() % 10];
-        for (int i = 0; i < 6; ++i)
-            bytes.push_back(telling[random() % telling.size()]);
+        while (bytes.size() < 24) { // mostly surrogates
+            if (random() % 4 != 0)
+                bytes += {'\xED', "\xA0\xAF\xB0\xB2"[random() % 4], '\x80'};
+            else
+                bytes += telling[random() % telling.size()];
+        }
         expectSurvives(bytes);
     }
 }
