@@ -14,7 +14,7 @@ const char* const key = "k2#Vq9!xLm4$Zt7&Rb1~Yw6*Hs3%Pn8^Jd5(Cg0)Fu_+Ea=?";
 
 std::string contentOf(const qx::binaryBuffer& buffer)
 {
-    return std::string(buffer.data() ? buffer.data() : "", buffer.logicalLength());
+    return std::string(buffer.data(), buffer.logicalLength());
 }
 
 } // namespace

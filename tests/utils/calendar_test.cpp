@@ -1,6 +1,4 @@
 // Dates, times of the day, and both together.
-#include "fakeSystem.h"
-
 #include <qxDate.h>
 #include <qxTimestamp.h>
 
@@ -174,13 +172,6 @@ TEST(calendar, impossible_days_and_times_throw_false)
     const int times[][4] = {{24, 0, 0, 0}, {-1, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}};
     for (const auto& row : times)
         EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
-}
-
-TEST(date, today_is_the_day_of_the_local_clock)
-{
-    const stoppedClock clock(1709942400000 - 1); // the last moment of 2024-03-08
-    EXPECT_EQ(date::today(), date(2024, 3, 8));
-    EXPECT_EQ(date::thisYear(), 2024);
 }
 
 TEST(time, parts_and_text_forms)

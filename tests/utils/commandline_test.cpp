@@ -11,12 +11,11 @@ TEST(commandline, splits_by_the_published_rules)
     } cases[] = {
         {L"", {}},
         {L"  a \tb  ", {L"a", L"b"}},
-        {L"\"a b\" c", {L"a b", L"c"}},
         {L"a\" \"b", {L"a b"}},
         {L"a \"\" b", {L"a", L"", L"b"}},
         {L"\"a\"\"b\"", {L"ab"}},
         {L"\"open end ", {L"open end "}},
-        {L"a\\\\b", {L"a\\\\b"}},
+        {L"a\\\\b c:\\", {L"a\\\\b", L"c:\\"}},
         {L"\\\"a b\\\"", {L"\"a", L"b\""}},
         {L"\"a\\\" b\"", {L"a\" b"}},
         {L"a\\\\\"b c\" d", {L"a\\b c", L"d"}},

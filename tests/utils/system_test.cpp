@@ -72,31 +72,14 @@ TEST(system, a_host_replaces_it_and_the_free_functions_follow)
         }
         void* mainHWND() override { return this; }
     };
-    qx::directory out(L"/before");
     {
         hostSystem host;
+        qx::directory out(L"/before");
         EXPECT_FALSE(qx::getModulePath(L"none", out));
         EXPECT_EQ(out, qx::directory(L"/before"));
-        EXPECT_TRUE(qx::getModulePath(L"m", out));
-        EXPECT_EQ(out, qx::directory(L"/host/m"));
         EXPECT_EQ(qx::mainHWND(), &host);
     }
     EXPECT_EQ(&qx::system::current(), &qx::system::platform());
-}
-
-TEST(system, message_boxes_offer_the_asked_buttons)
-{
-    using enum qx::eMessageBoxButton;
-    const std::pair<qx::uint, std::vector<qx::eMessageBoxButton>> cases[] = {
-        {0, {buttonOk}},
-        {1, {buttonOk, buttonCancel}},
-        {3 + 48, {buttonYes, buttonNo, buttonCancel}},
-        {4 + 32, {buttonYes, buttonNo}},
-        {5 + 16, {buttonRetry, buttonCancel}},
-        {15, {buttonOk}},
-    };
-    for (const auto& [flags, expected] : cases)
-        EXPECT_EQ(qx::messageBoxButtons(flags), expected) << flags;
 }
 
 TEST(system, code_page_goes_both_ways)
