@@ -191,6 +191,7 @@ TEST(conditions, meaning)
         {L"between \"11:59:59.999\" and \"12:00\"", noon, true},
         {L"> \"9.3.2024\"", moment, true},
         {L"= \"2024-03-09T12:00\"", moment, true},
+        {L"= 5", day, false},
         {L"like \"2024-*\"", day, true},
         // Null and what has no text.
         {L"like \"*\"", genericValue(), false},

@@ -47,6 +47,7 @@ TEST(configStructure, look_ups_and_modes_with_and_without_case)
     EXPECT_TRUE(section.setValue(L"A", L"4", false, replacing));
     EXPECT_FALSE(section.setValue(L"a", L"5", true, 0));
     EXPECT_EQ(valueOf(store, L"", L"a", true), L"4");
+    EXPECT_EQ(section.size(), 2u);
 }
 
 // Each count of names twice over, so that the step from walking to hashing is crossed with look-ups in
