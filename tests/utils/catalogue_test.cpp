@@ -145,20 +145,6 @@ TEST_F(catalogue, newer_files_are_read_again)
     EXPECT_EQ(textOf(L"id"), L"-");
 }
 
-TEST_F(catalogue, messages_follow_the_language_of_the_host)
-{
-    mDirectory.write("messages.de.ini", "Msg_EFileNotFound=[File] fehlt\n");
-    locString::setLanguageDirectories(pathOf(mDirectory));
-    const qx::file missing(mDirectory.name("x"));
-    const qx::fileNotFoundException failure(missing);
-    locString around(nullptr, L"<[M]>");
-    around.params().set(&failure.message(), L"M");
-    EXPECT_EQ(around.text(), L"<File " + missing.fullName() + L" not found!>");
-    locString::setLanguage(L"de");
-    EXPECT_EQ(string::fromUtf8(failure.what()), missing.fullName() + L" fehlt");
-    EXPECT_EQ(around.text(), L"<" + missing.fullName() + L" fehlt>");
-}
-
 TEST_F(catalogue, messages_nested_beyond_the_stack_fail_and_end)
 {
     locString message(nullptr, L"[M]");

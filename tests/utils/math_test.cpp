@@ -74,6 +74,5 @@ TEST(math, tolerance_and_angles)
     EXPECT_FALSE(qx::dblEq(1, 1.5, 0.25) || qx::dblEq(1, 1, -1));
     EXPECT_FALSE(qx::dblEq(nan, nan, 1) || qx::dblEq(1, 1, nan) || qx::dblEq(infinite, infinite, 1));
     EXPECT_EQ(qx::angle().radians(), 0);
-    EXPECT_EQ(qx::angle::fromRadians(100).radians(), 100); // whole turns stay
-    EXPECT_DOUBLE_EQ(qx::angle::fromDegree(-1000).degree(), -1000);
+    EXPECT_DOUBLE_EQ(qx::angle::fromDegree(-1000).degree(), -1000); // whole turns stay
 }

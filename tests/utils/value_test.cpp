@@ -79,20 +79,6 @@ TEST(genericValue, copiesAreDeep)
     EXPECT_TRUE(first.isNull()); // NOLINT(bugprone-use-after-move)
 }
 
-TEST(genericValue, referencesStayShared)
-{
-    const reference variable(new genericValue(1));
-    const genericValue first(variable);
-    genericValue second(first);
-    EXPECT_TRUE(second.setValue(string(L"12")));
-    EXPECT_EQ(read<int>(first), 12);
-    auto holder = genericValue(string(L"new")).holderCopy();
-    second.swapHolder(holder);
-    EXPECT_EQ(read<string>(second), L"new");
-    EXPECT_EQ(holder->heldType(), typeid(reference));
-    EXPECT_EQ(holder.useCount(), 1u);
-}
-
 TEST(genericValue, pointerHolders)
 {
     int target = 1;
