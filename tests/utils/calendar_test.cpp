@@ -1,6 +1,4 @@
 // Dates, times of the day, and both together.
-#include "fakeSystem.h"
-
 #include <qxDate.h>
 #include <qxTimestamp.h>
 
@@ -18,8 +16,8 @@ static_assert(std::is_trivially_copyable_v<qx::timestamp> && sizeof(qx::timestam
 namespace
 {
 
-// What each text is read as, with a bar in between; "refused" when it is not. Proves that a refusal changes
-// nothing.
+// What the texts are read as, with a bar behind each; those that are refused are left out. Proves that a
+// refusal changes nothing.
 template <class T>
 qx::string parsed(std::initializer_list<const wchar_t*> texts)
 {
@@ -29,16 +27,10 @@ qx::string parsed(std::initializer_list<const wchar_t*> texts)
         const T before = result;
         const bool isRead = T::parse(text, result);
         EXPECT_TRUE(isRead || result == before) << qx::string(text).utf8();
-        all += (all.empty() ? L"" : L"|") + (isRead ? result.toText() : qx::string(L"refused"));
+        if (isRead)
+            all += result.toText() + L"|";
     }
     return all;
-}
-
-template <class T>
-void expectRefused(std::initializer_list<const wchar_t*> texts)
-{
-    for (const wchar_t* text : texts)
-        EXPECT_EQ(parsed<T>({text}), L"refused") << qx::string(text).utf8();
 }
 
 // Counts the days one by one, with nothing but the lengths of the months and the rule of the first Thursday.
@@ -60,14 +52,8 @@ struct slowCalendar
     slowCalendar monthsAway(int months) const
     {
         slowCalendar moved = *this;
-        for (; months > 0; --months) {
-            moved.year += moved.month == 12 ? 1 : 0;
-            moved.month = moved.month % 12 + 1;
-        }
-        for (; months < 0; ++months) {
-            moved.year -= moved.month == 1 ? 1 : 0;
-            moved.month = (moved.month + 10) % 12 + 1;
-        }
+        moved.year = (year * 12 + month - 1 + months) / 12;
+        moved.month = (year * 12 + month - 1 + months) % 12 + 1;
         moved.day = std::min(day, moved.daysOfMonth());
         return moved;
     }
@@ -81,15 +67,12 @@ struct slowCalendar
 
     void next()
     {
-        ++dayOfYear;
-        if (++day > daysOfMonth()) {
-            day = 1;
-            if (++month > 12) {
-                month = 1;
-                dayOfYear = 1;
-                ++year;
-            }
-        }
+        const bool endsMonth = day == daysOfMonth();
+        const bool endsYear = endsMonth && month == 12;
+        day = endsMonth ? 1 : day + 1;
+        month = endsMonth ? month % 12 + 1 : month;
+        dayOfYear = endsYear ? 1 : dayOfYear + 1;
+        year += endsYear ? 1 : 0;
         weekday = (weekday + 1) % 7;
         if (weekday == 0) {
             const bool firstWeek = (month == 12 && day >= 29) || (month == 1 && day <= 4);
@@ -136,56 +119,24 @@ TEST(date, whole_calendar_agrees_with_counting)
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(1), 1));
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(23), 23));
         ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::years(1), 12));
+        date moved = day;
+        const bool isMoved = qx::weeks(5).addToDate(moved) && qx::days(1).addToDate(moved);
+        ASSERT_TRUE(!isMoved || moved.dayNumber() == number + 36);
     }
-    EXPECT_EQ(date(2024, 3, 9).dayOfWeek(), qx::saturday);
-    EXPECT_EQ(date(2021, 1, 3).weekOfYear(), 53);
     date day;
     EXPECT_FALSE(date::fromDayNumber(number, day));
     EXPECT_FALSE(date::fromDayNumber(-1, day));
     EXPECT_EQ(day, date());
 }
 
-TEST(date, impossible_days_throw_false)
-{
-    const int cases[][3] = {{2023, 2, 29}, {1900, 2, 29}, {0, 1, 1},     {10000, 1, 1},
-                            {2024, 13, 1}, {2024, 0, 1},  {2024, 4, 31}, {2024, 1, 0}};
-    for (const auto& row : cases)
-        EXPECT_THROW(date(row[0], row[1], row[2]), bool) << row[0] << "-" << row[1] << "-" << row[2];
-}
-
-TEST(date, durations_clamp_to_the_month)
-{
-    const struct
-    {
-        date from;
-        const qx::date_duration& duration;
-        const wchar_t* expected; // later and earlier
-    } cases[] = {
-        {date(2024, 2, 29), qx::years(1), L"2025-02-28 2023-02-28"},
-        {date(2024, 2, 29), qx::years(4), L"2028-02-29 2020-02-29"},
-        {date(2024, 3, 31), qx::months(1), L"2024-04-30 2024-02-29"},
-        {date(2023, 12, 31), qx::months(14), L"2025-02-28 2022-10-31"},
-        {date(2024, 2, 26), qx::weeks(1), L"2024-03-04 2024-02-19"},
-        {date(2024, 12, 31), qx::days(1), L"2025-01-01 2024-12-30"},
-        {date(2024, 12, 31), qx::days(0), L"2024-12-31 2024-12-31"},
-    };
-    for (const auto& row : cases) {
-        date later = row.from;
-        later += row.duration;
-        date earlier = row.from;
-        earlier -= row.duration;
-        EXPECT_EQ(later.toText() + L" " + earlier.toText(), row.expected);
-    }
-}
-
-TEST(date, durations_out_of_the_calendar_throw_false_and_change_nothing)
+TEST(date, durations_end_with_the_calendar)
 {
     for (const qx::uint quantity : {1u, 4294967295u}) {
         const qx::years years(quantity);
         const qx::months months(quantity);
         const qx::weeks weeks(quantity);
         const qx::days days(quantity);
-        for (const qx::date_duration* duration :
+        for (const auto* duration :
              std::initializer_list<const qx::date_duration*>{&years, &months, &weeks, &days}) {
             date last(9999, 12, 31);
             EXPECT_THROW(last += *duration, bool);
@@ -199,48 +150,37 @@ TEST(date, durations_out_of_the_calendar_throw_false_and_change_nothing)
 
 TEST(date, text_forms)
 {
-    EXPECT_EQ(parsed<date>({L"2024-03-09", L" \t2024-03-09\r\n", L"9.3.2024", L"09.03.2024"}),
-              L"2024-03-09|2024-03-09|2024-03-09|2024-03-09");
-    EXPECT_EQ(parsed<date>({L"0001-01-01", L"31.12.9999", L""}), L"0001-01-01|9999-12-31|refused");
-    expectRefused<date>({L"2024-3-9", L"24-03-09", L"2024-03-09x", L"2024-02-30", L"0000-01-01",
-                         L"10000-01-01", L"1.1.24", L"001.1.2024", L"2024/03/09", L"2024 -03-09",
-                         L"-024-03-09", L"2024-03-09 13:05"});
+    EXPECT_EQ(parsed<date>({L"2024-03-09", L" \t9.3.2024\r\n", L"09.03.2024", L"0001-01-01", L"31.12.9999"}),
+              L"2024-03-09|2024-03-09|2024-03-09|0001-01-01|9999-12-31|");
+    EXPECT_EQ(parsed<date>({L"", L"2024-3-9", L"24-03-09", L"2024-03-09x", L"2024-02-30", L"0000-01-01",
+                            L"10000-01-01", L"1.1.24", L"001.1.2024", L"2024/03/09", L"-024-03-09",
+                            L"2024-03-09 13:05"}),
+              L"");
 }
 
-TEST(date, today_is_the_day_of_the_local_clock)
+TEST(calendar, impossible_days_and_times_throw_false)
 {
-    const stoppedClock clock(1709942400000 - 1); // the last moment of 2024-03-08
-    EXPECT_EQ(date::today(), date(2024, 3, 8));
-    EXPECT_EQ(date::thisYear(), 2024);
-    EXPECT_EQ(date::brelvixIniDate(), date(1900, 1, 1));
+    const int days[][3] = {{2023, 2, 29}, {1900, 2, 29}, {0, 1, 1},     {10000, 1, 1},
+                           {2024, 13, 1}, {2024, 0, 1},  {2024, 4, 31}, {2024, 1, 0}};
+    for (const auto& row : days)
+        EXPECT_THROW(date(row[0], row[1], row[2]), bool) << row[0] << "-" << row[1] << "-" << row[2];
+    const int times[][4] = {{24, 0, 0, 0}, {-1, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}};
+    for (const auto& row : times)
+        EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
 }
 
-TEST(time, parts_and_text)
+TEST(time, parts_and_text_forms)
 {
     const qx::time moment(13, 5, 9, 7);
-    const int parts[] = {moment.hour(), moment.minute(), moment.second(), moment.msecond()};
-    EXPECT_THAT(parts, testing::ElementsAre(13, 5, 9, 7));
-    EXPECT_EQ(moment.minuteOfDay(), 785);
-    EXPECT_EQ(moment.secondOfDay(), 47109);
-    EXPECT_EQ(qx::time::daystart().toText(), L"00:00:00");
+    const int parts[] = {moment.hour(),    moment.minute(),      moment.second(),
+                         moment.msecond(), moment.minuteOfDay(), moment.secondOfDay()};
+    EXPECT_THAT(parts, testing::ElementsAre(13, 5, 9, 7, 785, 47109));
     EXPECT_EQ(qx::time::midnight().toText(), L"00:00:00");
-    EXPECT_EQ(qx::time::lunchtime().toText(), L"12:00:00");
-}
-
-TEST(time, text_forms)
-{
-    EXPECT_EQ(
-        parsed<qx::time>({L"13:05", L" 13:05:09\n", L"00:00:00.001", L"23:59:59.999", L"13:05:09.000", L""}),
-        L"13:05:00|13:05:09|00:00:00.001|23:59:59.999|13:05:09|refused");
-    expectRefused<qx::time>({L"13", L"1:05", L"24:00", L"13:60", L"13:05:60", L"13:05:09.1", L"13:05:09.1234",
-                             L"13:05.120", L"13:05:", L"13:05:09.", L"13:05 x"});
-}
-
-TEST(time, impossible_times_throw_false)
-{
-    const int cases[][4] = {{24, 0, 0, 0}, {-1, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}};
-    for (const auto& row : cases)
-        EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
+    EXPECT_EQ(parsed<qx::time>({L"13:05", L" 13:05:09\n", L"00:00:00.001", L"23:59:59.999", L"13:05:09.000"}),
+              L"13:05:00|13:05:09|00:00:00.001|23:59:59.999|13:05:09|");
+    EXPECT_EQ(parsed<qx::time>({L"", L"13", L"1:05", L"24:00", L"13:60", L"13:05:60", L"13:05:09.1",
+                                L"13:05:09.1234", L"13:05.120", L"13:05:", L"13:05:09.", L"13:05 x"}),
+              L"");
 }
 
 TEST(time, durations_go_round_the_clock_and_count_the_days)
@@ -251,9 +191,7 @@ TEST(time, durations_go_round_the_clock_and_count_the_days)
         const wchar_t* later; // from 12:00, and how many days
         const wchar_t* earlier;
     } cases[] = {
-        {qx::hours(11), L"23:00:00 0", L"01:00:00 0"},
         {qx::hours(12), L"00:00:00 1", L"00:00:00 0"},
-        {qx::hours(36), L"00:00:00 2", L"00:00:00 1"},
         {qx::hours(61), L"01:00:00 3", L"23:00:00 3"},
         {qx::minutes(721), L"00:01:00 1", L"23:59:00 1"},
         {qx::seconds(1), L"12:00:01 0", L"11:59:59 0"},
@@ -271,27 +209,21 @@ TEST(time, durations_go_round_the_clock_and_count_the_days)
     }
     qx::time moment;
     moment -= qx::mseconds(1);
-    EXPECT_EQ(moment.toText(), L"23:59:59.999");
-    moment += qx::mseconds(1);
-    EXPECT_EQ(moment, qx::time());
+    moment += qx::minutes(1);
+    EXPECT_EQ(moment.toText(), L"00:00:59.999");
 }
 
-TEST(timestamp, text_forms)
+TEST(timestamp, text_forms_and_the_count_from_1970)
 {
-    EXPECT_EQ(
-        parsed<qx::timestamp>({L"2024-03-09", L"2024-03-09 13:05", L" 9.3.2024T13:05:09.120 ", L"13:05"}),
-        L"2024-03-09 00:00:00|2024-03-09 13:05:00|2024-03-09 13:05:09.120|refused");
-    expectRefused<qx::timestamp>({L"2024-03-09  13:05", L"2024-03-09\t 13:05", L"2024-03-09t13:05",
-                                  L"2024-03-09T", L"13:05", L"2024-03-09 24:00"});
-}
-
-TEST(timestamp, timer_counts_from_1970_and_is_kept_within_the_calendar)
-{
+    EXPECT_EQ(parsed<qx::timestamp>({L"2024-03-09", L"2024-03-09 13:05", L" 9.3.2024T13:05:09.120 "}),
+              L"2024-03-09 00:00:00|2024-03-09 13:05:00|2024-03-09 13:05:09.120|");
+    EXPECT_EQ(parsed<qx::timestamp>({L"2024-03-09  13:05", L"2024-03-09\t 13:05", L"2024-03-09t13:05",
+                                     L"2024-03-09T", L"13:05", L"2024-03-09 24:00"}),
+              L"");
     const std::pair<long long, const wchar_t*> cases[] = {
-        {0, L"1970-01-01 00:00:00"},
         {-1, L"1969-12-31 23:59:59.999"},
         {1709989509120, L"2024-03-09 13:05:09.120"},
-        {9223372036854775807, L"9999-12-31 23:59:59.999"},
+        {9223372036854775807, L"9999-12-31 23:59:59.999"}, // kept within the calendar
         {-9223372036854775807, L"0001-01-01 00:00:00"},
     };
     for (const auto& [milliseconds, expected] : cases)

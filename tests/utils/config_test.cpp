@@ -23,67 +23,48 @@ qx::string valueOf(const qx::configStructure& store, const wchar_t* section, con
 
 } // namespace
 
-TEST(configStructure, look_ups_with_and_without_case)
+TEST(configStructure, look_ups_and_modes_with_and_without_case)
 {
     qx::configStructure store;
     store.section(L"Tools", true, true).setValue(L"Key", L"1", true, replacing);
     store.section(L"TOOLS", true, true).setValue(L"key", L"2", true, replacing);
     store.section(L"Tools", true, true).setValue(L"KEY", L"3", true, replacing);
     store.section(L"", true, true).setValue(L"loose", L"4", true, replacing);
-
     EXPECT_EQ(valueOf(store, L"Tools", L"Key", true), L"1");
     EXPECT_EQ(valueOf(store, L"Tools", L"KEY", true), L"3");
-    EXPECT_EQ(valueOf(store, L"TOOLS", L"key", true), L"2");
-    EXPECT_EQ(valueOf(store, L"TOOLS", L"Key", true), L"(none)");
     EXPECT_EQ(valueOf(store, L"tools", L"Key", true), L"(none)");
     EXPECT_EQ(valueOf(store, L"tools", L"key", false), L"1");
     EXPECT_EQ(valueOf(store, L"", L"LOOSE", false), L"4");
-    EXPECT_EQ(store.sectionIdx(L"", false), 0u);
-    EXPECT_EQ(store.sectionIdx(L"none", false), static_cast<std::size_t>(-1));
-}
-
-TEST(configStructure, sections_of_one_name_join_and_keep_their_spelling)
-{
-    qx::configStructure store;
-    qx::configSection& first = store.section(L"Pick", false, true);
-    for (int i = 0; i < 50; ++i)
-        store.section(qx::string::sformat(L"s%d", i), false, true);
-    EXPECT_EQ(&store.section(L"PICK", false, true), &first);
-    EXPECT_EQ(first.name(), L"Pick");
-    EXPECT_EQ(store.sectionCount(), 52u);
+    EXPECT_EQ(store.section(L"TOOLS", false, false).name(), L"Tools");
     EXPECT_THROW(store.section(L"none", false, false), bool);
-    EXPECT_THROW(store.section(52), bool);
-}
+    EXPECT_THROW(store.section(3), bool);
 
-TEST(configStructure, modes_tell_what_may_be_stored)
-{
-    qx::configStructure store;
     qx::configSection& section = store.section(0);
     EXPECT_FALSE(section.setValue(L"a", L"1", true, qx::configReplace));
     EXPECT_TRUE(section.setValue(L"a", L"2", true, qx::configCreate));
     EXPECT_FALSE(section.setValue(L"A", L"3", false, qx::configCreate));
+    EXPECT_EQ(valueOf(store, L"", L"a", true), L"2");
     EXPECT_TRUE(section.setValue(L"A", L"4", false, replacing));
-    EXPECT_TRUE(section.setValue(L"b", L"5", true, replacing));
-    EXPECT_FALSE(section.setValue(L"b", L"6", true, 0));
+    EXPECT_FALSE(section.setValue(L"a", L"5", true, 0));
     EXPECT_EQ(valueOf(store, L"", L"a", true), L"4");
-    EXPECT_EQ(valueOf(store, L"", L"b", true), L"5");
     EXPECT_EQ(section.size(), 2u);
 }
 
+// Each count of names twice over, so that the step from walking to hashing is crossed with look-ups in
+// between.
 TEST(configStructure, many_names_behave_as_few)
 {
-    // Each count of names twice over, so that the step from walking to hashing is crossed with look-ups in
-    // between.
     qx::configStructure store;
     qx::configSection& section = store.section(L"Many", false, true);
     for (int i = 0; i < 40; ++i) {
         section.setValue(qx::string::sformat(L"Key%d", i), qx::string::sformat(L"%d", i), true, replacing);
         section.setValue(qx::string::sformat(L"KEY%d", i), L"later", true, replacing);
+        store.section(qx::string::sformat(L"Section%d", i), false, true);
         for (int k = 0; k <= i; ++k) {
-            const qx::string expected = qx::string::sformat(L"%d", k);
-            ASSERT_EQ(valueOf(store, L"many", qx::string::sformat(L"key%d", k).c_str(), false), expected)
-                << i;
-            ASSERT_EQ(valueOf(store, L"Many", qx::string::sformat(L"KEY%d", k).c_str(), true), L"later") << i;
+            const qx::string number = qx::string::sformat(L"%d", k);
+            ASSERT_EQ(valueOf(store, L"many", (L"key" + number).c_str(), false), number) << i;
+            ASSERT_EQ(valueOf(store, L"Many", (L"KEY" + number).c_str(), true), L"later") << i;
+            ASSERT_EQ(store.section(L"SECTION" + number, false, false).name(), L"Section" + number) << i;
         }
     }
 }
@@ -92,12 +73,9 @@ TEST(configStructure, twenty_thousand_sections_are_no_burden)
 {
     const auto start = std::chrono::steady_clock::now();
     qx::configStructure store;
-    for (int i = 0; i < 20000; ++i) {
-        const qx::string name = qx::string::sformat(L"Function%d", i);
-        store.section(name, false, true).setValue(L"parameter1", L"in<int> x", false, replacing);
-        store.section(name, false, true).setValue(L"script", L"{ }", false, replacing);
-    }
-    EXPECT_EQ(valueOf(store, L"function19999", L"script", false), L"{ }");
+    for (int i = 0; i < 20000; ++i)
+        store.section(qx::string::sformat(L"Function%d", i), false, true);
+    EXPECT_EQ(store.sectionCount(), 20001u);
     // A walk over all names for each of them would take minutes.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
@@ -111,17 +89,16 @@ TEST(configReader, separators_positions_and_failures_of_a_reader_of_its_own)
         {}
         bool readKey(qx::string& key, qx::string& value) override
         {
-            const bool read = keyValueFileReader::readKey(key, value);
-            if (key == L"fail")
+            if (key == L"last")
                 throw false;
-            return read;
+            return keyValueFileReader::readKey(key, value);
         }
         using keyValueFileReader::rewind;
     };
     const scratchDirectory scratch;
-    scratch.write("pairs", "a -> 1 -> 2\n;b->3\n[s]\nc->4\n[t]\nfail->5\n");
+    scratch.write("pairs", "a -> 1 -> 2\n;b->3\n[s]\nlast->4\n");
     ownReader reader(qx::file(scratch.name("pairs")));
-    qx::string section = L"-";
+    qx::string section;
     qx::string key;
     qx::string value;
     EXPECT_FALSE(reader.readKey(key, value) || reader.readSection(section)) << "not open yet";
@@ -130,17 +107,16 @@ TEST(configReader, separators_positions_and_failures_of_a_reader_of_its_own)
     EXPECT_EQ(next(), L"a=1 -> 2");
     EXPECT_EQ(next(), L";b=3");
     EXPECT_EQ(next(), L"end");
-    EXPECT_TRUE(reader.readSection(section) && reader.readSection(section));
-    EXPECT_EQ(section, L"t");
+    EXPECT_TRUE(reader.readSection(section));
+    EXPECT_EQ(section, L"s");
     reader.rewind(13); // within the second line
     EXPECT_EQ(next(), L"b=3");
-    for (const long long beyond : {-1LL, 1000LL}) {
-        reader.rewind(beyond);
-        EXPECT_EQ(next(), beyond < 0 ? L"a=1 -> 2" : L"end");
-    }
-
+    reader.rewind(-1);
+    EXPECT_EQ(next(), L"a=1 -> 2");
+    reader.rewind(1000);
+    EXPECT_EQ(next(), L"end");
     qx::configStructure store;
     EXPECT_THROW(reader.fill(store), bool);
-    EXPECT_EQ(valueOf(store, L"s", L"c", true), L"4");
+    EXPECT_EQ(valueOf(store, L"s", L"last", true), L"4");
     EXPECT_EQ(next(), L"end") << "closed by the failure";
 }

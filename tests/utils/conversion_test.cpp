@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <random>
 
@@ -23,25 +25,6 @@ namespace
 
 using reference = qx::sharedPtr<genericValue>;
 
-string shown(const string& text)
-{
-    return text;
-}
-template <qx::heldNumber T>
-string shown(T number)
-{
-    return std::wstring(qx::numberText(number).view());
-}
-template <class T>
-requires requires(const T& value)
-{
-    value.toText();
-}
-string shown(const T& value)
-{
-    return value.toText();
-}
-
 // What becomes of a value as a To, as text; "refused" when it does not convert. Proves that a refusal changes
 // nothing.
 template <class To, class From>
@@ -50,11 +33,12 @@ string converted(const From& from)
     if constexpr (std::is_convertible_v<const From&, std::wstring> && !std::is_same_v<From, string>)
         return converted<To>(string(from));
     To to = To();
-    const To before = to;
+    string text = L"refused";
     if (typeConversionManager::instance().convert(typeid(To), &to, typeid(From), &from, 0, nullptr))
-        return shown(to);
-    EXPECT_EQ(shown(to), shown(before));
-    return L"refused";
+        genericValue(to).getValue(text);
+    else
+        EXPECT_EQ(to, To());
+    return text;
 }
 
 // What becomes of each value, with a bar in between.
@@ -66,15 +50,20 @@ string as(const From&... from)
     return all;
 }
 
+// Those of the texts that convert.
 template <class To>
-void expectRefused(std::initializer_list<string> texts)
+std::vector<string> readable(const std::vector<string>& texts)
 {
-    for (const string& text : texts)
-        EXPECT_EQ(converted<To>(text), L"refused") << text.utf8();
+    std::vector<string> found;
+    std::copy_if(texts.begin(), texts.end(), std::back_inserter(found),
+                 [](const string& text) { return converted<To>(text) != L"refused"; });
+    return found;
 }
 
+const std::vector<string> none;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+const string longOne = string(L"1") + std::wstring(5000, L'0');
 
 } // namespace
 
@@ -120,23 +109,25 @@ TEST(conversion, pairs)
         EXPECT_FALSE(conversions.exists(*opaque, typeid(string)));
         EXPECT_FALSE(conversions.exists(typeid(string), *opaque));
     }
-    EXPECT_TRUE(conversions.exists(typeid(qx::directory), typeid(string)));
     EXPECT_TRUE(conversions.exists(typeid(qx::directory), typeid(reference)));
     EXPECT_FALSE(conversions.exists(typeid(string), typeid(qx::directory)));
     EXPECT_FALSE(conversions.exists(typeid(long long), typeid(string))); // no held type
+    qx::directory target;
+    EXPECT_TRUE(genericValue(string(L"some/where")).getValue(target));
+    EXPECT_EQ(target, qx::directory(L"some/where"));
 }
 
 TEST(conversion, textToWholeNumber)
 {
-    const string longOne = string(L"1") + std::wstring(5000, L'0');
     EXPECT_EQ(as<bool>(L"TRUE", L" yes\r\n", L"1", L"False", L"nO", L"0"),
               L"true|true|true|false|false|false");
-    expectRefused<bool>({L"", L"2", L"01", L"truely", L"tru"});
-
-    EXPECT_EQ(as<int>(L" \t\r\n+007\n", L"-0", L"00000000000000000000000000000001"), L"7|0|1");
-    EXPECT_EQ(as<int>(L"2147483647", L"-2147483648"), L"2147483647|-2147483648");
-    expectRefused<int>({L"2147483648", L"-2147483649", L"", L" ", L"-", L"+-1", L"- 1", L"1 2", L"1.0",
-                        L"0x1", L"1e2", L"\u00A01", L"\u0661", longOne});
+    EXPECT_EQ(readable<bool>({L"", L"2", L"01", L"truely", L"tru"}), none);
+    EXPECT_EQ(
+        as<int>(L" \t\r\n+007\n", L"-0", L"00000000000000000000000000000001", L"2147483647", L"-2147483648"),
+        L"7|0|1|2147483647|-2147483648");
+    EXPECT_EQ(readable<int>({L"2147483648", L"-2147483649", L"", L" ", L"-", L"+-1", L"- 1", L"1 2", L"1.0",
+                             L"0x1", L"1e2", L"\u00A01", L"\u0661", longOne}),
+              none);
     EXPECT_EQ(as<short>(L"32767", L"-32768", L"32768"), L"32767|-32768|refused");
     EXPECT_EQ(as<ushort>(L"65535", L"65536", L"-1"), L"65535|refused|refused");
     EXPECT_EQ(as<qx::uint>(L"4294967295", L"4294967296", L"-0"), L"4294967295|refused|refused");
@@ -148,42 +139,50 @@ TEST(conversion, textToWholeNumber)
 
 TEST(conversion, textToFloatingPoint)
 {
-    const string longOne = string(L"1") + std::wstring(5000, L'0');
     const string tiny = L"0." + std::wstring(5000, L'0') + L"1";
-    EXPECT_EQ(as<double>(L".5", L"5.", L"-1.5E+2 ", L"+1e-2", L"-0", L"0e999999999999999999999"),
-              L"0.5|5|-150|0.01|-0|0");
-    EXPECT_EQ(as<double>(L"INF", L"-inf", L"+NaN", L"5e-324", L"1.7976931348623157e308"),
-              L"inf|-inf|nan|5e-324|1.7976931348623157e+308");
-    EXPECT_EQ(as<double>(longOne + L"e-5000", tiny + L"e5001"), L"1|1");
+    EXPECT_EQ(
+        as<double>(L".5", L"5.", L"-1.5E+2 ", L"-0", L"0e999999999999999999999", L"INF", L"-inf", L"+NaN"),
+        L"0.5|5|-150|-0|0|inf|-inf|nan");
+    EXPECT_EQ(as<double>(L"5e-324", L"1.7976931348623157e308", longOne + L"e-5000", tiny + L"e5001"),
+              L"5e-324|1.7976931348623157e+308|1|1");
     // Halfway between two doubles but for the last of a thousand digits.
     const string middle = L"9007199254740993." + std::wstring(1000, L'0');
     EXPECT_EQ(as<double>(middle, middle + L"1"), L"9007199254740992|9007199254740994");
-    expectRefused<double>({L"1e309", L"1e-400", longOne, tiny, L"1e99999999999999999999"});
-    expectRefused<double>({L"", L".", L"e5", L"1e", L"1e+", L"1e 5", L"1.2.3", L"1,5", L"0x1p3", L"infinity",
-                           L"nan(1)", L"--1", L"1f"});
-    EXPECT_EQ(as<float>(L"0.1", L"3.4028235e38", L"1e39", L"1e-45", L"1e-46"),
-              L"0.1|3.4028235e+38|refused|1e-45|refused");
-    // A hair above the middle of two floats: rounding by way of a double would fall on the middle, and then
+    EXPECT_EQ(readable<double>({L"1e309", L"1e-400", longOne, tiny, L"1e99999999999999999999", L"", L".",
+                                L"e5", L"1e", L"1e+", L"1e 5", L"1.2.3", L"1,5", L"0x1p3", L"infinity",
+                                L"nan(1)", L"--1", L"1f"}),
+              none);
+    // The last lies a hair above the middle of two floats: by way of a double it would fall on it, and then
     // down.
-    EXPECT_EQ(as<float>(L"1.00000005960464477539062500001"), L"1.0000001");
+    EXPECT_EQ(as<float>(L"3.4028235e38", L"1e39", L"1e-45", L"1e-46", L"1.00000005960464477539062500001"),
+              L"3.4028235e+38|refused|1e-45|refused|1.0000001");
 }
 
 TEST(conversion, numberToText)
 {
-    EXPECT_EQ(as<string>(true, false, short(-32768), ushort(65535), std::numeric_limits<int>::min(), ~0u),
-              L"true|false|-32768|65535|-2147483648|4294967295");
-    EXPECT_EQ(as<string>(long32(-1), ulong32(~0u), ~uint64(0)), L"-1|4294967295|18446744073709551615");
-
-    EXPECT_EQ(as<string>(0.0, -0.0, 1.0, 0.1, 100000.0, -1234.5678), L"0|-0|1|0.1|100000|-1234.5678");
-    EXPECT_EQ(as<string>(1e30, -1.25e30, 1e300, 1e-8, 1.5e-8, 9.9e-8),
-              L"1e+30|-1.25e+30|1e+300|1e-8|1.5e-8|9.9e-8");
-    EXPECT_EQ(as<string>(1e-7, 1.25e-7, -1.2345678901234567e-5),
-              L"0.0000001|0.000000125|-0.000012345678901234568");
-    EXPECT_EQ(as<string>(1e20, 123456789012345680000.0, 999999999999999900000.0, 1e21),
-              L"100000000000000000000|123456789012345680000|999999999999999900000|1e+21");
+    EXPECT_EQ(as<string>(true, short(-32768), ushort(65535), std::numeric_limits<int>::min(), ~0u, long32(-1),
+                         ulong32(~0u), ~uint64(0)),
+              L"true|-32768|65535|-2147483648|4294967295|-1|4294967295|18446744073709551615");
+    EXPECT_EQ(as<string>(-0.0, 1.0, 100000.0, -1234.5678, -1.25e30, 1.5e-8),
+              L"-0|1|100000|-1234.5678|-1.25e+30|1.5e-8");
+    // Where digits end and exponents begin.
+    EXPECT_EQ(as<string>(9.9e-8, 1e-7, -1.2345678901234567e-5, 999999999999999900000.0, 1e21),
+              L"9.9e-8|0.0000001|-0.000012345678901234568|999999999999999900000|1e+21");
     EXPECT_EQ(as<string>(5e-324, infinity, -infinity, notANumber, -notANumber), L"5e-324|inf|-inf|nan|nan");
-    EXPECT_EQ(as<string>(0.1f, 16777216.0f, 1e20f, std::numeric_limits<float>::max(), 1e-45f),
-              L"0.1|16777216|100000000000000000000|3.4028235e+38|1e-45");
+    EXPECT_EQ(as<string>(0.1f, 1e20f, std::numeric_limits<float>::max(), 1e-45f),
+              L"0.1|100000000000000000000|3.4028235e+38|1e-45");
+}
+
+// Proves that the digits of a number read back as the same bits.
+template <class Number, class Bits>
+void expectReadBack(Bits bits)
+{
+    const auto number = std::bit_cast<Number>(bits);
+    Number back = 0;
+    if (std::isfinite(number)) {
+        ASSERT_TRUE(qx::readNumber(qx::numberText(number).view(), back)) << number;
+        ASSERT_EQ(std::bit_cast<Bits>(back), bits) << number;
+    }
 }
 
 TEST(conversion, shortestDigitsReadBack)
@@ -191,18 +190,8 @@ TEST(conversion, shortestDigitsReadBack)
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {
         const std::uint64_t bits = random();
-        const auto number = std::bit_cast<double>(bits);
-        const auto small = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
-        double numberBack = 0;
-        float smallBack = 0;
-        if (std::isfinite(number)) {
-            ASSERT_TRUE(qx::readNumber(qx::numberText(number).view(), numberBack)) << number;
-            ASSERT_EQ(std::bit_cast<std::uint64_t>(numberBack), bits) << number;
-        }
-        if (std::isfinite(small)) {
-            ASSERT_TRUE(qx::readNumber(qx::numberText(small).view(), smallBack)) << small;
-            ASSERT_EQ(std::bit_cast<std::uint32_t>(smallBack), static_cast<std::uint32_t>(bits)) << small;
-        }
+        ASSERT_NO_FATAL_FAILURE(expectReadBack<double>(bits));
+        ASSERT_NO_FATAL_FAILURE(expectReadBack<float>(static_cast<std::uint32_t>(bits)));
     }
 }
 
@@ -210,28 +199,24 @@ TEST(conversion, numberToNumber)
 {
     EXPECT_EQ(as<short>(65535, 32768, 32767.5, 32768.0f), L"-1|-32768|32767|refused");
     EXPECT_EQ(as<ushort>(-1), L"65535");
-    EXPECT_EQ(as<int>(4294967295u, uint64(1) << 32 | 5, true), L"-1|5|1");
-    EXPECT_EQ(as<uint64>(-1, short(-1), ~0u, false),
-              L"18446744073709551615|18446744073709551615|4294967295|0");
-    EXPECT_EQ(as<qx::uint>(long32(-2)) + as<ulong32>(-2), L"42949672944294967294");
+    EXPECT_EQ(as<int>(4294967295u, uint64(1) << 32 | 5, true, 2147483647.9, -2147483648.9),
+              L"-1|5|1|2147483647|-2147483648");
+    EXPECT_EQ(as<int>(2147483648.0, -2147483649.0, 2147483648.0f, 1e300, notANumber, infinity, -infinity),
+              L"refused|refused|refused|refused|refused|refused|refused");
+    EXPECT_EQ(as<uint64>(-1, short(-1), ~0u, 18446744073709549568.0, 18446744073709551616.0),
+              L"18446744073709551615|18446744073709551615|4294967295|18446744073709549568|refused");
     EXPECT_EQ(as<bool>(-3, ulong32(0u), uint64(1) << 40, 0.25, -0.0, notANumber),
               L"true|false|true|true|false|true");
-
-    EXPECT_EQ(as<int>(2.9, -2.9, 2147483647.9, -2147483648.9), L"2|-2|2147483647|-2147483648");
-    EXPECT_EQ(as<int>(2147483648.0, -2147483649.0, 2147483648.0f, 1e300), L"refused|refused|refused|refused");
-    EXPECT_EQ(as<int>(notANumber, infinity, -infinity), L"refused|refused|refused");
     EXPECT_EQ(as<long32>(~0u, -1.5f), L"-1|-1");
-    EXPECT_EQ(as<qx::uint>(-0.9, -1.0), L"0|refused");
-    EXPECT_EQ(as<ulong32>(4294967295.5), L"4294967295");
-    EXPECT_EQ(as<uint64>(18446744073709549568.0, 18446744073709551616.0), L"18446744073709549568|refused");
-
+    EXPECT_EQ(as<qx::uint>(long32(-2), -0.9, -1.0), L"4294967294|0|refused");
+    EXPECT_EQ(as<ulong32>(-2, 4294967295.5), L"4294967294|4294967295");
     EXPECT_EQ(as<float>(false, 0.1, 16777217, 1e300, notANumber), L"0|0.1|16777216|inf|nan");
-    EXPECT_EQ(as<double>(true, 0.5f, 0.1f, ~uint64(0), long32(-5)),
-              L"1|0.5|0.10000000149011612|18446744073709552000|-5");
+    EXPECT_EQ(as<double>(true, 0.1f, ~uint64(0), long32(-5)),
+              L"1|0.10000000149011612|18446744073709552000|-5");
 }
 
 // What texts are dates and times is told by their own tests.
-TEST(conversion, datesAndTimes)
+TEST(conversion, datesTimesAndMessages)
 {
     const qx::date day(2024, 3, 9);
     const qx::timestamp moment(day, qx::time(13, 5, 9));
@@ -239,20 +224,8 @@ TEST(conversion, datesAndTimes)
     EXPECT_EQ(as<qx::time>(L"13:05:09.007", L"24:00", moment), L"13:05:09.007|refused|13:05:09");
     EXPECT_EQ(as<qx::timestamp>(L"09.03.2024T13:05:09", L"13:05", day, qx::time()),
               L"2024-03-09 13:05:09|refused|2024-03-09 00:00:00|refused");
-    EXPECT_EQ(as<string>(day, qx::time(1, 2, 3, 4), moment), L"2024-03-09|01:02:03.004|2024-03-09 13:05:09");
     EXPECT_EQ(as<int>(moment), L"refused");
-}
-
-TEST(conversion, messagesAndDirectories)
-{
-    qx::locString message(nullptr, L"[N] files");
-    message.params().set(2.5, L"N");
-    EXPECT_EQ(as<string>(message), L"2.5 files");
-    EXPECT_EQ(as<string>(qx::locString()), L"");
-
-    qx::directory target;
-    EXPECT_TRUE(genericValue(string(L"some/where")).getValue(target));
-    EXPECT_EQ(target, qx::directory(L"some/where"));
+    EXPECT_EQ(as<string>(qx::locString(nullptr, L"message"), qx::locString()), L"message|");
 }
 
 TEST(conversion, referencesAreFollowed)
@@ -266,25 +239,17 @@ TEST(conversion, referencesAreFollowed)
     };
     int number = 0;
     string text;
-    EXPECT_TRUE(chain(1).getValue(text));
-    EXPECT_EQ(text, L"12");
     EXPECT_TRUE(chain(64).getValue(number));
     EXPECT_EQ(number, 12);
-    number = 5;
     EXPECT_FALSE(chain(65).getValue(number));
-    EXPECT_EQ(number, 5);
     EXPECT_TRUE(chain(64).setValue(2.5));
     EXPECT_TRUE(last->getValue(text));
     EXPECT_EQ(text, L"2.5");
     EXPECT_FALSE(chain(65).setValue(3));
-    EXPECT_FALSE(chain(1).getValue(number)); // "2.5" is no int
 
     last->clear();
     EXPECT_FALSE(chain(2).getValue(text));
     EXPECT_TRUE(chain(2).setValue(qx::valueArray{genericValue(1)})); // a null variable takes the type
-    qx::valueArray elements;
-    EXPECT_TRUE(chain(2).getValue(elements));
-    EXPECT_EQ(elements.size(), 1u);
     EXPECT_FALSE(chain(2).setValue(1));
 
     genericValue null((reference()));
@@ -299,7 +264,6 @@ TEST(conversion, referencesAreFollowed)
 TEST(conversion, addedConvertersComeFirst)
 {
     using converter = qx::typeconvert::typeConverter<int, string>;
-    converter refusing([](void*, const void*, int, char*) { return false; });
     converter spelling([](void* to, const void* from, int, char*) {
         if (*static_cast<const int*>(from) != 1)
             return false;
@@ -314,8 +278,7 @@ TEST(conversion, addedConvertersComeFirst)
 
     typeConversionManager& conversions = typeConversionManager::instance();
     EXPECT_FALSE(conversions.exists(typeid(bool), typeid(hostType)));
-    const std::initializer_list<qx::typeconvert::typeConverterBase*> all{&spelling, &refusing, &empty,
-                                                                         &foreign};
+    const std::initializer_list<qx::typeconvert::typeConverterBase*> all{&spelling, &empty, &foreign};
     for (qx::typeconvert::typeConverterBase* added : all)
         conversions.add(added);
     conversions.add(nullptr);
@@ -331,12 +294,9 @@ TEST(conversion, addedConvertersComeFirst)
 TEST(conversion, plainPairsOfHosts)
 {
     short small = 0;
-    float single = 0;
     string text;
     EXPECT_TRUE(dtconvert(small, 70000, 0, nullptr));
     EXPECT_EQ(small, 4464);
-    EXPECT_TRUE(dtconvert(single, 0.1, 0, nullptr));
-    EXPECT_EQ(single, 0.1f);
     EXPECT_TRUE(dtconvert(text, std::wstring(L"wide"), 0, nullptr));
     EXPECT_EQ(text, L"wide");
 

@@ -13,17 +13,14 @@ TEST(string, mapsCase)
         const wchar_t* lower;
         const wchar_t* upper;
     } rows[] = {
-        {L"", L"", L""},
         {L"Az[`{@09", L"az[`{@09", L"AZ[`{@09"},
         {L"\u00C4\u00E4", L"\u00E4\u00E4", L"\u00C4\u00C4"},
         {L"\u00DF", L"\u00DF", L"\u00DF"},                   // no single upper-case unit
         {L"\u00FF\u0178", L"\u00FF\u00FF", L"\u0178\u0178"}, // across a block
         {L"\u0130\u0131", L"i\u0131", L"\u0130I"},           // dotted and dotless i, in no locale
         {L"\u03A3\u03C3\u03C2", L"\u03C3\u03C3\u03C2", L"\u03A3\u03A3\u03A3"},
-        {L"\u0416\u0436", L"\u0436\u0436", L"\u0416\u0416"},
         {L"\u01C4\u01C5\u01C6", L"\u01C6\u01C6\u01C6", L"\u01C4\u01C4\u01C4"}, // title case in between
-        {L"\xD801\xDC00\xD801\xDC28", L"\xD801\xDC00\xD801\xDC28",
-         L"\xD801\xDC00\xD801\xDC28"}, // beyond 16 bits
+        {L"\xD801\xDC28", L"\xD801\xDC28", L"\xD801\xDC28"},                   // beyond 16 bits
     };
     for (const auto& row : rows) {
         EXPECT_EQ(string(row.text).lower(), row.lower);
@@ -32,50 +29,21 @@ TEST(string, mapsCase)
     }
 }
 
-TEST(string, deletesCharacters)
+TEST(string, deletesAndReplaces)
 {
-    EXPECT_EQ(string(L"--a-b--").deleteLeading(L"-"), L"a-b--");
-    EXPECT_EQ(string(L"--a-b--").deleteTrailing(L"-"), L"--a-b");
-    EXPECT_EQ(string(L"--a-b--").deleteAll(L"-b"), L"a");
-    EXPECT_EQ(string(L"\t \n").deleteLeading(L" \t\n"), L"");
-    EXPECT_EQ(string(L"\t \n").deleteTrailing(L" \t\n"), L"");
     EXPECT_EQ(string(L" a ").deleteLeading(L"").deleteTrailing(L"").deleteAll(L""), L" a ");
     EXPECT_EQ(string(L"\0a\0", 3).deleteAll(std::wstring_view(L"\0", 1)), L"a");
-}
-
-TEST(string, replaces)
-{
-    EXPECT_EQ(string(L"aaaa").replace(L"aa", L"b"), L"bb");
     EXPECT_EQ(string(L"aaa").replace(L"aa", L"a"), L"aa"); // what was filled in is not looked at again
-    EXPECT_EQ(string(L"abc").replace(L"", L"x"), L"abc");
-    EXPECT_EQ(string(L"abcabc").replace(L"b", L""), L"acac");
-    EXPECT_EQ(string(L"abc").replace(L"c", L"cc"), L"abcc");
     string self(L"ab");
     EXPECT_EQ(self.replace(std::wstring_view(self).substr(0, 1), self), L"abb");
 }
 
 TEST(string, splits)
 {
-    const struct
-    {
-        const wchar_t* text;
-        const wchar_t* separator;
-        std::vector<string> parts;
-        bool found;
-    } rows[] = {
-        {L"a,b", L",", {L"a", L"b"}, true},
-        {L",a,,", L",", {L"", L"a", L"", L""}, true},
-        {L"", L",", {L""}, false},
-        {L"abc", L"", {L"abc"}, false},
-        {L"a::b:c", L"::", {L"a", L"b:c"}, true},
-        {L":::", L"::", {L"", L":"}, true},
-    };
-    for (const auto& row : rows) {
-        std::vector<string> parts{L"before"};
-        EXPECT_EQ(string(row.text).splitAt(row.separator, parts, false), row.found);
-        EXPECT_EQ(parts, row.parts);
-    }
     std::vector<string> parts{L"before"};
-    string(L"a b").splitAt(L" ", parts, true);
-    EXPECT_EQ(parts, (std::vector<string>{L"before", L"a", L"b"}));
+    EXPECT_TRUE(string(L",a,,").splitAt(L",", parts, false));
+    EXPECT_TRUE(string(L":::").splitAt(L"::", parts, true));
+    EXPECT_EQ(parts, (std::vector<string>{L"", L"a", L"", L"", L"", L":"}));
+    EXPECT_FALSE(string(L"abc").splitAt(L"", parts, false));
+    EXPECT_EQ(parts, std::vector<string>{L"abc"});
 }
