@@ -74,11 +74,11 @@ inline std::string unusedName()
     return "cached" + std::to_string(++number);
 }
 
-// Sets the modification time of a file, in seconds from now.
+// Sets the modification time of a file, in seconds from the first call: the same age is the same time.
 inline void setAge(const scratchDirectory& directory, const std::string& entry, int seconds)
 {
-    std::filesystem::last_write_time(directory.path(entry), std::filesystem::file_time_type::clock::now() +
-                                                                std::chrono::seconds(seconds));
+    static const auto now = std::filesystem::file_time_type::clock::now();
+    std::filesystem::last_write_time(directory.path(entry), now + std::chrono::seconds(seconds));
 }
 
 // A program directory of the test's own.
