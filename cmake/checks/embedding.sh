@@ -35,7 +35,7 @@ use() {
     c++ "$project/main.cpp" -o "$work/plain" $(PKG_CONFIG_PATH=$found pkg-config --cflags --libs qxscript)
     expect env "LD_LIBRARY_PATH=$(dirname "$found")" "$work/plain"
     [[ $("$tree/bin/qxscript" eval 'strlen("four")') == 4 ]]
-    man --warnings -l "$tree/share/man/man1/qxscript.1" >"$work/man" 2>"$work/log"
+    groff -man -Tutf8 -ww "$tree/share/man/man1/qxscript.1" >"$work/man" 2>"$work/log"
     [[ -s $work/man && ! -s $work/log ]] || { cat "$work/log" >&2; exit 1; }
 }
 
