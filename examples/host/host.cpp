@@ -61,19 +61,15 @@ void handle(const refPtr<order>& subject)
         // What went wrong, outermost first: which statement of which statement.
         for (const qx::locString& message : failure.messages())
             print(L"  " + message.text());
+    } catch (const qx::string& text) {
+        print(L"  " + text); // what a script says by throwmessage
     }
     for (const auto& [id, text] : subject->messages())
         print(L"  " + text);
 }
 
-} // namespace
-
-int main()
+void handleOrders()
 {
-    static guardedSystem guarded;
-    qx::system::setCurrent(&guarded);
-    addStatements();
-
     const refPtr<customer> ada(new customer(L"Ada", 5000));
     const refPtr<customer> bob(new customer(L"Bob", 100));
 
@@ -89,4 +85,23 @@ int main()
 
     const refPtr<order> third(new order(3, qx::date(2024, 3, 11), refPtr<customer>()));
     handle(third);
+}
+
+} // namespace
+
+int main()
+{
+    static guardedSystem guarded;
+    qx::system::setCurrent(&guarded);
+    try {
+        addStatements();
+        handleOrders();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    } catch (...) {
+        std::fputs("an unexpected failure\n", stderr);
+        return 1;
+    }
+    return 0;
 }

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 using qx::string;
+namespace script = qx::script;
 
 namespace
 {
@@ -106,11 +107,20 @@ TEST(badInput, recursion_without_end_uses_up_the_stack_and_says_so)
     scripts.write("again.qxscr", "scrdef again()\n{ isnull(\"x\"); callfunction(script$again$again); }");
     onBothStacks([&] {
         const peakMemory peak;
-        const std::string chain = runCall(scripts.name(), L"$again$again");
-        EXPECT_LE(peak.growth(), 64u * 1024 * 1024);
-        EXPECT_GE(std::count(chain.begin(), chain.end(), '\n'), 20);
-        EXPECT_TRUE(chain.starts_with("Error executing script \"again\" \n"));
-        EXPECT_TRUE(chain.ends_with("\nstack exhausted"));
+        script::scriptcontext context;
+        std::vector<qx::genericValue> none;
+        qx::genericValue result;
+        try {
+            script::codeManager::instance()->executeFunction(scripts.name(), L"$again$again", context, none,
+                                                             result);
+            FAIL() << "nothing thrown";
+        } catch (const qx::exception& failure) {
+            EXPECT_LE(peak.growth(), 64u * 1024 * 1024);
+            const texts chain = chainOf(failure);
+            EXPECT_GT(chain.size(), 20u);
+            EXPECT_EQ(chain.front(), L"Error executing script \"again\" ");
+            EXPECT_EQ(chain.back(), L"stack exhausted");
+        }
     });
 }
 

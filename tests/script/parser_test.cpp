@@ -19,7 +19,7 @@ qx::string shown(const moduleCall& call)
     const auto joined = [](const texts& parts) {
         qx::string text;
         for (const qx::string& part : parts)
-            text += (&part == &parts[0] ? L"" : L"|") + (part.empty() ? L"_" : part);
+            text += (&part == parts.data() ? L"" : L"|") + (part.empty() ? L"_" : part);
         return text;
     };
     return call.name + (call.types.empty() ? L"" : L"<" + joined(call.types) + L">") + L"[" +

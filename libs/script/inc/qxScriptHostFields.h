@@ -57,7 +57,7 @@ public:
     const wchar_t* label() const { return mLabel; }
     bool isWritable() const { return mAccess->isWritable(); }
 
-    genericValue get(const Owner& owner) const { return mAccess->get(owner); }
+    genericValue get(const Owner& owner) const { return mAccess->read(owner); }
     // False where the field's type does not convert.
     template <class T>
     bool get(const Owner& owner, T& out) const
@@ -66,10 +66,10 @@ public:
             mAccess->copy(owner, &out);
             return true;
         }
-        return mAccess->get(owner).getValue(out);
+        return mAccess->read(owner).getValue(out);
     }
     // False where the field cannot be written, the value does not convert, or the setter refuses it.
-    bool set(Owner& owner, const genericValue& value) const { return mAccess->set(owner, value); }
+    bool set(Owner& owner, const genericValue& value) const { return mAccess->write(owner, value); }
 
 private:
     class access
@@ -78,9 +78,9 @@ private:
         virtual ~access() = default;
         virtual const std::type_info& type() const = 0;
         virtual bool isWritable() const = 0;
-        virtual genericValue get(const Owner& owner) const = 0;
+        virtual genericValue read(const Owner& owner) const = 0;
         virtual void copy(const Owner& owner, void* out) const = 0; // to a place of exactly this type
-        virtual bool set(Owner& owner, const genericValue& value) const = 0;
+        virtual bool write(Owner& owner, const genericValue& value) const = 0;
     };
 
     template <class T>
@@ -89,7 +89,7 @@ private:
     public:
         const std::type_info& type() const override { return typeid(T); }
         bool isWritable() const override { return false; }
-        bool set(Owner&, const genericValue&) const override { return false; }
+        bool write(Owner&, const genericValue&) const override { return false; }
     };
 
     template <class T>
@@ -98,9 +98,9 @@ private:
     public:
         explicit memberAccess(T Owner::*member) : mMember(member) {}
         bool isWritable() const override { return readable<T>; }
-        genericValue get(const Owner& owner) const override { return valueOf(owner.*mMember); }
+        genericValue read(const Owner& owner) const override { return valueOf(owner.*mMember); }
         void copy(const Owner& owner, void* out) const override { *static_cast<T*>(out) = owner.*mMember; }
-        bool set(Owner& owner, const genericValue& value) const override
+        bool write(Owner& owner, const genericValue& value) const override
         {
             if constexpr (readable<T>)
                 return value.getValue(owner.*mMember);
@@ -117,7 +117,7 @@ private:
     {
     public:
         explicit computedAccess(Got (Owner::*getter)() const) : mGetter(getter) {}
-        genericValue get(const Owner& owner) const override { return valueOf((owner.*mGetter)()); }
+        genericValue read(const Owner& owner) const override { return valueOf((owner.*mGetter)()); }
         void copy(const Owner& owner, void* out) const override
         {
             *static_cast<T*>(out) = (owner.*mGetter)();
@@ -137,7 +137,7 @@ private:
             : computedAccess<T, Got>(getter), mSetter(setter)
         {}
         bool isWritable() const override { return true; }
-        bool set(Owner& owner, const genericValue& value) const override
+        bool write(Owner& owner, const genericValue& value) const override
         {
             std::remove_cvref_t<Set> converted{};
             if (!value.getValue(converted))
