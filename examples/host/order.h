@@ -122,8 +122,7 @@ public:
         const auto found = mTransient.find(name);
         if (found == mTransient.end())
             return false;
-        *out = found->second.getUnknown();
-        (*out)->addRef();
+        qx::host::handOut(found->second, out);
         return true;
     }
 

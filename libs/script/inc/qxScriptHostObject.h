@@ -120,14 +120,16 @@ refPtr<T> objectOf(unknown* pointer)
 
 // For operations that hand an object out: `*out` gets the object with one reference for the caller. `object`
 // may be null.
+inline void handOut(const reference& object, unknown** out)
+{
+    *out = object.get();
+    if (*out)
+        (*out)->addRef();
+}
 template <class T>
 void handOut(T* object, unknown** out)
 {
-    *out = nullptr;
-    if (object) {
-        object->addRef();
-        *out = object->root();
-    }
+    handOut(referenceTo(object), out);
 }
 template <class T>
 void handOut(const refPtr<T>& object, unknown** out)
@@ -224,12 +226,7 @@ public:
     bool isEnd() override { return mAt >= mObjects.size(); }
 
 private:
-    void handOutCurrent(unknown** out)
-    {
-        *out = isEnd() ? nullptr : mObjects[mAt].getUnknown();
-        if (*out)
-            (*out)->addRef();
-    }
+    void handOutCurrent(unknown** out) { handOut(isEnd() ? reference() : mObjects[mAt], out); }
 
     std::vector<reference> mObjects;
     std::size_t mAt = 0;
