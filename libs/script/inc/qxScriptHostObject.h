@@ -226,7 +226,12 @@ public:
     bool isEnd() override { return mAt >= mObjects.size(); }
 
 private:
-    void handOutCurrent(unknown** out) { handOut(isEnd() ? reference() : mObjects[mAt], out); }
+    void handOutCurrent(unknown** out)
+    {
+        *out = nullptr;
+        if (!isEnd())
+            handOut(mObjects[mAt], out);
+    }
 
     std::vector<reference> mObjects;
     std::size_t mAt = 0;
