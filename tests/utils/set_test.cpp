@@ -35,7 +35,7 @@ TEST(genericSet, writesIntoTheStorageThatIsThere)
         const qx::sharedPtr<genericValue> handedOut = set.genericValue(name(1));
         EXPECT_TRUE(set.setGenericValue(name(1), genericValue(qx::string(L"2")), flag));
         EXPECT_EQ(std::as_const(set).genericValue(name(1)).get(), handedOut.get());
-        EXPECT_EQ(set.find(name(1)), handedOut.get());
+        EXPECT_EQ(&set.find(name(1))->value(), handedOut.get());
         set.erase(name(1));
         set.erase(name(1));
         int number = 0;

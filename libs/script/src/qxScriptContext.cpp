@@ -192,7 +192,7 @@ bool scriptcontext::setGlobalContextVariable(const scString& name, const generic
 
 genericValue& scriptcontext::globalContextVariable(const scString& name)
 {
-    genericValue* const stored = mpGlobalVariables ? mpGlobalVariables->find(name) : nullptr;
+    const sharedPtr<genericValue> stored = scriptcontext::globalContextVariableAddress(name);
     if (!stored)
         throw globalVarNotFoundException(name.c_str());
     return *stored;
@@ -226,7 +226,7 @@ bool scriptcontext::deleteParameter(const scString& name)
 
 genericValue& scriptcontext::parameter(const scString& name)
 {
-    genericValue* const stored = mParameters.find(name);
+    const sharedPtr<genericValue> stored = mParameters.genericValue(name);
     if (!stored)
         throw parameterNotFoundException(name.c_str());
     return *stored;

@@ -5,6 +5,7 @@
 // type_info):
 //               visible everywhere on ELF; on Windows its explicit instantiation carries the export
 //               attribute.
+// QX_THREAD_LOCAL   a variable of each thread, one for each library that uses it.
 #pragma once
 
 #if defined(_WIN32)
@@ -17,4 +18,12 @@
 #else
 #define QXUTILS_API __attribute__((visibility("default")))
 #define QX_SHARED __attribute__((visibility("default")))
+#endif
+
+// A variable of each thread that is read without a call, for what is read all the time. Where the system's
+// loader does not offer that, it is an ordinary one.
+#if defined(__linux__) && defined(__x86_64__)
+#define QX_THREAD_LOCAL thread_local __attribute__((tls_model("initial-exec"), visibility("hidden")))
+#else
+#define QX_THREAD_LOCAL thread_local
 #endif

@@ -1,15 +1,13 @@
 // genericSet: a dictionary from names to values.
 //
-// Each value lies behind a shared pointer, so an address that was handed out stays the variable's own
-// storage: a later write under the name goes into that same storage. A set without entries owns no memory.
-// Not locked: for one thread at a time.
+// A set of a few names is one object without memory of its own. A value whose address is handed out moves
+// into a block that is shared with whoever has the address, and stays there: a later write under the name
+// goes into that same storage. Not locked: for one thread at a time.
 #pragma once
 
 #include "qxGenericValue.h"
 #include "qxScString.h"
 #include "qxSharedPtr.h"
-
-#include <vector>
 
 namespace qx
 {
@@ -17,37 +15,102 @@ namespace qx
 class QXUTILS_API genericSet
 {
 public:
-    genericSet() noexcept = default;
-    ~genericSet();
+    // A name and its storage. Borrowed until the set is changed.
+    class entry
+    {
+    public:
+        entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value)) {}
+        entry(entry&& other) noexcept
+            : mName(other.mName), mValue(std::move(other.mValue)), mpShared(std::exchange(other.mpShared, nullptr))
+        {}
+        entry(const entry&) = delete;
+        entry& operator=(const entry&) = delete;
+        ~entry()
+        {
+            if (mpShared)
+                drop();
+        }
+
+        const scString& name() const noexcept { return mName; }
+        qx::genericValue& value() noexcept { return mpShared ? mpShared->value : mValue; }
+        // True when somebody else has the address.
+        bool isShared() const noexcept { return mpShared && interlockedRead(&mpShared->counter) != 1u; }
+        // A share of the storage, which does not move any more.
+        sharedPtr<qx::genericValue> address();
+
+    private:
+        friend class genericSet;
+
+        void drop() noexcept;
+
+        scString mName;
+        qx::genericValue mValue;             // unless it is shared
+        sharedVariable* mpShared = nullptr; // with one count for this entry
+    };
+
+    genericSet() noexcept : mpEntries(own()) {}
+    ~genericSet()
+    {
+        for (uint i = 0; i < mCount; ++i)
+            mpEntries[i].~entry();
+        if (mpEntries != own())
+            giveBack();
+    }
     genericSet(const genericSet&) = delete;
     genericSet& operator=(const genericSet&) = delete;
 
     // Stores a copy of `value` under `name`: in the storage that is there already, else in a new one. `keep`
     // makes no difference to what is stored. True when the value is stored.
     bool setGenericValue(const scString& name, const qx::genericValue& value, bool keep);
+    // The same with a value that may be emptied.
+    void take(const scString& name, qx::genericValue&& value);
 
     // The storage of `name`; a null pointer for an unknown name.
     sharedPtr<qx::genericValue> genericValue(const scString& name);
     const_sharedPtr<qx::genericValue> genericValue(const scString& name) const;
 
-    // The same without taking a share: borrowed until the name is erased or the set ends. Null for an unknown
-    // name.
-    qx::genericValue* find(const scString& name) const noexcept;
+    // The entry of `name`; null for an unknown name.
+    entry* find(const scString& name) noexcept
+    {
+        if (mpIndex)
+            return findIndexed(name);
+        for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
+            if (e->mName == name)
+                return e;
+        return nullptr;
+    }
+
+    // A new entry; the name must not be there.
+    entry& insert(const scString& name, qx::genericValue&& value)
+    {
+        if (mCount == mCapacity)
+            grow();
+        entry* const made = new (mpEntries + mCount) entry(name, std::move(value));
+        ++mCount;
+        if (mCount > walkedAtMost)
+            enterLast();
+        return *made;
+    }
 
     void erase(const scString& name) noexcept;
 
 private:
-    struct entry
-    {
-        scString name;
-        sharedPtr<qx::genericValue> value;
-    };
     class index;
 
-    const entry* lookUp(const scString& name) const noexcept;
+    static constexpr uint ownEntries = 4;
+    static constexpr uint walkedAtMost = 16; // names; beyond, a hash is quicker
 
-    std::vector<entry> mEntries;
+    entry* own() noexcept { return reinterpret_cast<entry*>(mOwn); }
+    entry* findIndexed(const scString& name) noexcept;
+    void grow();
+    void giveBack() noexcept;
+    void enterLast();
+
+    entry* mpEntries;
+    uint mCount = 0;
+    uint mCapacity = ownEntries;
     index* mpIndex = nullptr; // positions by name, made when the set outgrows a walk along its entries
+    alignas(entry) std::byte mOwn[ownEntries * sizeof(entry)];
 };
 
 } // namespace qx

@@ -18,6 +18,7 @@
 #include "qxString.h"
 #include "qxTypes.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -35,6 +36,10 @@ class genericValue;
 namespace conditions
 {
 class condition;
+}
+namespace cell
+{
+class access;
 }
 
 // How a type may be held: in a value, as the target of getValue, as the source of setValue.
@@ -128,7 +133,12 @@ public:
     // Leave `other` null.
     genericValue(genericValue&& other) noexcept : mWord(other.mWord) { other.mWord = 0; }
     genericValue& operator=(genericValue&& other) noexcept;
-    ~genericValue();
+    ~genericValue()
+    {
+        // Null and small values have nothing that ends.
+        if (mWord - 1 < (std::uint64_t(1) << 48) - 1)
+            exchange(0);
+    }
 
     bool isNull() const noexcept;
     // The value becomes null.
@@ -145,16 +155,22 @@ public:
     template <writable T>
     bool setValue(const T& value, bool replace = false);
 
-    // Shares the holder for the length of one operation; a null pointer for a null value.
+    // Shares the holder for the length of one operation; a null pointer for a null value. A small value, which
+    // lies in this object, moves into a holder for that, and stays there until it is replaced.
     sharedPtr<holderbase> holderCopy() const noexcept;
     // Puts `other` in place and leaves the previous holder in the argument.
     void swapHolder(sharedPtr<holderbase>& other) noexcept;
 
 private:
+    friend class cell::access;
+
     // For constructors: takes over the first holder without a lock, as nobody else can see this value yet.
     void adopt(sharedPtr<holderbase> first) noexcept;
+    // Puts a word, with the count of the holder that it may name, in place of this one; what was here ends.
+    void exchange(std::uint64_t word) noexcept;
+    std::uint64_t exchanged(std::uint64_t word) noexcept;
 
-    std::uintptr_t mWord = 0; // opaque: only the library knows what it means
+    mutable std::uint64_t mWord = 0; // see qxCell.h; hosts need not know
 };
 
 using valueArray = std::vector<genericValue>;
@@ -164,7 +180,11 @@ template <>
 struct QXUTILS_API counterPlace<genericValue::holderbase>
 {
     static ulong32* obtain(genericValue::holderbase* holder) noexcept;
-    static void giveBack(ulong32*) noexcept {}
+    template <class Delete>
+    static void end(genericValue::holderbase* holder, ulong32*) noexcept
+    {
+        Delete::destroy(holder);
+    }
 };
 
 // Ends a holder that nobody shares any more. Deeply nested values end through a work list and do not
@@ -173,6 +193,32 @@ template <>
 struct QXUTILS_API deleteObj<genericValue::holderbase>
 {
     static void destroy(genericValue::holderbase* holder) noexcept;
+};
+
+// A value with its counter, in one block.
+struct sharedVariable
+{
+    ulong32 counter;
+    genericValue value;
+};
+
+// Ends a variable in whichever form it is: such a block, or a value and a counter of their own.
+template <>
+struct QXUTILS_API counterPlace<genericValue>
+{
+    static ulong32* obtain(genericValue*) { return shptr::allocCounter(); }
+    template <class Delete>
+    static void end(genericValue* value, ulong32* counter) noexcept
+    {
+        // Two blocks of their own are too far from each other for this.
+        if (reinterpret_cast<char*>(value) == reinterpret_cast<char*>(counter) + offsetof(sharedVariable, value))
+            return endShared(value, counter);
+        Delete::destroy(value);
+        shptr::releaseCounter(counter);
+    }
+
+private:
+    static void endShared(genericValue* value, ulong32* counter) noexcept;
 };
 
 } // namespace qx

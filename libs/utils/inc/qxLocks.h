@@ -45,11 +45,11 @@ noexcept
     return Counter(interlockedDecrement(reinterpret_cast<volatile plain*>(counter)));
 }
 
-// The present value of such a counter.
+// The present value of such a counter. Who reads 1 sees what those did who have counted down before.
 inline ulong32 interlockedRead(const ulong32* counter) noexcept
 {
     using plain = std::conditional_t<sizeof(long) == 4, unsigned long, uint>;
-    return ulong32(__atomic_load_n(reinterpret_cast<const plain*>(counter), __ATOMIC_RELAXED));
+    return ulong32(__atomic_load_n(reinterpret_cast<const plain*>(counter), __ATOMIC_ACQUIRE));
 }
 
 // A spin lock that its owner may take again. Waiting threads yield after a short spin.

@@ -5,6 +5,7 @@
 // type.
 #pragma once
 
+#include "qxCell.h"
 #include "qxHolder.h"
 
 namespace qx::typeconvert
@@ -28,11 +29,8 @@ bool readReference(void* to, const void* from, int, char*)
         referredVariable(*static_cast<const sharedPtr<genericValue>*>(from));
     if (!variable)
         return false;
-    const sharedPtr<genericValue::holderbase> shared = variable->holderCopy();
-    if (!shared)
-        return false;
     genericValue::ptrholder<To> target(static_cast<To*>(to));
-    return shared->copyTo(target);
+    return cell::copyHeld(*variable, target);
 }
 
 template <holdable From>
@@ -42,10 +40,14 @@ bool writeReference(void* to, const void* from, int, char*)
     if (!variable)
         return false;
     const auto* const value = static_cast<const From*>(from);
-    if (const sharedPtr<genericValue::holderbase> shared = variable->holderCopy())
-        return shared->copyFrom(genericValue::constptrholder<From>(value));
-    *variable = genericValue(*value);
-    return true;
+    if constexpr (writable<From>)
+        return variable->setValue(*value, false);
+    else {
+        if (const sharedPtr<genericValue::holderbase> shared = variable->holderCopy())
+            return shared->copyFrom(genericValue::constptrholder<From>(value));
+        *variable = genericValue(*value);
+        return true;
+    }
 }
 
 } // namespace qx::typeconvert

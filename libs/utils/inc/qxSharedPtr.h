@@ -28,13 +28,18 @@ struct deleteObj
     static void destroy(T* object) noexcept { delete object; }
 };
 
-// Where the counter of a T lives: by default in a place of its own. Types that carry their counter specialise
-// this.
+// Where the counter of a T lives, and how both end: by default each in a place of its own. Types that carry
+// their counter specialise this.
 template <class T>
 struct counterPlace
 {
     static ulong32* obtain(T*) { return shptr::allocCounter(); }
-    static void giveBack(ulong32* counter) noexcept { shptr::releaseCounter(counter); }
+    template <class Delete>
+    static void end(T* object, ulong32* counter) noexcept
+    {
+        Delete::destroy(object);
+        shptr::releaseCounter(counter);
+    }
 };
 
 template <class T, class Delete = deleteObj<T>>
@@ -116,11 +121,10 @@ private:
     }
     void release() noexcept
     {
-        if (!mpCounter || interlockedDecrement(mpCounter) != 0u)
+        // The only one left need not count down: nobody can count up any more. Half the cost of a release.
+        if (!mpCounter || (interlockedRead(mpCounter) != 1u && interlockedDecrement(mpCounter) != 0u))
             return;
-        ulong32* const counter = mpCounter;
-        Delete::destroy(m_p);
-        counterPlace<T>::giveBack(counter);
+        counterPlace<T>::template end<Delete>(m_p, mpCounter);
     }
 
     T* m_p = nullptr;

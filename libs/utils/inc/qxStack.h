@@ -25,12 +25,23 @@ QXUTILS_API const limits& threadLimits() noexcept;
 // Throws unexpectedErrorException "stack exhausted".
 [[noreturn]] QXUTILS_API void raiseExhausted();
 
+namespace detail
+{
+
+// What this library knows of the calling thread: at first that every address is too near to the end.
+inline constinit QX_THREAD_LOCAL limits known{0, UINTPTR_MAX};
+
+} // namespace detail
+
 // A frame outside the thread's bounds (a fibre, an alternate stack) is never exhausted: nothing is known of
 // its end.
 inline bool isExhausted() noexcept
 {
-    const limits& bounds = threadLimits();
-    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - bounds.end < bounds.reserve;
+    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    if (frame - detail::known.end >= detail::known.reserve) [[likely]]
+        return false;
+    detail::known = threadLimits();
+    return frame - detail::known.end < detail::known.reserve;
 }
 
 inline void check()

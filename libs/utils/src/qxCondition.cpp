@@ -1,6 +1,7 @@
 // Conditions: the text becomes a list of steps, and a test of a value runs down that list.
 #include "qxCondition.h"
 
+#include "qxCell.h"
 #include "qxAutoPtr.h"
 #include "qxHeldTypes.h"
 #include "qxNumberText.h"
@@ -56,13 +57,13 @@ struct operand
 class subject
 {
 public:
-    explicit subject(const genericValue& value) : mHolder(value.holderCopy())
+    explicit subject(const genericValue& value) : mHolder(heldBy(value))
     {
         using reference = sharedPtr<genericValue>;
         if (!dynamic_cast<genericValue::holder<reference>*>(mHolder.get()))
             return;
         const sharedPtr<genericValue> variable = typeconvert::referredVariable(readAs<reference>().value());
-        mHolder = variable ? variable->holderCopy() : sharedPtr<genericValue::holderbase>();
+        mHolder = variable ? heldBy(*variable) : sharedPtr<genericValue::holderbase>();
     }
 
     bool isNull() const { return !mHolder; }
@@ -90,6 +91,12 @@ public:
     }
 
 private:
+    // A small value gets a holder of its own, so that the tested one stays small.
+    static sharedPtr<genericValue::holderbase> heldBy(const genericValue& value)
+    {
+        return cell::isSmall(cell::access::load(value)) ? genericValue(value).holderCopy() : value.holderCopy();
+    }
+
     template <class T>
     bool holds() const
     {

@@ -1,6 +1,8 @@
 // Thread-caching free lists.
 #include "qxFreeLists.h"
 
+#include "qxExport.h"
+
 #include <cstdlib>
 
 namespace qx::freelists
@@ -40,7 +42,7 @@ struct cache
     bool closed;
 };
 
-thread_local cache local;
+constinit QX_THREAD_LOCAL cache local = {};
 
 // Gives the lists back when the thread ends; from then on the thread uses the heap.
 struct drain

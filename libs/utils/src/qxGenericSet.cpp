@@ -2,97 +2,131 @@
 #include "qxGenericSet.h"
 
 #include "qxAutoPtr.h"
+#include "qxFreeLists.h"
 
+#include <new>
 #include <unordered_map>
 
 namespace qx
 {
 
-namespace
+// --- entry ---
+
+sharedPtr<qx::genericValue> genericSet::entry::address()
 {
-
-constexpr std::size_t walkedAtMost = 16;
-
-} // namespace
-
-class genericSet::index : public std::unordered_map<scString, std::size_t>
-{};
-
-genericSet::~genericSet()
-{
-    delete mpIndex;
-}
-
-const genericSet::entry* genericSet::lookUp(const scString& name) const noexcept
-{
-    if (mpIndex) {
-        const auto found = mpIndex->find(name);
-        return found == mpIndex->end() ? nullptr : &mEntries[found->second];
+    if (!mpShared) {
+        void* const storage = freelists::take(sizeof(sharedVariable));
+        if (!storage)
+            throw std::bad_alloc();
+        mpShared = new (storage) sharedVariable{ulong32(1u), std::move(mValue)};
     }
-    for (const entry& e : mEntries)
-        if (e.name == name)
-            return &e;
-    return nullptr;
+    interlockedIncrement(&mpShared->counter);
+    return sharedPtr<qx::genericValue>::attach(&mpShared->value, &mpShared->counter);
 }
+
+void genericSet::entry::drop() noexcept
+{
+    sharedPtr<qx::genericValue>::attach(&mpShared->value, &mpShared->counter);
+}
+
+// --- genericSet ---
+
+class genericSet::index : public std::unordered_map<scString, uint>
+{};
 
 bool genericSet::setGenericValue(const scString& name, const qx::genericValue& value, bool)
 {
-    if (const entry* existing = lookUp(name)) {
-        *existing->value = value;
-        return true;
-    }
-    mEntries.push_back({name, sharedPtr<qx::genericValue>(new qx::genericValue(value))});
-    try {
-        if (mpIndex)
-            mpIndex->emplace(name, mEntries.size() - 1);
-        else if (mEntries.size() > walkedAtMost) {
-            autoPtr<index> made(new index);
-            for (std::size_t i = 0; i < mEntries.size(); ++i)
-                made->emplace(mEntries[i].name, i);
-            mpIndex = made.release();
-        }
-    } catch (...) {
-        mEntries.pop_back();
-        throw;
-    }
+    if (entry* const existing = find(name))
+        existing->value() = value;
+    else
+        insert(name, qx::genericValue(value));
     return true;
+}
+
+void genericSet::take(const scString& name, qx::genericValue&& value)
+{
+    if (entry* const existing = find(name))
+        existing->value() = std::move(value);
+    else
+        insert(name, std::move(value));
 }
 
 sharedPtr<qx::genericValue> genericSet::genericValue(const scString& name)
 {
-    const entry* found = lookUp(name);
-    return found ? found->value : sharedPtr<qx::genericValue>();
+    entry* const found = find(name);
+    return found ? found->address() : sharedPtr<qx::genericValue>();
 }
 
 const_sharedPtr<qx::genericValue> genericSet::genericValue(const scString& name) const
 {
-    const entry* found = lookUp(name);
-    return found ? const_sharedPtr<qx::genericValue>(found->value) : const_sharedPtr<qx::genericValue>();
-}
-
-qx::genericValue* genericSet::find(const scString& name) const noexcept
-{
-    const entry* found = lookUp(name);
-    return found ? found->value.get() : nullptr;
+    return const_cast<genericSet*>(this)->genericValue(name);
 }
 
 void genericSet::erase(const scString& name) noexcept
 {
-    const entry* found = lookUp(name);
+    entry* const found = find(name);
     if (!found)
         return;
     // The last entry takes the place of the erased one; the erased value ends after the set is in order
     // again.
-    const auto place = static_cast<std::size_t>(found - mEntries.data());
-    const entry erased = std::move(mEntries[place]);
-    if (mpIndex) {
+    const entry erased = std::move(*found);
+    found->~entry();
+    --mCount;
+    entry* const last = mpEntries + mCount;
+    if (mpIndex)
         mpIndex->erase(name);
-        if (place + 1 < mEntries.size())
-            (*mpIndex)[mEntries.back().name] = place;
+    if (found == last)
+        return;
+    if (mpIndex)
+        (*mpIndex)[last->mName] = static_cast<uint>(found - mpEntries);
+    new (found) entry(std::move(*last));
+    last->~entry();
+}
+
+genericSet::entry* genericSet::findIndexed(const scString& name) noexcept
+{
+    const auto found = mpIndex->find(name);
+    return found == mpIndex->end() ? nullptr : mpEntries + found->second;
+}
+
+void genericSet::grow()
+{
+    const uint capacity = mCapacity * 2;
+    auto* const larger = static_cast<entry*>(freelists::take(capacity * sizeof(entry)));
+    if (!larger)
+        throw std::bad_alloc();
+    for (uint i = 0; i < mCount; ++i) {
+        new (larger + i) entry(std::move(mpEntries[i]));
+        mpEntries[i].~entry();
     }
-    if (place + 1 < mEntries.size())
-        mEntries[place] = std::move(mEntries.back());
-    mEntries.pop_back();
+    if (mpEntries != own())
+        freelists::give(mpEntries, mCapacity * sizeof(entry));
+    mpEntries = larger;
+    mCapacity = capacity;
+}
+
+void genericSet::giveBack() noexcept
+{
+    delete mpIndex;
+    freelists::give(mpEntries, mCapacity * sizeof(entry));
+}
+
+// The last entry is new, and the set too large for a walk.
+void genericSet::enterLast()
+{
+    try {
+        if (mpIndex) {
+            mpIndex->emplace(mpEntries[mCount - 1].mName, mCount - 1);
+            return;
+        }
+        autoPtr<index> made(new index);
+        for (uint i = 0; i < mCount; ++i)
+            made->emplace(mpEntries[i].mName, i);
+        mpIndex = made.release();
+    } catch (...) {
+        mpEntries[--mCount].~entry();
+        throw;
+    }
 }
 
 } // namespace qx

@@ -1,8 +1,10 @@
 // Values and the life of their holders.
 //
-// The word of a value is the address of its holder, 0 for null. It is read and exchanged under a lock striped
-// by the value's address, except to see whether it is 0; nothing else is done under that lock. A holder's
-// block begins with a header that carries the use counter.
+// The word of a value (qxCell.h) is read without a lock. Small values and null are replaced by
+// compare-exchange; a holder is counted up and replaced under a lock striped by the value's address, so that
+// nobody ends it in between. Nothing else is done under that lock. A holder's block begins with a header that
+// carries the use counter.
+#include "qxCell.h"
 #include "qxHolder.h"
 
 #include "qxFreeLists.h"
@@ -63,18 +65,26 @@ private:
 
 constinit wordLock::stripe wordLock::stripes[wordLock::stripeCount] = {};
 
-genericValue::holderbase* holderIn(std::uintptr_t word) noexcept
+genericValue::holderbase* holderIn(cell::word word) noexcept
 {
     return reinterpret_cast<genericValue::holderbase*>(word); // NOLINT(performance-no-int-to-ptr)
 }
 
-// Takes over one count of the holder in `word`.
-sharedPtr<genericValue::holderbase> attached(std::uintptr_t word) noexcept
+// Takes over one count of the holder in `word`; null for a word that names none.
+sharedPtr<genericValue::holderbase> attached(cell::word word) noexcept
 {
-    if (word == 0)
+    if (!cell::isHolder(word))
         return {};
     genericValue::holderbase* const holder = holderIn(word);
     return sharedPtr<genericValue::holderbase>::attach(holder, &headerOf(holder)->counter);
+}
+
+// A new holder of a small value; null without memory.
+genericValue::holderbase* promoted(cell::word word) noexcept
+{
+    return cell::visit(word, []<class T>(const T& value) -> genericValue::holderbase* {
+        return genericValue::valueholder<T>::make(value);
+    });
 }
 
 } // namespace
@@ -87,6 +97,10 @@ void* genericValue::holderbase::allocate(std::size_t size) noexcept
     void* const storage = freelists::take(whole);
     if (!storage)
         return nullptr;
+    if (!cell::isHolder(reinterpret_cast<cell::word>(storage))) { // an address that does not fit into a word
+        freelists::give(storage, whole);
+        return nullptr;
+    }
     return new (storage) blockHeader{ulong32(0u), static_cast<uint>(whole), nullptr} + 1;
 }
 
@@ -126,75 +140,109 @@ void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* hold
     --nesting;
 }
 
-genericValue::genericValue(const genericValue& other)
+void counterPlace<genericValue>::endShared(genericValue* value, ulong32* counter) noexcept
 {
-    if (const sharedPtr<holderbase> shared = other.holderCopy())
-        adopt(sharedPtr<holderbase>(shared->clone()));
+    value->~genericValue();
+    freelists::give(counter, sizeof(sharedVariable));
+}
+
+genericValue::genericValue(const genericValue& other) : mWord(cell::access::load(other))
+{
+    if (!cell::isHolder(mWord))
+        return;
+    mWord = 0;
+    *this = other;
 }
 
 genericValue& genericValue::operator=(const genericValue& other)
 {
     if (this == &other)
         return *this;
+    const cell::word source = cell::access::load(other);
+    if (!cell::isHolder(source)) {
+        exchange(source);
+        return *this;
+    }
     sharedPtr<holderbase> replacement;
     if (const sharedPtr<holderbase> shared = other.holderCopy())
         replacement = sharedPtr<holderbase>(shared->clone());
-    swapHolder(replacement);
+    exchange(reinterpret_cast<cell::word>(replacement.detach()));
     return *this;
 }
 
 genericValue& genericValue::operator=(genericValue&& other) noexcept
 {
-    if (this == &other)
-        return *this;
-    sharedPtr<holderbase> moved;
-    other.swapHolder(moved);
-    swapHolder(moved);
+    if (this != &other)
+        exchange(other.exchanged(cell::null));
     return *this;
-}
-
-genericValue::~genericValue()
-{
-    attached(mWord);
 }
 
 bool genericValue::isNull() const noexcept
 {
-    return __atomic_load_n(&mWord, __ATOMIC_RELAXED) == 0;
+    return cell::access::load(*this) == cell::null;
 }
 
 void genericValue::clear() noexcept
 {
-    sharedPtr<holderbase> none;
-    swapHolder(none);
+    exchange(cell::null);
 }
 
 sharedPtr<genericValue::holderbase> genericValue::holderCopy() const noexcept
 {
-    if (isNull())
-        return {};
-    const wordLock guard(this);
-    if (mWord == 0)
-        return {};
-    interlockedIncrement(&headerOf(holderIn(mWord))->counter);
-    return attached(mWord);
+    for (;;) {
+        const cell::word w = cell::access::load(*this);
+        if (w == cell::null)
+            return {};
+        if (cell::isHolder(w)) {
+            const wordLock guard(this);
+            const cell::word locked = __atomic_load_n(&mWord, __ATOMIC_ACQUIRE);
+            if (!cell::isHolder(locked))
+                continue;
+            interlockedIncrement(&headerOf(holderIn(locked))->counter);
+            return attached(locked);
+        }
+        sharedPtr<holderbase> made(promoted(w));
+        if (!made)
+            return {};
+        // One count for this value, one for the caller.
+        const sharedPtr<holderbase> own = made;
+        const auto address = reinterpret_cast<cell::word>(own.get());
+        if (cell::access::storeIf(const_cast<genericValue&>(*this), w, address)) {
+            sharedPtr<holderbase>(own).detach();
+            return made;
+        }
+    }
 }
 
 void genericValue::adopt(sharedPtr<holderbase> first) noexcept
 {
-    mWord = reinterpret_cast<std::uintptr_t>(first.detach());
+    mWord = reinterpret_cast<cell::word>(first.detach());
 }
 
 void genericValue::swapHolder(sharedPtr<holderbase>& other) noexcept
 {
-    const auto replacement = reinterpret_cast<std::uintptr_t>(other.detach());
-    std::uintptr_t previous = 0;
-    {
+    const cell::word previous = exchanged(reinterpret_cast<cell::word>(other.detach()));
+    other = cell::isSmall(previous) ? sharedPtr<holderbase>(promoted(previous)) : attached(previous);
+}
+
+void genericValue::exchange(std::uint64_t word) noexcept
+{
+    attached(exchanged(word));
+}
+
+std::uint64_t genericValue::exchanged(std::uint64_t word) noexcept
+{
+    for (;;) {
+        const cell::word previous = cell::access::load(*this);
+        if (!cell::isHolder(previous)) {
+            if (cell::access::storeIf(*this, previous, word))
+                return previous;
+            continue;
+        }
         const wordLock guard(this);
-        previous = mWord;
-        __atomic_store_n(&mWord, replacement, __ATOMIC_RELAXED); // isNull reads without the lock
+        // Small values come and go without the lock, so what is here may be one by now.
+        return __atomic_exchange_n(&mWord, word, __ATOMIC_ACQ_REL);
     }
-    other = attached(previous);
 }
 
 } // namespace qx

@@ -1,6 +1,7 @@
 // Loggers and the sink behind them.
 #include "qxLog.h"
 
+#include "qxCell.h"
 #include "qxLocks.h"
 
 #include <atomic>
@@ -13,6 +14,14 @@ namespace
 
 std::atomic<int> mostWritten{static_cast<int>(level::off)};
 std::atomic<sink*> target{nullptr};
+
+// Whoever listens at trace level sees each statement run, so none takes a short cut.
+void tellWhetherTraced() noexcept
+{
+    static constinit qx::spinLockerRecursive lock;
+    const qx::genericValueHolderLocker guard(lock);
+    qx::cell::setLongWay(qx::cell::longWayTraced, logManager::listens(level::trace));
+}
 
 } // namespace
 
@@ -54,6 +63,7 @@ bool logManager::listens(level severity) noexcept
 void logManager::setLevel(level most) noexcept
 {
     mostWritten.store(static_cast<int>(most), std::memory_order_relaxed);
+    tellWhetherTraced();
 }
 
 level logManager::currentLevel() noexcept
@@ -63,7 +73,9 @@ level logManager::currentLevel() noexcept
 
 sink* logManager::setSink(sink* receiver) noexcept
 {
-    return target.exchange(receiver, std::memory_order_acq_rel);
+    sink* const previous = target.exchange(receiver, std::memory_order_acq_rel);
+    tellWhetherTraced();
+    return previous;
 }
 
 } // namespace qxlog

@@ -1,6 +1,8 @@
 // References to variables, as conversions follow them.
 #include "qxReference.h"
 
+#include "qxCell.h"
+
 namespace qx::typeconvert
 {
 
@@ -8,6 +10,8 @@ sharedPtr<genericValue> referredVariable(const sharedPtr<genericValue>& referenc
 {
     sharedPtr<genericValue> variable = reference;
     for (int followed = 0; variable && followed < referencesAtMost; ++followed) {
+        if (!cell::isHolder(cell::access::load(*variable)))
+            return variable;
         const sharedPtr<genericValue::holderbase> shared = variable->holderCopy();
         if (!dynamic_cast<genericValue::holder<sharedPtr<genericValue>>*>(shared.get()))
             return variable;

@@ -5,6 +5,7 @@
 // it.
 #include "qxTypeConversion.h"
 
+#include "qxCell.h"
 #include "qxHeldTypes.h"
 #include "qxPlainConversion.h"
 #include "qxReference.h"
@@ -102,6 +103,17 @@ conversionTable ownConversions()
     return table;
 }
 
+template <class... T>
+bool isAnyOf(const std::type_info& type, typeList<T...>)
+{
+    return ((type == typeid(T)) || ...);
+}
+
+bool isPlain(const std::type_info& type)
+{
+    return isAnyOf(type, plainTypes());
+}
+
 typePair pairOf(const typeConverterBase& converter)
 {
     return {converter.destinationType(), converter.sourceType()};
@@ -140,9 +152,13 @@ struct typeConversionManager::tables
     void refreshFilter() noexcept
     {
         std::uint64_t bits = 0;
-        for (const typeConverterBase* converter : added)
+        bool concernsSmallValues = false;
+        for (const typeConverterBase* converter : added) {
             bits |= filterBit(pairOf(*converter));
+            concernsSmallValues |= isPlain(converter->sourceType()) && isPlain(converter->destinationType());
+        }
         addedPairs.store(bits, std::memory_order_release);
+        cell::setLongWay(cell::longWayConverters, concernsSmallValues);
     }
 };
 

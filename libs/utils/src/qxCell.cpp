@@ -1,0 +1,100 @@
+// Small values: their conversions, and their way into holders.
+#include "qxCell.h"
+
+#include "qxHeldTypes.h"
+#include "qxPlainConversion.h"
+
+namespace qx::cell
+{
+
+std::atomic<unsigned> longWayReasons = 0;
+
+namespace
+{
+
+using typeconvert::plainConversion;
+using typeconvert::plainPair;
+using typeconvert::typeConversionManager;
+
+// By the rules of the conversion manager, which is asked where others may have added to them.
+template <class To, class From>
+bool convertTo(To& to, const From& from)
+{
+    if constexpr (std::is_same_v<To, From>) {
+        to = from;
+        return true;
+    } else {
+        if constexpr (plainPair<To, From>)
+            if (!(longWayReasons.load(std::memory_order_acquire) & longWayConverters))
+                return plainConversion<To, From>::run(to, from, 0);
+        return typeConversionManager::instance().convert(typeid(To), &to, typeid(From), &from, 0, nullptr);
+    }
+}
+
+} // namespace
+
+word makeText(std::wstring_view text) noexcept
+{
+    constexpr std::size_t longest = 11; // -2147483648
+    if (text.empty() || text.size() > longest)
+        return refused;
+    const bool negative = text[0] == L'-';
+    const std::wstring_view digits = text.substr(negative);
+    if (digits.empty() || (digits[0] == L'0' && text.size() > 1))
+        return refused;
+    long long number = 0;
+    for (const wchar_t c : digits) {
+        if (c < L'0' || c > L'9')
+            return refused;
+        number = number * 10 + (c - L'0');
+    }
+    if (negative)
+        number = -number;
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
+        return refused;
+    return pack(decimalKind, static_cast<std::uint32_t>(number));
+}
+
+string textIn(word w)
+{
+    return string(std::wstring(numberText(static_cast<int>(payloadIn(w))).view()));
+}
+
+template <class T>
+bool convert(word w, T& out)
+{
+    if (!isSmall(w))
+        return false;
+    return visit(w, [&out](const auto& value) { return convertTo(out, value); });
+}
+
+#define QX_DEFINE_CONVERT(...) template QXUTILS_API bool convert(word, __VA_ARGS__&);
+QX_SMALL_READABLE_TYPE(QX_DEFINE_CONVERT)
+
+word convertedLike(word like, word w)
+{
+    if (!isSmall(w))
+        return refused;
+    return visit(like, [w](auto value) {
+        using held = decltype(value);
+        if (!visit(w, [&value](const auto& source) { return convertTo(value, source); }))
+            return refused;
+        if constexpr (std::is_same_v<held, string>)
+            return makeText(value);
+        else
+            return make(value);
+    });
+}
+
+bool copyHeld(const genericValue& value, genericValue::holderbase& destination)
+{
+    const word w = access::load(value);
+    if (isSmall(w))
+        return visit(w, [&destination]<class T>(const T& held) {
+            return genericValue::constptrholder<T>(&held).copyTo(destination);
+        });
+    const sharedPtr<genericValue::holderbase> shared = value.holderCopy();
+    return shared && shared->copyTo(destination);
+}
+
+} // namespace qx::cell
