@@ -1,0 +1,41 @@
+#include "loading.h"
+
+namespace workloads
+{
+
+using qx::genericValue;
+using qx::string;
+
+measured loadFunctions(const scriptFile& scripts)
+{
+    return byTheClock([&] {
+        long long loaded = 0;
+        for (const qx::script::functionInfo& function : qx::script::listFunctions(scripts.file()).functions) {
+            qx::script::checkFunction(scripts.file(), function);
+            ++loaded;
+        }
+        return loaded;
+    });
+}
+
+measured callFunctionsFirst(const scriptFile& scripts, int n)
+{
+    const auto count = static_cast<std::size_t>(n);
+    const std::size_t step = qx::script::listFunctions(scripts.file()).functions.size() / count;
+    return byTheClock([&] {
+        long long right = 0;
+        for (std::size_t i = 0; i < count * step; i += step) {
+            qx::script::scriptcontext context;
+            std::vector<genericValue> arguments{genericValue(1), genericValue(2000)};
+            const string call = scripts.call(L"f_" + std::to_wstring(i));
+            // Each adds its number and 2000, and takes 1000 off a sum that is larger.
+            const string sum = std::to_wstring(i + 1000);
+            string text;
+            if (scripts.run(call, context, arguments).getValue(text) && text == L"x" + sum + L"-" + sum)
+                ++right;
+        }
+        return right;
+    });
+}
+
+} // namespace workloads

@@ -1,0 +1,66 @@
+// qxworkloads SCRIPT WORKLOAD N: the engine's part in the comparison with other languages
+// (docs/performance.md).
+//
+// Prints `qxscript WORKLOAD N wall_ns cpu_ns checksum`, as the peers' programs do. Start-up and the loading
+// of SCRIPT are not measured. W9 and W9c load functions f_0, f_1 and so on of SCRIPT, W9 all and W9c N of
+// them; with W9 the third word is the file's size. With a fourth argument the checksum has to be that one.
+#include "loading.h"
+#include "running.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+namespace
+{
+
+using workloads::measured;
+using workloads::scriptFile;
+
+measured run(const scriptFile& scripts, std::string_view workload, int n)
+{
+    if (workload == "W7")
+        return workloads::runOnObject(scripts, n);
+    if (workload == "W8")
+        return workloads::runTree(n);
+    if (workload == "W8e")
+        return workloads::runCalls(scripts, n);
+    if (workload == "W9")
+        return workloads::loadFunctions(scripts);
+    if (workload == "W9c")
+        return workloads::callFunctionsFirst(scripts, n);
+    return workloads::runFunction(scripts, qx::string::fromUtf8(std::string(workload)), n);
+}
+
+int runAndReport(const char* const* arguments, int count)
+{
+    const scriptFile scripts(qx::string::fromUtf8(arguments[1]));
+    const std::string_view workload = arguments[2];
+    const int n = std::atoi(arguments[3]);
+    const measured result = run(scripts, workload, n);
+    const long long shown =
+        workload == "W9" ? static_cast<long long>(std::filesystem::file_size(arguments[1])) : n;
+    std::printf("qxscript %s %lld %lld %lld %lld\n", arguments[2], shown, result.wall, result.cpu,
+                result.sum);
+    return count > 4 && result.sum != std::atoll(arguments[4]) ? 1 : 0;
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    if (count < 4) {
+        std::fputs("usage: qxworkloads SCRIPT WORKLOAD N [CHECKSUM]\n", stderr);
+        return 2;
+    }
+    try {
+        return runAndReport(arguments, count);
+    } catch (const qx::exception& failure) {
+        for (const qx::locString& message : failure.messages())
+            std::fprintf(stderr, "%s\n", message.text().utf8().c_str());
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+    }
+    return 1;
+}
