@@ -18,6 +18,7 @@ namespace qx::script
 {
 
 class scriptcontext;
+enum class raised;
 
 class QXSCRIPT_API codecontext
 {
@@ -76,9 +77,20 @@ protected:
     explicit codecontext(rootTag) noexcept {}
 
 private:
+    friend class scope;
+    friend class blockcontext;
+
     virtual genericSet* getGlobalContextVariables();
 
+    // A block whose root is known already.
+    codecontext(codecontext& outer, scriptcontext* plainRoot) noexcept
+        : mpOuterBlock(&outer), mpPlainRoot(plainRoot)
+    {}
+
     codecontext* mpOuterBlock = nullptr; // borrowed; null in a root alone
+    // The root of the chain, once it is known that no context of it overrides anything: then nobody can tell
+    // whether the virtual operations are called. Null: not known.
+    scriptcontext* mpPlainRoot = nullptr;
     genericSet mVariables;
 };
 
@@ -111,14 +123,19 @@ public:
 
 private:
     friend class codecontext;
+    friend class scope;
 
     genericSet* getGlobalContextVariables() override;
     void setGlobalVariables(genericSet* shared);
+    void markPending(raised what, bool stands) noexcept;
 
     genericSet mParameters;
     genericSet mSignals;
     genericSet* mpGlobalVariables = nullptr;
     bool mOwnsGlobalVariables = true;
+    // Which of the names of control flow stand among the parameters and the signals, as bits: the test after
+    // each statement is one load.
+    unsigned char mPending = 0;
 };
 
 } // namespace qx::script

@@ -17,6 +17,7 @@ namespace qx::script
 {
 
 class codecontext;
+class textScratch;
 class valueProvider;
 
 class QXSCRIPT_API statement
@@ -31,6 +32,18 @@ public:
     // The statement's own work, for exec alone to call. A statement without a value leaves `result` as it is.
     virtual void execute(codecontext& context, genericValue& result) const = 0;
 
+    // Short cuts: what the engine asks for where it wants less than exec does. Each gives exactly what the
+    // long way gives, or declines and has had no effect; then the long way runs. The defaults know none, and
+    // a statement of a host need not care.
+
+    // The work for a caller that drops the value. For exec alone to call.
+    virtual void run(codecontext& context) const;
+    // The word of the value that exec would write into a null value, see qxCell.h: `refused` unless that is
+    // small and comes about without any effect.
+    virtual std::uint64_t smallValue(codecontext& context) const;
+    // The same value as text. False, with `text` unusable, where it declines.
+    virtual bool textValue(codecontext& context, textScratch& text) const;
+
     // Parses `text`, see statementParser::createStatementFrom.
     static statement* createFrom(const string& text, int flags);
 
@@ -42,6 +55,14 @@ public:
 
     // What the statement is called in messages: its text, at most 126 characters of it.
     const string& text() const noexcept { return mText; }
+
+    // How many short cuts lie within each other below this one; noShortCut if there is none to ask for.
+    unsigned char shortCutDepth() const noexcept { return mShortCutDepth; }
+    // True for a statement whose result keeps the type of the value that it is written into.
+    bool keepsType() const noexcept { return mKeepsType; }
+    // True for a statement whose result is a text that textValue makes.
+    bool givesText() const noexcept { return mGivesText; }
+    static constexpr unsigned char noShortCut = 255;
     void setText(const string& source);
     void setText(std::wstring_view source);
 
@@ -72,7 +93,29 @@ protected:
     statement(const statement&) = default;
     statement& operator=(const statement&) = delete;
 
+    // For constructors. A statement offers its short cuts with the depth of its operands' (0 for literals).
+    // Where that is too great it has none, so that short cuts take a bounded piece of the stack.
+    enum class writing : unsigned char
+    {
+        replaces,        // what it is written into
+        keepsType,       // of what it is written into
+        textReplaces,    // the same two with a text
+        textKeepsType
+    };
+    void offerShortCuts(unsigned operandDepth, writing written) noexcept
+    {
+        constexpr unsigned deepest = 32;
+        mShortCutDepth = operandDepth < deepest ? static_cast<unsigned char>(operandDepth + 1) : noShortCut;
+        mKeepsType = written == writing::keepsType || written == writing::textKeepsType;
+        mGivesText = written == writing::textReplaces || written == writing::textKeepsType;
+    }
+    // The statement runs nothing but the engine's own code: no host, no system.
+    void stayInside() noexcept { mStaysInside = true; }
+
 private:
+    bool takeShortCut(codecontext& context, genericValue& result) const;
+    template <class Work>
+    void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);
     [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause,
                                          const string& detail);
@@ -80,6 +123,10 @@ private:
     void trace(const wchar_t* format) const;
 
     string mText;
+    unsigned char mShortCutDepth = noShortCut;
+    bool mKeepsType = false;
+    bool mGivesText = false;
+    bool mStaysInside = false;
 };
 
 // A declared parameter of a built-in function.

@@ -3,7 +3,9 @@
 
 #include "qxLog.h"
 #include "qxScriptContext.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptParser.h"
+#include "qxScriptShortCuts.h"
 #include "qxStack.h"
 
 namespace qx::script
@@ -40,25 +42,70 @@ void statement::setText(std::wstring_view source)
     mText.assign(source.substr(0, textShownOtherwise)).append(L" ...");
 }
 
-void statement::exec(codecontext& context) const
-{
-    genericValue dropped;
-    exec(context, dropped);
-}
-
-void statement::exec(codecontext& context, genericValue& result) const
+// The guarded run of `work`.
+template <class Work>
+void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
         const bool traced = qxlog::logManager::listens(qxlog::level::trace);
         if (traced)
             trace(L"trying to exec (%s)");
-        execute(context, result);
+        if (mStaysInside)
+            work();
+        else {
+            const epoch::outside leaving;
+            work();
+        }
         if (traced)
             trace(L"exec (%s) OK");
     } catch (...) {
         raiseCaught();
     }
+}
+
+void statement::exec(codecontext& context, genericValue& result) const
+{
+    if (!takeShortCut(context, result))
+        guarded([&] { execute(context, result); });
+}
+
+void statement::exec(codecontext& context) const
+{
+    guarded([&] {
+        if (cell::shortCutsAllowed())
+            return run(context);
+        genericValue dropped;
+        execute(context, dropped);
+    });
+}
+
+void statement::run(codecontext& context) const
+{
+    genericValue dropped;
+    execute(context, dropped);
+}
+
+std::uint64_t statement::smallValue(codecontext&) const
+{
+    return cell::refused;
+}
+
+bool statement::textValue(codecontext& context, textScratch& text) const
+{
+    return text.show(smallValue(context));
+}
+
+bool statement::takeShortCut(codecontext& context, genericValue& result) const
+{
+    if (mShortCutDepth == noShortCut || !cell::shortCutsAllowed())
+        return false;
+    const cell::word value = smallValue(context);
+    if (value == cell::refused)
+        return false;
+    const cell::word before = cell::access::load(result);
+    const cell::word written = writtenOver(before, value, mKeepsType);
+    return written != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, written);
 }
 
 void statement::trace(const wchar_t* format) const

@@ -18,13 +18,17 @@ bool compoundstatement::add(statement* child)
 
 void compoundstatement::execute(codecontext& context, genericValue& result) const
 {
-    codecontext block(&context);
+    run(context);
+    if (raisedIn(context) == raised::returned)
+        copyReturned(context, result);
+}
+
+void compoundstatement::run(codecontext& context) const
+{
+    blockcontext block(context);
     for (const sharedPtr<statement>& child : mStatements) {
         child->exec(block);
-        const raised signal = raisedIn(context);
-        if (signal == raised::returned)
-            copyReturned(context, result);
-        if (signal != raised::nothing)
+        if (raisedIn(context) != raised::nothing)
             return;
     }
 }

@@ -4,10 +4,14 @@
 #include "qxScriptBuiltins.h"
 #include "qxScriptContext.h"
 #include "qxScriptProvider.h"
+#include "qxScriptScope.h"
+#include "qxScriptShortCuts.h"
 
 #include "qxAutoPtr.h"
 #include "qxSharedPtr.h"
+#include "qxTypeConversion.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace qx::script
@@ -18,6 +22,9 @@ class scriptbasestatement : public statement
 {
 public:
     void destroy() override { delete this; }
+
+protected:
+    scriptbasestatement() { stayInside(); }
 };
 
 // Root of built-ins whose parameters have names.
@@ -27,6 +34,8 @@ public:
     void destroy() override { delete this; }
 
 protected:
+    scriptbasesinglefunction() { stayInside(); }
+
     // Evaluates the parameter and reads it as a T. False, with `out` untouched, when it was not given or does
     // not read.
     template <readable T>
@@ -96,9 +105,66 @@ public:
     // Runs the children until one raises a signal. The value of a block is what was returned inside it, if
     // anything.
     void execute(codecontext& context, genericValue& result) const override;
+    void run(codecontext& context) const override;
 
 private:
     std::vector<sharedPtr<statement>> mStatements;
+};
+
+// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from the
+// provider.
+class shortOperand
+{
+public:
+    // `provider` may be null.
+    explicit shortOperand(const valueProvider* provider = nullptr)
+    {
+        if (!provider)
+            return;
+        const statement* const nested = provider->nested();
+        if (nested && nested->shortCutDepth() != statement::noShortCut)
+            mpNested = nested;
+        mpLiteral = provider->literal();
+        if (mpLiteral)
+            mWord = cell::makeText(*mpLiteral);
+    }
+
+    // For offerShortCuts of the statement around it.
+    unsigned depth() const noexcept
+    {
+        return mpLiteral ? 0u : mpNested ? mpNested->shortCutDepth() : statement::noShortCut;
+    }
+    // A literal that reads as a T is read now, and not at each run.
+    template <class T>
+    void fold()
+    {
+        T value{};
+        if (mpLiteral && typeconvert::dtconvert(value, *mpLiteral, 0, nullptr))
+            mWord = cell::make(value);
+    }
+    // The same as a twin did that was made from the same text.
+    void foldAs(const shortOperand& twin) noexcept { mWord = twin.mWord; }
+    // The word of its value, see statement::smallValue.
+    cell::word smallValue(codecontext& context) const
+    {
+        return mpNested ? mpNested->smallValue(context) : mWord;
+    }
+    // Its value as text, see statement::textValue.
+    bool textValue(codecontext& context, textScratch& text) const
+    {
+        if (mpLiteral)
+            text.borrow(*mpLiteral);
+        return mpLiteral || (mpNested && mpNested->textValue(context, text));
+    }
+    // True when its value keeps the type of what it is written into.
+    bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
+    // True when its value is a text.
+    bool givesText() const noexcept { return mpNested ? mpNested->givesText() : mpLiteral != nullptr; }
+
+private:
+    const statement* mpNested = nullptr; // if it has short cuts
+    const string* mpLiteral = nullptr;   // null for what is no literal
+    cell::word mWord = cell::refused;    // of a literal
 };
 
 // A provider that a statement owns; copies of the statement get one of their own. May be null.
@@ -106,31 +172,76 @@ class ownedProvider
 {
 public:
     ownedProvider() = default;
-    explicit ownedProvider(valueProvider* provider) noexcept : mpProvider(provider) {}
-    ownedProvider(const ownedProvider& other) : mpProvider(other ? other->clone() : nullptr) {}
+    explicit ownedProvider(valueProvider* provider) : mpProvider(provider), mShort(provider) {}
+    ownedProvider(const ownedProvider& other) : ownedProvider(other ? other->clone() : nullptr)
+    {
+        mShort.foldAs(other.mShort);
+    }
     ownedProvider(ownedProvider&&) noexcept = default;
     ownedProvider& operator=(ownedProvider&&) noexcept = default;
 
     const valueProvider* operator->() const { return &*mpProvider; }
     explicit operator bool() const noexcept { return static_cast<bool>(mpProvider); }
 
-    // Evaluates the provider. False without one and when it fails.
+    const shortOperand& shortCut() const noexcept { return mShort; }
+    template <class T>
+    void fold()
+    {
+        mShort.fold<T>();
+    }
+
+    // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
+    // it fails.
     bool evaluate(codecontext& context, genericValue& value) const
     {
-        return mpProvider && mpProvider->getValue(context, value);
+        return (cell::shortCutsAllowed() && evaluateShort(context, value)) ||
+               (mpProvider && mpProvider->getValue(context, value));
     }
 
     // Evaluates the provider and reads the value as a T.
     template <readable T>
     bool read(codecontext& context, T& out) const
     {
+        if constexpr (cell::small<T>) {
+            const cell::word w = cell::shortCutsAllowed() ? mShort.smallValue(context) : cell::refused;
+            if (w != cell::refused)
+                return cell::read(w, out);
+        } else if constexpr (std::is_same_v<T, string>) {
+            textScratch text;
+            if (cell::shortCutsAllowed() && mShort.textValue(context, text)) {
+                out = text.take();
+                return true;
+            }
+        }
         genericValue value;
         return evaluate(context, value) && value.getValue(out);
     }
 
 private:
+    bool evaluateShort(codecontext& context, genericValue& value) const
+    {
+        const cell::word w = mShort.smallValue(context);
+        if (w != cell::refused) {
+            cell::access::store(value, w);
+            return true;
+        }
+        textScratch text;
+        if (!mShort.givesText() || !mShort.textValue(context, text))
+            return false;
+        value = cell::made(text.take());
+        return true;
+    }
+
     autoPtr<valueProvider> mpProvider;
+    shortOperand mShort;
 };
+
+// The depth of several operands, for offerShortCuts: that of the deepest, noShortCut if one has none.
+template <class... Operand>
+unsigned depthOf(const Operand&... operands)
+{
+    return std::max({0u, operands.shortCut().depth()...});
+}
 
 // Reports a text that a factory refuses and throws the bool value false.
 template <class... Args>

@@ -2,9 +2,21 @@
 #include "qxScriptContext.h"
 
 #include "qxScriptException.h"
+#include "qxScriptScope.h"
 
 namespace qx::script
 {
+
+// --- scope ---
+
+scriptcontext* scope::findPlainRoot(codecontext& context) noexcept
+{
+    if (typeid(context) == typeid(scriptcontext))
+        context.mpPlainRoot = static_cast<scriptcontext*>(&context);
+    else if (typeid(context) == typeid(codecontext) || typeid(context) == typeid(blockcontext))
+        context.mpPlainRoot = plainRoot(*context.mpOuterBlock);
+    return context.mpPlainRoot;
+}
 
 // --- codecontext ---
 
@@ -18,7 +30,10 @@ codecontext::~codecontext() = default;
 
 bool codecontext::hasVariable(const scString& name) const
 {
-    return static_cast<bool>(const_cast<codecontext*>(this)->variableAddress(name));
+    auto& self = const_cast<codecontext&>(*this);
+    if (scriptcontext* const root = scope::plainRoot(self))
+        return scope::variable(self, *root, name) != nullptr;
+    return static_cast<bool>(self.variableAddress(name));
 }
 
 bool codecontext::createVariable(const scString& name, const genericValue& value)
@@ -49,6 +64,10 @@ const genericValue& codecontext::variable(const scString& name) const
 
 sharedPtr<genericValue> codecontext::variableAddress(const scString& name)
 {
+    if (scriptcontext* const root = scope::plainRoot(*this)) {
+        genericSet::entry* const found = scope::variable(*this, *root, name);
+        return found ? found->address() : sharedPtr<genericValue>();
+    }
     if (sharedPtr<genericValue> local = mVariables.genericValue(name))
         return local;
     if (mpOuterBlock) {
@@ -215,12 +234,17 @@ bool scriptcontext::hasParameter(const scString& name) const
 
 bool scriptcontext::setParameter(const scString& name, const genericValue& value)
 {
-    return mParameters.setGenericValue(name, value, true);
+    mParameters.setGenericValue(name, value, true);
+    if (name == returnparam())
+        markPending(raised::returned, true);
+    return true;
 }
 
 bool scriptcontext::deleteParameter(const scString& name)
 {
     mParameters.erase(name);
+    if (name == returnparam())
+        markPending(raised::returned, false);
     return true;
 }
 
@@ -244,7 +268,9 @@ sharedPtr<genericValue> scriptcontext::parameterAddress(const scString& name)
 
 bool scriptcontext::setScriptSignal(const scString& name, const genericValue& value)
 {
-    return mSignals.setGenericValue(name, value, false);
+    mSignals.setGenericValue(name, value, false);
+    markPending(signalOf(name), true);
+    return true;
 }
 
 sharedPtr<genericValue> scriptcontext::scriptSignal(const scString& name)
@@ -255,6 +281,15 @@ sharedPtr<genericValue> scriptcontext::scriptSignal(const scString& name)
 void scriptcontext::clearScriptSignal(const scString& name)
 {
     mSignals.erase(name);
+    markPending(signalOf(name), false);
+}
+
+void scriptcontext::markPending(raised what, bool stands) noexcept
+{
+    if (what == raised::nothing)
+        return;
+    const unsigned bit = scope::bitOf(what);
+    mPending = static_cast<unsigned char>(stands ? mPending | bit : mPending & ~bit);
 }
 
 genericSet* scriptcontext::getGlobalContextVariables()

@@ -19,6 +19,10 @@ namespace qx
 namespace detail
 {
 
+// How a functor receives a T that it only looks at.
+template <class T>
+using lent = std::conditional_t<std::is_same_v<T, string>, std::wstring_view, T>;
+
 // The base of functors. `faults` tells operands for which there is no result, only the fault of the
 // processor.
 template <class First, class Second>
@@ -27,7 +31,7 @@ struct operands
     using first = First;
     using second = Second;
 
-    static constexpr bool faults(const First&, const Second&) { return false; }
+    static constexpr bool faults(const lent<First>&, const lent<Second>&) { return false; }
 };
 
 template <class T>
@@ -35,6 +39,7 @@ struct operand
 {
     using first = T;
 };
+
 
 // The value in a type in which sums, differences and products do not overflow.
 template <heldNumber T>
@@ -57,7 +62,13 @@ struct addfunc : detail::operands<T, Second>
 template <>
 struct addfunc<string, string, string> : detail::operands<string, string>
 {
-    string operator()(const string& a, const string& b) const { return string(a + b); }
+    string operator()(std::wstring_view a, std::wstring_view b) const
+    {
+        string joined;
+        joined.reserve(a.size() + b.size());
+        joined.append(a).append(b);
+        return joined;
+    }
 };
 
 template <class T, class Second, class Result>
@@ -150,37 +161,37 @@ struct cutofffunc : detail::operands<T, int>
 template <class T, class Second>
 struct eqfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return a == b; }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return a == b; }
 };
 
 template <class T, class Second>
 struct neqfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return !(a == b); }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return !(a == b); }
 };
 
 template <class T, class Second>
 struct smfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return a < b; }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return a < b; }
 };
 
 template <class T, class Second>
 struct smeqfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return a <= b; }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return a <= b; }
 };
 
 template <class T, class Second>
 struct gtfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return a > b; }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return a > b; }
 };
 
 template <class T, class Second>
 struct gteqfunc : detail::operands<T, Second>
 {
-    bool operator()(const T& a, const Second& b) const { return a >= b; }
+    bool operator()(const detail::lent<T>& a, const detail::lent<Second>& b) const { return a >= b; }
 };
 
 template <class T, class Result>

@@ -31,9 +31,9 @@ void binaryoperands::evaluate(codecontext& context, genericValue& first, generic
         execError(this, L"error retrieving first operand (1)");
     if (!mpSecond)
         execError(this, L"error retrieving second operand (1)");
-    if (!mpFirst->getValue(context, first))
+    if (!mpFirst.evaluate(context, first))
         execError(this, L"error retrieving first operand (2)");
-    if (!mpSecond->getValue(context, second))
+    if (!mpSecond.evaluate(context, second))
         execError(this, L"error retrieving second operand (2)");
 }
 
@@ -48,7 +48,7 @@ void unaryoperand::evaluate(codecontext& context, genericValue& operand) const
 {
     if (!mpOperand)
         execError(this, L"error retrieving operand (1)");
-    if (!mpOperand->getValue(context, operand))
+    if (!mpOperand.evaluate(context, operand))
         execError(this, L"error retrieving operand (2)");
 }
 

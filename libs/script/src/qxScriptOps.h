@@ -20,6 +20,38 @@ T operandOf(const genericValue& value)
     return operand;
 }
 
+// An operand by its short cut, as its functor wants it.
+template <class T>
+struct shortly
+{
+    static constexpr bool possible = false;
+};
+
+template <cell::small T>
+struct shortly<T>
+{
+    static constexpr bool possible = true;
+
+    bool read(const shortOperand& operand, codecontext& context)
+    {
+        return cell::read(operand.smallValue(context), value);
+    }
+    const T& get() const { return value; }
+
+    T value{};
+};
+
+template <>
+struct shortly<string>
+{
+    static constexpr bool possible = true;
+
+    bool read(const shortOperand& operand, codecontext& context) { return operand.textValue(context, text); }
+    std::wstring_view get() const { return text.view(); }
+
+    textScratch text;
+};
+
 // What the statements with two operands have in common. Operands that the call does not give are no failure
 // before the run.
 class binaryoperands : public scriptbasestatement
@@ -29,7 +61,6 @@ protected:
 
     void evaluate(codecontext& context, genericValue& first, genericValue& second) const;
 
-private:
     ownedProvider mpFirst;
     ownedProvider mpSecond;
 };
@@ -41,7 +72,6 @@ protected:
 
     void evaluate(codecontext& context, genericValue& operand) const;
 
-private:
     ownedProvider mpOperand;
 };
 
@@ -58,8 +88,8 @@ public:
         genericValue second;
         evaluate(context, first, second);
         try {
-            const auto a = operandOf<typename F::first>(first);
-            const auto b = operandOf<typename F::second>(second);
+            const auto a = operandOf<firstType>(first);
+            const auto b = operandOf<secondType>(second);
             if (!F::faults(a, b)) {
                 writeToSlot(result, F()(a, b));
                 return;
@@ -70,8 +100,47 @@ public:
         system::current().divisionFault(); // out here, so that what a host's system throws passes on
     }
 
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        if constexpr (isShort && cell::small<resultType>) {
+            shortly<firstType> a;
+            shortly<secondType> b;
+            if (a.read(mpFirst.shortCut(), context) && b.read(mpSecond.shortCut(), context) &&
+                !F::faults(a.get(), b.get()))
+                return cell::make(F()(a.get(), b.get()));
+        }
+        return cell::refused;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        if constexpr (isShort && std::is_same_v<resultType, string>) {
+            shortly<firstType> a;
+            shortly<secondType> b;
+            if (!a.read(mpFirst.shortCut(), context) || !b.read(mpSecond.shortCut(), context))
+                return false;
+            text.own(F()(a.get(), b.get()));
+            return true;
+        } else
+            return text.show(smallValue(context));
+    }
+
 private:
-    using binaryoperands::binaryoperands;
+    using firstType = typename F::first;
+    using secondType = typename F::second;
+    using resultType = std::invoke_result_t<F, const firstType&, const secondType&>;
+    static constexpr bool isShort = shortly<firstType>::possible && shortly<secondType>::possible;
+
+    explicit binaryoperation(const callText& call) : binaryoperands(call)
+    {
+        if constexpr (isShort) {
+            if constexpr (cell::small<firstType>)
+                mpFirst.fold<firstType>();
+            if constexpr (cell::small<secondType>)
+                mpSecond.fold<secondType>();
+            offerShortCuts(depthOf(mpFirst, mpSecond), cell::small<resultType> ? writing::keepsType
+                                                                               : writing::textKeepsType);
+        }
+    }
 };
 
 template <class F>
@@ -86,14 +155,27 @@ public:
         genericValue operand;
         evaluate(context, operand);
         try {
-            writeToSlot(result, F()(operandOf<typename F::first>(operand)));
+            writeToSlot(result, F()(operandOf<operandType>(operand)));
         } catch (...) {
             execError(this, nullptr);
         }
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        operandType operand{};
+        if (!cell::read(mpOperand.shortCut().smallValue(context), operand))
+            return cell::refused;
+        return cell::make(F()(operand));
+    }
 
 private:
-    using unaryoperand::unaryoperand;
+    using operandType = typename F::first;
+
+    explicit unaryoperation(const callText& call) : unaryoperand(call)
+    {
+        mpOperand.fold<operandType>();
+        offerShortCuts(depthOf(mpOperand), writing::keepsType);
+    }
 };
 
 // The logical operators, see qxScriptLogic.cpp.

@@ -23,6 +23,7 @@ public:
         return true;
     }
     valueProvider* clone() const override { return new constantProvider(*this); }
+    const string* literal() const override { return &mText; }
 
 private:
     string mText;
@@ -45,6 +46,7 @@ public:
     {
         return new statementProvider(sharedPtr<statement>(mStatement ? mStatement->clone() : nullptr));
     }
+    const statement* nested() const override { return mStatement.get(); }
 
 private:
     sharedPtr<statement> mStatement;
@@ -74,6 +76,16 @@ valueProvider* makeFromVariable(const textSlice& name, int flags)
 } // namespace
 
 valueProvider::~valueProvider() = default;
+
+const statement* valueProvider::nested() const
+{
+    return nullptr;
+}
+
+const string* valueProvider::literal() const
+{
+    return nullptr;
+}
 
 valueProvider* valueProvider::createFrom(const string& text, int flags)
 {

@@ -1,6 +1,8 @@
 // Control signals.
 #include "qxScriptSignals.h"
 
+#include "qxScriptScope.h"
+
 namespace qx::script
 {
 
@@ -22,8 +24,26 @@ const scString& breakAllSignal()
     return name;
 }
 
+raised signalOf(const scString& name)
+{
+    if (name == breakSignal())
+        return raised::broken;
+    if (name == continueSignal())
+        return raised::continued;
+    return name == breakAllSignal() ? raised::brokenAll : raised::nothing;
+}
+
 raised raisedIn(codecontext& context)
 {
+    constexpr raised inOrder[] = {raised::returned, raised::broken, raised::continued, raised::brokenAll};
+    if (const scriptcontext* const root = scope::plainRoot(context)) {
+        const unsigned pending = scope::pending(*root);
+        if (pending == 0)
+            return raised::nothing;
+        for (const raised each : inOrder)
+            if (pending & scope::bitOf(each))
+                return each;
+    }
     if (context.parameterAddress(scriptcontext::returnparam()))
         return raised::returned;
     if (context.scriptSignal(breakSignal()))
@@ -37,11 +57,16 @@ raised raisedIn(codecontext& context)
 
 bool copyReturned(codecontext& context, genericValue& result)
 {
+    if (scriptcontext* const root = scope::plainRoot(context)) {
+        genericSet::entry* const returned = scope::returned(*root);
+        if (returned)
+            result = returned->value(); // to itself is nothing
+        return returned != nullptr;
+    }
     const sharedPtr<genericValue> returned = context.parameterAddress(scriptcontext::returnparam());
     if (!returned)
         return false;
-    if (returned.get() != &result)
-        result = *returned;
+    result = *returned;
     return true;
 }
 

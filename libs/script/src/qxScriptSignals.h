@@ -22,6 +22,9 @@ enum class raised
 
 raised raisedIn(codecontext& context);
 
+// The signal of this name, `nothing` for other names.
+raised signalOf(const scString& name);
+
 // Copies the returned value of the call into `result`, unless `result` is that very value. False when nothing
 // has been returned.
 bool copyReturned(codecontext& context, genericValue& result);

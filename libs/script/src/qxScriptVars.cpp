@@ -4,6 +4,7 @@
 // is parsed. Where a statement can see which name is a lookup of the context; here is only what it does with
 // the storage.
 #include "qxScriptBase.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptModules.h"
 #include "qxScriptTypes.h"
 
@@ -40,9 +41,9 @@ scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t
     return name;
 }
 
-sharedPtr<genericValue> storageOf(codecontext& context, eVarScope scope, const scString& name)
+sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const scString& name)
 {
-    switch (scope) {
+    switch (where) {
     case scopeParameter:
         return context.parameterAddress(name);
     case scopeGlobal:
@@ -52,10 +53,25 @@ sharedPtr<genericValue> storageOf(codecontext& context, eVarScope scope, const s
     }
 }
 
+// The entry of a name that the statements of this scope see, in a chain that is plain; null for an unknown
+// name and for other chains. A variable that others can reach may have been written by them, so the epoch moves.
+genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
+{
+    scriptcontext* const root = scope::plainRoot(context);
+    if (!root)
+        return nullptr;
+    genericSet::entry* const found = where == scopeVariable    ? scope::variable(context, *root, name)
+                                     : where == scopeParameter ? scope::parameter(*root, name)
+                                                               : scope::global(*root, name);
+    if (found && found->isShared())
+        epoch::move();
+    return found;
+}
+
 class variableExists final : public scriptbasestatement
 {
 public:
-    variableExists(eVarScope scope, const scString& name) : mScope(scope), mName(name) {}
+    variableExists(eVarScope where, const scString& name) : mScope(where), mName(name) {}
 
     statement* clone() const override { return new variableExists(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -81,8 +97,8 @@ private:
 class assignment : public scriptbasestatement
 {
 protected:
-    assignment(eVarScope scope, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
-        : mScope(scope), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
+    assignment(eVarScope where, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
+        : mScope(where), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
     {}
 
     eVarScope mScope;
@@ -93,8 +109,8 @@ protected:
 class createVariable final : public assignment
 {
 public:
-    createVariable(eVarScope scope, const callText& call)
-        : assignment(scope, call, L"createVariable::createFrom: number of parameters < 1",
+    createVariable(eVarScope where, const callText& call)
+        : assignment(where, call, L"createVariable::createFrom: number of parameters < 1",
                      L"createVariable::createFrom: error setting variablename \"%s\"")
     {}
 
@@ -104,10 +120,18 @@ public:
     {
         if (mpValue && !mpValue->getValue(context, result))
             execError(this, L"error retrieving value");
-        if (mScope == scopeGlobal)
-            context.setGlobalContextVariable(mName, result);
-        else
-            context.createVariable(mName, result);
+        store(context, result);
+    }
+    void run(codecontext& context) const override
+    {
+        genericValue value;
+        if (mpValue && !mpValue.evaluate(context, value))
+            execError(this, L"error retrieving value");
+        scriptcontext* const root = scope::plainRoot(context);
+        if (!root || mScope == scopeGlobal)
+            store(context, value);
+        else if (!scope::variable(context, *root, mName))
+            scope::create(context, mName, std::move(value));
     }
 
     template <eVarScope Scope>
@@ -115,25 +139,34 @@ public:
     {
         return new createVariable(Scope, call);
     }
+
+private:
+    void store(codecontext& context, const genericValue& value) const
+    {
+        if (mScope == scopeGlobal)
+            context.setGlobalContextVariable(mName, value);
+        else
+            context.createVariable(mName, value);
+    }
 };
 
 class setVariable final : public assignment
 {
 public:
-    setVariable(eVarScope scope, const callText& call)
-        : assignment(scope, call, L"setVariable::createFrom: number of parameters < 1",
+    setVariable(eVarScope where, const callText& call)
+        : assignment(where, call, L"setVariable::createFrom: number of parameters < 1",
                      L"setVariable::createFrom: error setting variablename \"%s\"")
     {}
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
-        if (!storage)
-            execError(this, L"Error retrieving variable %s", mName.string());
-        if (mpValue && !mpValue->getValue(context, *storage))
-            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
-        result = *storage;
+        result = *write(context);
+    }
+    void run(codecontext& context) const override
+    {
+        if (!writeShort(context))
+            write(context);
     }
 
     template <eVarScope Scope>
@@ -141,15 +174,71 @@ public:
     {
         return new setVariable(Scope, call);
     }
+
+private:
+    // The storage is found, and held, before the value is evaluated.
+    sharedPtr<genericValue> write(codecontext& context) const
+    {
+        sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
+        if (!storage)
+            execError(this, L"Error retrieving variable %s", mName.string());
+        if (mpValue && !mpValue->getValue(context, *storage))
+            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
+        return storage;
+    }
+
+    // A small value comes about without an effect, so nothing can tell when it was found out.
+    bool writeShort(codecontext& context) const
+    {
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (!variable)
+            return false;
+        const shortOperand& value = mpValue.shortCut();
+        const cell::word w = value.smallValue(context);
+        if (w != cell::refused)
+            return writeSmall(*variable, w, value.keepsType());
+        textScratch text;
+        if (!value.givesText() || !mayTakeText(*variable, value.keepsType()) || !value.textValue(context, text))
+            return false;
+        variable->value() = cell::made(text.take());
+        return true;
+    }
 };
 
 class getVariable final : public scriptbasestatement
 {
 public:
-    getVariable(eVarScope scope, const scString& name) : mName(name), mScope(scope) {}
+    getVariable(eVarScope where, const scString& name) : mName(name), mScope(where) { offerShortCuts(0, writing::replaces); }
 
     statement* clone() const override { return new getVariable(*this); }
-    void execute(codecontext& context, genericValue& result) const override { result = read(context); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        if (genericSet::entry* const variable = entryOf(context, mScope, mName))
+            result = variable->value();
+        else
+            result = read(context);
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (!variable)
+            return cell::refused;
+        const cell::word w = cell::access::load(variable->value());
+        return cell::isHolder(w) ? cell::refused : w;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (!variable)
+            return false;
+        const cell::word w = cell::access::load(variable->value());
+        if (!cell::isHolder(w))
+            return text.show(w);
+        const string* const held = variable->isShared() ? nullptr : heldInPlace<string>(variable->value());
+        if (held)
+            text.borrow(*held);
+        return held != nullptr;
+    }
 
     template <eVarScope Scope>
     static statement* create(const callText& call)
@@ -179,7 +268,7 @@ private:
 class getVariableAddress final : public scriptbasestatement
 {
 public:
-    getVariableAddress(eVarScope scope, const scString& name) : mName(name), mScope(scope) {}
+    getVariableAddress(eVarScope where, const scString& name) : mName(name), mScope(where) {}
 
     statement* clone() const override { return new getVariableAddress(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -205,9 +294,14 @@ private:
 class isnull final : public scriptbasestatement
 {
 public:
-    explicit isnull(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit isnull(ownedProvider value) : mpValue(std::move(value)) { offerShortCuts(depthOf(mpValue), writing::replaces); }
 
     statement* clone() const override { return new isnull(*this); }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const cell::word w = mpValue.shortCut().smallValue(context);
+        return w == cell::refused ? w : cell::make(w == cell::null);
+    }
     void execute(codecontext& context, genericValue& result) const override
     {
         genericValue value;

@@ -280,6 +280,9 @@ public:
 // does not convert.
 QXUTILS_API bool copyHeld(const genericValue& value, genericValue::holderbase& destination);
 
+// A value that holds `text`, which is emptied.
+QXUTILS_API genericValue made(string&& text);
+
 // --- Short cuts ---
 
 // Why whoever runs scripts has to go the long way.

@@ -86,6 +86,20 @@ word convertedLike(word like, word w)
     });
 }
 
+genericValue made(string&& text)
+{
+    const word w = makeText(text);
+    if (w != refused)
+        return access::made(w);
+    genericValue value;
+    try {
+        sharedPtr<genericValue::holderbase> holder(new genericValue::valueholder<string>(std::move(text)));
+        value.swapHolder(holder);
+    } catch (const std::bad_alloc&) { // null, as every value without memory
+    }
+    return value;
+}
+
 bool copyHeld(const genericValue& value, genericValue::holderbase& destination)
 {
     const word w = access::load(value);

@@ -1,0 +1,80 @@
+// How the engine looks into contexts.
+//
+// A chain of contexts in which nobody overrides anything is walked by plain loads: the blocks outward, then
+// the parameters and the globals of the root. A chain with a context of a host's own class has no plain root,
+// and its virtual operations are called as they are described.
+#pragma once
+
+#include "qxScriptContext.h"
+#include "qxScriptSignals.h"
+
+#include <typeinfo>
+
+namespace qx::script
+{
+
+class scope
+{
+public:
+    // The root, if the whole chain is plain; null otherwise.
+    static scriptcontext* plainRoot(codecontext& context) noexcept
+    {
+        return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
+    }
+
+    static genericSet::entry* variable(codecontext& context, scriptcontext& root, const scString& name) noexcept
+    {
+        for (codecontext* block = &context; block; block = block->mpOuterBlock)
+            if (genericSet::entry* const local = block->mVariables.find(name))
+                return local;
+        if (genericSet::entry* const given = root.mParameters.find(name))
+            return given;
+        return global(root, name);
+    }
+    static genericSet::entry* parameter(scriptcontext& root, const scString& name) noexcept
+    {
+        return root.mParameters.find(name);
+    }
+    static genericSet::entry* global(scriptcontext& root, const scString& name) noexcept
+    {
+        return root.mpGlobalVariables ? root.mpGlobalVariables->find(name) : nullptr;
+    }
+
+    // A new local variable of the block; the name must not be visible.
+    static void create(codecontext& block, const scString& name, genericValue&& value)
+    {
+        block.mVariables.insert(name, std::move(value));
+    }
+    // What setParameter and setGlobalContextVariable do, with a value that may be emptied.
+    static void takeParameter(scriptcontext& root, const scString& name, genericValue&& value)
+    {
+        root.mParameters.take(name, std::move(value));
+    }
+    static void takeReturned(scriptcontext& root, genericValue&& value)
+    {
+        root.mParameters.take(scriptcontext::returnparam(), std::move(value));
+        root.mPending = static_cast<unsigned char>(root.mPending | bitOf(raised::returned));
+    }
+    // Null when nothing has been returned.
+    static genericSet::entry* returned(scriptcontext& root) noexcept
+    {
+        return root.mPending & bitOf(raised::returned) ? root.mParameters.find(scriptcontext::returnparam())
+                                                       : nullptr;
+    }
+
+    // What stands raised, as bits; 0 for nothing.
+    static unsigned pending(const scriptcontext& root) noexcept { return root.mPending; }
+    static constexpr unsigned bitOf(raised what) noexcept { return 1u << static_cast<unsigned>(what); }
+
+private:
+    static scriptcontext* findPlainRoot(codecontext& context) noexcept;
+};
+
+// The scope of a block that the engine opens.
+class blockcontext final : public codecontext
+{
+public:
+    explicit blockcontext(codecontext& outer) noexcept : codecontext(outer, scope::plainRoot(outer)) {}
+};
+
+} // namespace qx::script

@@ -1,0 +1,105 @@
+// What the short cuts of statements work with: small words, and texts that need not be copied.
+#pragma once
+
+#include "qxCell.h"
+#include "qxGenericSet.h"
+#include "qxHolder.h"
+#include "qxNumberText.h"
+#include "qxScriptStatement.h"
+
+#include <optional>
+
+namespace qx::script
+{
+
+// A text in place where there is one, otherwise a text of its own. What is borrowed holds until something has
+// an effect.
+class textScratch
+{
+public:
+    textScratch() = default;
+    textScratch(const textScratch&) = delete;
+    textScratch& operator=(const textScratch&) = delete;
+
+    std::wstring_view view() const noexcept { return mView; }
+
+    void borrow(std::wstring_view text) noexcept { mView = text; }
+    void own(string&& text)
+    {
+        mOwn = std::move(text);
+        mView = mOwn;
+        mOwns = true;
+    }
+    // The text of what a small word holds. False for null and for what is no small value.
+    bool show(cell::word w)
+    {
+        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+            mView = mNumber.emplace(static_cast<int>(cell::payloadIn(w))).view();
+            return true;
+        }
+        if (!cell::convert(w, mOwn))
+            return false;
+        mView = mOwn;
+        mOwns = true;
+        return true;
+    }
+    // The text for the caller to keep.
+    string take() { return mOwns ? std::move(mOwn) : string(mView); }
+
+private:
+    std::wstring_view mView;
+    std::optional<numberText> mNumber;
+    string mOwn;
+    bool mOwns = false;
+};
+
+// The holder's value, if `value` holds exactly a T behind a holder; nothing is converted. For values that
+// nobody else can reach at this moment, or whose holder somebody keeps.
+template <class T>
+T* heldInPlace(const genericValue& value) noexcept
+{
+    genericValue::holderbase* const holder = cell::access::holder(value);
+    if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
+        return nullptr;
+    return static_cast<T*>(holder->heldAddress());
+}
+
+inline bool isSameKind(cell::word a, cell::word b)
+{
+    return cell::isDouble(a) ? cell::isDouble(b) : cell::kindIn(a) == cell::kindIn(b);
+}
+
+// The word that is in a value of `before` once `w` is written into it; `refused` where the long way has to
+// tell.
+inline cell::word writtenOver(cell::word before, cell::word w, bool keepsType)
+{
+    if (!keepsType || before == cell::null || isSameKind(before, w))
+        return w;
+    return cell::isHolder(before) ? cell::refused : cell::convertedLike(before, w);
+}
+
+// Writes a small word, or null, into a variable. False, with nothing changed, where the long way has to.
+inline bool writeSmall(genericSet::entry& variable, cell::word w, bool keepsType)
+{
+    genericValue& value = variable.value();
+    const cell::word before = cell::access::load(value);
+    const cell::word written = writtenOver(before, w, keepsType);
+    if (written == cell::refused)
+        return false;
+    if (variable.isShared())
+        return !cell::isHolder(before) && cell::access::storeIf(value, before, written);
+    cell::access::store(value, written);
+    return true;
+}
+
+// True when a text takes the place of what a variable holds, which is then a text or gives way.
+inline bool mayTakeText(genericSet::entry& variable, bool keepsType)
+{
+    if (variable.isShared())
+        return false;
+    const cell::word before = cell::access::load(variable.value());
+    return !keepsType || before == cell::null || cell::kindIn(before) == cell::decimalKind ||
+           heldInPlace<string>(variable.value());
+}
+
+} // namespace qx::script
