@@ -100,12 +100,29 @@ bool statement::takeShortCut(codecontext& context, genericValue& result) const
 {
     if (mShortCutDepth == noShortCut || !cell::shortCutsAllowed())
         return false;
+    if (mGivesText)
+        return takeTextShortCut(context, result);
     const cell::word value = smallValue(context);
     if (value == cell::refused)
         return false;
     const cell::word before = cell::access::load(result);
     const cell::word written = writtenOver(before, value, mKeepsType);
-    return written != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, written);
+    return written != cell::refused && !cell::isHolder(before) &&
+           cell::access::storeIf(result, before, written);
+}
+
+// Not inline, so that statements without a text do not have the room for one on the stack.
+bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
+{
+    const cell::word before = cell::access::load(result);
+    const bool isText = before == cell::null || cell::kindIn(before) == cell::decimalKind;
+    if (cell::isHolder(before) || (mKeepsType && !isText))
+        return false;
+    textScratch text;
+    if (!textValue(context, text))
+        return false;
+    genericValue made = text.takeValue();
+    return cell::access::moveIf(result, before, made);
 }
 
 void statement::trace(const wchar_t* format) const

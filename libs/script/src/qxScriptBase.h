@@ -58,6 +58,9 @@ protected:
 private:
     template <class Statement>
     friend statement* createNamed(const callText& call);
+
+    // Once the parameters are bound.
+    virtual void parsed() {}
 };
 
 // Makes a statement with named parameters. It tells its name in messages and what it declares:
@@ -72,6 +75,7 @@ statement* createNamed(const callText& call)
     bound.parse(
         Statement::messageName, call.params, call.flags,
         std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    bound.parsed();
     return made.release();
 }
 
@@ -86,11 +90,18 @@ void writeToSlot(genericValue& result, const T& value)
         throw false;
 }
 
+// The same with a text that may be emptied.
+void writeToSlot(genericValue& result, string&& text);
+
 // The result becomes a fresh value, whatever it held.
 template <holdable T>
 void replaceResult(genericValue& result, const T& value)
 {
     result = genericValue(value);
+}
+inline void replaceResult(genericValue& result, string&& text)
+{
+    result = cell::made(std::move(text));
 }
 
 // A block: statements in text order, run in a scope of their own.
@@ -111,8 +122,8 @@ private:
     std::vector<sharedPtr<statement>> mStatements;
 };
 
-// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from the
-// provider.
+// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from
+// the provider.
 class shortOperand
 {
 public:
@@ -149,6 +160,17 @@ public:
     {
         return mpNested ? mpNested->smallValue(context) : mWord;
     }
+    // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
+    // read.
+    template <class T>
+    bool read(codecontext& context, T& out) const
+    {
+        const cell::word w = smallValue(context);
+        if constexpr (heldNumber<T>)
+            if (w == cell::refused && givesText())
+                return readTextAs(context, out);
+        return cell::read(w, out);
+    }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
     {
@@ -162,26 +184,26 @@ public:
     bool givesText() const noexcept { return mpNested ? mpNested->givesText() : mpLiteral != nullptr; }
 
 private:
+    // Not inline, so that not every reader of a number has room for a text.
+    template <heldNumber T>
+    [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
+    {
+        textScratch text;
+        return textValue(context, text) && readNumber(text.view(), out);
+    }
+
     const statement* mpNested = nullptr; // if it has short cuts
     const string* mpLiteral = nullptr;   // null for what is no literal
     cell::word mWord = cell::refused;    // of a literal
 };
 
-// A provider that a statement owns; copies of the statement get one of their own. May be null.
-class ownedProvider
+// What a statement asks of a provider, which it borrows and which may be null.
+class boundOperand
 {
 public:
-    ownedProvider() = default;
-    explicit ownedProvider(valueProvider* provider) : mpProvider(provider), mShort(provider) {}
-    ownedProvider(const ownedProvider& other) : ownedProvider(other ? other->clone() : nullptr)
-    {
-        mShort.foldAs(other.mShort);
-    }
-    ownedProvider(ownedProvider&&) noexcept = default;
-    ownedProvider& operator=(ownedProvider&&) noexcept = default;
+    explicit boundOperand(const valueProvider* provider = nullptr) : mpBound(provider), mShort(provider) {}
 
-    const valueProvider* operator->() const { return &*mpProvider; }
-    explicit operator bool() const noexcept { return static_cast<bool>(mpProvider); }
+    explicit operator bool() const noexcept { return mpBound != nullptr; }
 
     const shortOperand& shortCut() const noexcept { return mShort; }
     template <class T>
@@ -189,32 +211,45 @@ public:
     {
         mShort.fold<T>();
     }
+    // The same as a twin did that was made from the same text.
+    void foldAs(const boundOperand& twin) noexcept { mShort.foldAs(twin.mShort); }
 
     // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
     // it fails.
     bool evaluate(codecontext& context, genericValue& value) const
     {
         return (cell::shortCutsAllowed() && evaluateShort(context, value)) ||
-               (mpProvider && mpProvider->getValue(context, value));
+               (mpBound && mpBound->getValue(context, value));
     }
 
     // Evaluates the provider and reads the value as a T.
     template <readable T>
     bool read(codecontext& context, T& out) const
     {
-        if constexpr (cell::small<T>) {
-            const cell::word w = cell::shortCutsAllowed() ? mShort.smallValue(context) : cell::refused;
-            if (w != cell::refused)
-                return cell::read(w, out);
-        } else if constexpr (std::is_same_v<T, string>) {
+        if constexpr (std::is_same_v<T, string>) {
             textScratch text;
-            if (cell::shortCutsAllowed() && mShort.textValue(context, text)) {
-                out = text.take();
-                return true;
-            }
+            if (!readText(context, text))
+                return false;
+            out = text.take();
+            return true;
+        } else {
+            if constexpr (cell::small<T>)
+                if (cell::shortCutsAllowed() && mShort.read(context, out))
+                    return true;
+            genericValue value;
+            if (!evaluate(context, value))
+                return false;
+            if constexpr (heldNumber<T>)
+                if (const string* const text = soleText(value); text && cell::shortCutsAllowed())
+                    return readNumber(*text, out);
+            return value.getValue(out);
         }
-        genericValue value;
-        return evaluate(context, value) && value.getValue(out);
+    }
+
+    // The same for a text. What `text` borrows holds until something has an effect, such as another operand.
+    bool readText(codecontext& context, textScratch& text) const
+    {
+        return (cell::shortCutsAllowed() && mShort.textValue(context, text)) || readLongText(context, text);
     }
 
 private:
@@ -228,12 +263,32 @@ private:
         textScratch text;
         if (!mShort.givesText() || !mShort.textValue(context, text))
             return false;
-        value = cell::made(text.take());
+        cell::access::fill(value, text.takeValue());
         return true;
     }
+    bool readLongText(codecontext& context, textScratch& text) const;
 
-    autoPtr<valueProvider> mpProvider;
+    const valueProvider* mpBound;
     shortOperand mShort;
+};
+
+// A provider that a statement owns; copies of the statement get one of their own. May be null.
+class ownedProvider : public boundOperand
+{
+public:
+    ownedProvider() = default;
+    explicit ownedProvider(valueProvider* provider) : boundOperand(provider), mpProvider(provider) {}
+    ownedProvider(const ownedProvider& other) : ownedProvider(other ? other->clone() : nullptr)
+    {
+        foldAs(other);
+    }
+    ownedProvider(ownedProvider&&) noexcept = default;
+    ownedProvider& operator=(ownedProvider&&) noexcept = default;
+
+    const valueProvider* operator->() const { return &*mpProvider; }
+
+private:
+    autoPtr<valueProvider> mpProvider;
 };
 
 // The depth of several operands, for offerShortCuts: that of the deepest, noShortCut if one has none.

@@ -4,6 +4,8 @@
 #include "qxHeldTypes.h"
 #include "qxPlainConversion.h"
 
+#include <cmath>
+
 namespace qx::cell
 {
 
@@ -16,6 +18,11 @@ using typeconvert::plainConversion;
 using typeconvert::plainPair;
 using typeconvert::typeConversionManager;
 
+bool onlyOwnConversions() noexcept
+{
+    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
+}
+
 // By the rules of the conversion manager, which is asked where others may have added to them.
 template <class To, class From>
 bool convertTo(To& to, const From& from)
@@ -25,19 +32,57 @@ bool convertTo(To& to, const From& from)
         return true;
     } else {
         if constexpr (plainPair<To, From>)
-            if (!(longWayReasons.load(std::memory_order_acquire) & longWayConverters))
+            if (onlyOwnConversions())
                 return plainConversion<To, From>::run(to, from, 0);
         return typeConversionManager::instance().convert(typeid(To), &to, typeid(From), &from, 0, nullptr);
     }
 }
 
+// What becomes of the decimal text of `number`, read as a T: what readNumber makes of it.
+template <heldNumber T>
+bool readDecimal(int number, T& out)
+{
+    using traits = valueTraits<T>;
+    if constexpr (traits::isFloating)
+        out = static_cast<T>(number);
+    else {
+        const long long value = number;
+        if (value < static_cast<long long>(traits::min) || value > static_cast<long long>(traits::max))
+            return false;
+        out = traits::wrap(value);
+    }
+    return true;
+}
+
+// The word of a number's text, where that is the decimal form of an int; `refused` for others.
+word decimalOf(word w)
+{
+    if (isDouble(w)) {
+        const auto value = get<double>(w);
+        if (!(std::fabs(value) <= std::numeric_limits<int>::max()) || value != std::trunc(value) ||
+            (value == 0 && std::signbit(value)))
+            return refused;
+        return pack(decimalKind, static_cast<std::uint32_t>(static_cast<int>(value)));
+    }
+    switch (kindIn(w)) {
+    case intKind:
+    case longKind:
+    case shortKind:
+    case ushortKind:
+        return pack(decimalKind, payloadIn(w));
+    case uintKind:
+    case ulongKind:
+    case uint64Kind:
+        return payloadIn(w) > std::numeric_limits<int>::max() ? refused : pack(decimalKind, payloadIn(w));
+    default:
+        return refused;
+    }
+}
+
 } // namespace
 
-word makeText(std::wstring_view text) noexcept
+word makeDecimal(std::wstring_view text) noexcept
 {
-    constexpr std::size_t longest = 11; // -2147483648
-    if (text.empty() || text.size() > longest)
-        return refused;
     const bool negative = text[0] == L'-';
     const std::wstring_view digits = text.substr(negative);
     if (digits.empty() || (digits[0] == L'0' && text.size() > 1))
@@ -65,6 +110,9 @@ bool convert(word w, T& out)
 {
     if (!isSmall(w))
         return false;
+    if constexpr (heldNumber<T>)
+        if (kindIn(w) == decimalKind && onlyOwnConversions())
+            return readDecimal(static_cast<int>(payloadIn(w)), out);
     return visit(w, [&out](const auto& value) { return convertTo(out, value); });
 }
 
@@ -75,6 +123,9 @@ word convertedLike(word like, word w)
 {
     if (!isSmall(w))
         return refused;
+    if (kindIn(like) == decimalKind && onlyOwnConversions())
+        if (const word decimal = decimalOf(w); decimal != refused)
+            return decimal;
     return visit(like, [w](auto value) {
         using held = decltype(value);
         if (!visit(w, [&value](const auto& source) { return convertTo(value, source); }))
@@ -91,13 +142,9 @@ genericValue made(string&& text)
     const word w = makeText(text);
     if (w != refused)
         return access::made(w);
-    genericValue value;
-    try {
-        sharedPtr<genericValue::holderbase> holder(new genericValue::valueholder<string>(std::move(text)));
-        value.swapHolder(holder);
-    } catch (const std::bad_alloc&) { // null, as every value without memory
-    }
-    return value;
+    // Null without memory, as every value.
+    return access::made(
+        sharedPtr<genericValue::holderbase>(new genericValue::valueholder<string>(std::move(text))));
 }
 
 bool copyHeld(const genericValue& value, genericValue::holderbase& destination)
