@@ -169,7 +169,7 @@ public:
         if constexpr (heldNumber<T>)
             if (w == cell::refused && givesText())
                 return readTextAs(context, out);
-        return cell::read(w, out);
+        return readShortly(w, out);
     }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
@@ -260,8 +260,13 @@ private:
             cell::access::store(value, w);
             return true;
         }
+        return mShort.givesText() && evaluateText(context, value);
+    }
+    // Not inline, so that an operand without a text does not have the room for one on the stack.
+    [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
+    {
         textScratch text;
-        if (!mShort.givesText() || !mShort.textValue(context, text))
+        if (!mShort.textValue(context, text))
             return false;
         cell::access::fill(value, text.takeValue());
         return true;

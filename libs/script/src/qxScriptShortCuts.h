@@ -17,7 +17,8 @@ namespace qx::script
 class textScratch
 {
 public:
-    textScratch() = default;
+    // Not defaulted in here: otherwise some forms of initialisation would fill the room with zeros.
+    textScratch() noexcept;
     textScratch(const textScratch&) = delete;
     textScratch& operator=(const textScratch&) = delete;
 
@@ -72,6 +73,8 @@ private:
     wchar_t mRoom[64];
 };
 
+inline textScratch::textScratch() noexcept = default;
+
 // The holder's value, if `value` holds exactly a T behind a holder; nothing is converted. For values that
 // nobody else can reach at this moment, or whose holder somebody keeps.
 template <class T>
@@ -92,6 +95,31 @@ inline string* soleText(const genericValue& value) noexcept
         interlockedRead(counterPlace<genericValue::holderbase>::obtain(cell::access::holder(value))) != 1u)
         return nullptr;
     return held;
+}
+
+// Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions, so
+// that int and double, which occur most, are read in place.
+template <class T>
+bool readShortly(cell::word w, T& out)
+{
+    constexpr bool isInt = std::is_same_v<T, int>;
+    constexpr bool isDouble = std::is_same_v<T, double>;
+    if constexpr (isInt || isDouble) {
+        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+            out = static_cast<int>(cell::payloadIn(w));
+            return true;
+        }
+    }
+    if constexpr (isInt) {
+        if (cell::isDouble(w)) {
+            const auto value = cell::get<double>(w);
+            if (!(value > -2147483649.0 && value < 2147483648.0))
+                return false;
+            out = static_cast<int>(value);
+            return true;
+        }
+    }
+    return cell::read(w, out);
 }
 
 inline bool isSameKind(cell::word a, cell::word b)

@@ -5,6 +5,7 @@
 #include "qxFormatter.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace qx
 {
@@ -29,9 +30,11 @@ wchar_t mapped(wchar_t character, const caseRange* ranges, std::size_t count)
 // of the letters that change.
 void mapCase(std::wstring& text, wchar_t first, const caseRange* ranges, std::size_t count)
 {
+    const auto letters = static_cast<std::uint32_t>(first);
     for (wchar_t& c : text) {
-        if (static_cast<unsigned long>(c) < 0x80)
-            c = static_cast<wchar_t>(c ^ (static_cast<unsigned long>(c - first) < 26) * 0x20);
+        const auto code = static_cast<std::uint32_t>(c);
+        if (code < 0x80) [[likely]]
+            c = static_cast<wchar_t>(code ^ static_cast<std::uint32_t>(code - letters < 26) << 5);
         else
             c = mapped(c, ranges, count);
     }
