@@ -42,7 +42,14 @@ protected:
     bool read(const wchar_t* name, codecontext& context, T& out) const
     {
         genericValue value;
-        return getParamValue(name, context, value) && value.getValue(out);
+        if (!getParamValue(name, context, value))
+            return false;
+        if constexpr (std::is_same_v<T, string>)
+            if (string* const sole = soleText(value)) {
+                out = std::move(*sole);
+                return true;
+            }
+        return value.getValue(out);
     }
 
     // The same for a parameter that has to be there: raises `failure` otherwise.

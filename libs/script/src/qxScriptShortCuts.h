@@ -33,14 +33,25 @@ public:
     // The text of what a small word holds. False for null and for what is no small value.
     bool show(cell::word w)
     {
-        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+        switch (cell::kindIn(w)) {
+        case cell::intKind:
+        case cell::decimalKind:
+        case cell::longKind:
+        case cell::shortKind:
+        case cell::ushortKind:
             mView = mNumber.emplace(static_cast<int>(cell::payloadIn(w))).view();
             return true;
+        case cell::uintKind:
+        case cell::ulongKind:
+        case cell::uint64Kind:
+            mView = mNumber.emplace(static_cast<uint>(cell::payloadIn(w))).view();
+            return true;
+        default:
+            if (!cell::convert(w, mOwn))
+                return false;
+            mView = mOwn;
+            return true;
         }
-        if (!cell::convert(w, mOwn))
-            return false;
-        mView = mOwn;
-        return true;
     }
     // A text of so many characters, for the caller to write. Short ones lie in here, without an allocation.
     wchar_t* room(std::size_t size)
@@ -98,19 +109,15 @@ inline string* soleText(const genericValue& value) noexcept
 }
 
 // Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions, so
-// that int and double, which occur most, are read in place.
+// that what occurs most, integers as int and double and double as int, is read in place.
 template <class T>
 bool readShortly(cell::word w, T& out)
 {
-    constexpr bool isInt = std::is_same_v<T, int>;
-    constexpr bool isDouble = std::is_same_v<T, double>;
-    if constexpr (isInt || isDouble) {
-        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+    if constexpr (std::is_same_v<T, int>) {
+        if (cell::isIntegral(w)) { // of any width, cut to that of an int
             out = static_cast<int>(cell::payloadIn(w));
             return true;
         }
-    }
-    if constexpr (isInt) {
         if (cell::isDouble(w)) {
             const auto value = cell::get<double>(w);
             if (!(value > -2147483649.0 && value < 2147483648.0))
@@ -119,6 +126,11 @@ bool readShortly(cell::word w, T& out)
             return true;
         }
     }
+    if constexpr (std::is_same_v<T, double>)
+        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+            out = static_cast<int>(cell::payloadIn(w));
+            return true;
+        }
     return cell::read(w, out);
 }
 

@@ -101,9 +101,26 @@ public:
     {
         const auto text = require<string>(0, context);
         const auto where = require<string>(1, context);
-        std::vector<string> parts;
-        text.splitAt(where, parts, false);
-        replaceResult(result, valueArray(parts.begin(), parts.end()));
+        sharedPtr<genericValue::holderbase> parts(
+            new genericValue::valueholder<valueArray>(cut(text, where)));
+        result.swapHolder(parts);
+    }
+
+private:
+    // One part more than there are separators; an empty one never occurs.
+    static valueArray cut(std::wstring_view text, std::wstring_view separator)
+    {
+        valueArray parts;
+        textScratch part;
+        std::size_t hit = 0;
+        while (!separator.empty() && (hit = text.find(separator)) != text.npos) {
+            part.borrow(text.substr(0, hit));
+            parts.push_back(part.takeValue());
+            text.remove_prefix(hit + separator.size());
+        }
+        part.borrow(text);
+        parts.push_back(part.takeValue());
+        return parts;
     }
 };
 

@@ -99,6 +99,11 @@ constexpr kind kindIn(word w)
 {
     return static_cast<kind>(w >> 32);
 }
+// An integer of whichever width, or a text that is one.
+constexpr bool isIntegral(word w)
+{
+    return kindIn(w) - intKind <= uint64Kind - intKind;
+}
 constexpr std::uint32_t payloadIn(word w)
 {
     return static_cast<std::uint32_t>(w);
