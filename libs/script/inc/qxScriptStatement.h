@@ -52,6 +52,10 @@ public:
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
+    // The same from statement to statement within the engine, where nothing else has run in between. Whoever
+    // is not sure calls exec.
+    void execNested(codecontext& context, genericValue& result) const;
+    void execNested(codecontext& context) const;
 
     // What the statement is called in messages: its text, at most 126 characters of it.
     const string& text() const noexcept { return mText; }

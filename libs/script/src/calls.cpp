@@ -2,11 +2,13 @@
 #include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
-#include "qxScriptCode.h"
+#include "qxScriptFunctionTable.h"
 #include "qxScriptSignals.h"
 
 #include "qxDirectory.h"
 #include "qxHeldTypes.h"
+
+#include <span>
 
 namespace qx::script
 {
@@ -20,42 +22,77 @@ const scString& localScriptBasePath()
     return name;
 }
 
+// Values in a row: few of them take no memory.
+class valueRow
+{
+public:
+    explicit valueRow(std::size_t count) : mCount(count)
+    {
+        if (count > std::size(mFew))
+            mMany.resize(count);
+    }
+
+    std::span<genericValue> all() { return {mMany.empty() ? mFew : mMany.data(), mCount}; }
+
+private:
+    genericValue mFew[4];
+    std::vector<genericValue> mMany;
+    std::size_t mCount;
+};
+
 class callFunction final : public scriptbasestatement
 {
 public:
-    callFunction(string codeId, std::vector<ownedProvider> arguments)
-        : mCodeId(std::move(codeId)), mArguments(std::move(arguments))
+    callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
+        : mpCall(call), mArguments(std::move(arguments))
     {}
 
     statement* clone() const override { return new callFunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        std::vector<genericValue> arguments = evaluateArguments(context);
+        valueRow arguments(mArguments.size());
+        evaluateArguments(context, arguments.all());
         scriptcontext callee;
         context.initScriptContext(callee);
-        codeManager::instance()->executeFunction(basePath(context), mCodeId, callee, arguments, result);
+        string scratch;
+        const string& base = basePath(context, scratch);
+        if (mpCall->type() != codeTypeScript)
+            return;
+        const pinnedFunction called = pinnedFunction::find(base, *mpCall);
+        (*called).call(mpCall->function(), arguments.all(), callee, result);
     }
 
     static statement* create(const callText& call);
 
 private:
-    std::vector<genericValue> evaluateArguments(codecontext& context) const
+    void evaluateArguments(codecontext& context, std::span<genericValue> values) const
     {
-        std::vector<genericValue> values(mArguments.size());
         try {
             for (std::size_t i = 0; i < values.size(); ++i)
-                mArguments[i]->getValue(context, values[i]);
+                mArguments[i].evaluate(context, values[i]);
         } catch (const exception& caught) {
             execError(this, &caught, L"Error retrieving script-parameter");
         } catch (...) {
             execError(this, L"Error retrieving script-parameter");
         }
-        return values;
     }
 
     // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
+    // In place where that is possible, otherwise in `scratch`.
+    static const string& basePath(codecontext& context, string& scratch)
+    {
+        if (scriptcontext* const root = scope::plainRoot(context)) {
+            genericSet::entry* const base = scope::global(*root, scriptBasePath());
+            const string* const text =
+                base && !base->isShared() ? heldInPlace<string>(base->value()) : nullptr;
+            if (text && !scope::variable(context, *root, localScriptBasePath()))
+                return *text;
+        }
+        return scratch = basePathOf(context);
+    }
+
     // A value that is neither text nor a directory leaves it empty.
-    static string basePath(codecontext& context)
+    static string basePathOf(codecontext& context)
     {
         genericValue base = context.globalContextVariable(scriptBasePath());
         if (context.hasVariable(localScriptBasePath()))
@@ -69,7 +106,7 @@ private:
         return path;
     }
 
-    string mCodeId; // the code call as written
+    sharedPtr<const codeCall> mpCall; // shared by clones
     std::vector<ownedProvider> mArguments;
 };
 
@@ -89,7 +126,7 @@ statement* callFunction::create(const callText& call)
     arguments.reserve(call.params.size());
     for (std::size_t i = 1; i < call.params.size(); ++i)
         arguments.push_back(requireProvider(call, i, L"callFunction::createFrom: error parsing \"%s\""));
-    return new callFunction(codeId, std::move(arguments));
+    return new callFunction(sharedPtr<const codeCall>(new codeCall(codeId)), std::move(arguments));
 }
 
 // Ends the function: the value stands under a parameter name that every block and loop looks for.
@@ -102,9 +139,19 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         result.clear();
-        if (mpValue && !mpValue->getValue(context, result))
+        if (mpValue && !mpValue.write(context, result))
             execError(this, L"error retrieving returnvalue");
         if (!context.setParameter(scriptcontext::returnparam(), result))
+            execError(this, L"error setting returnvalue to context");
+    }
+    void run(codecontext& context) const override
+    {
+        genericValue value;
+        if (mpValue && !mpValue.evaluate(context, value))
+            execError(this, L"error retrieving returnvalue");
+        if (scriptcontext* const root = scope::plainRoot(context))
+            scope::takeParameter(*root, scriptcontext::returnparam(), std::move(value));
+        else if (!context.setParameter(scriptcontext::returnparam(), value))
             execError(this, L"error setting returnvalue to context");
     }
 
@@ -123,7 +170,7 @@ public:
     {
         try {
             result.clear();
-            if (mpValue && !mpValue->getValue(context, result))
+            if (mpValue && !mpValue.write(context, result))
                 execError(this, L"error retrieving returnvalue");
             if (copyReturned(context, result))
                 context.deleteParameter(scriptcontext::returnparam());

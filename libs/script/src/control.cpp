@@ -43,28 +43,37 @@ public:
 
     statement* clone() const override { return new _if(*this); }
     // What the branch gives is dropped. A signal raised in it is for whoever encloses this statement.
-    void execute(codecontext& context, genericValue&) const override
+    void execute(codecontext& context, genericValue&) const override { run(context); }
+    void run(codecontext& context) const override
     {
-        genericValue condition;
-        if (!mpCondition.evaluate(context, condition))
-            execError(this, L"error retrieving condition-result");
-        const sharedStatement& branch = holds(condition) ? mThen : mElse;
+        const sharedStatement& branch = holds(context) ? mThen : mElse;
         if (!branch)
             return;
-        codecontext block(&context);
-        branch->exec(block);
+        blockcontext block(context);
+        branch->execNested(block);
     }
 
     static statement* create(const callText& call);
 
 private:
-    bool holds(const genericValue& condition) const
+    bool holds(codecontext& context) const
+    {
+        const cell::word w =
+            cell::shortCutsAllowed() ? mpCondition.shortCut().smallValue(context) : cell::refused;
+        if (cell::holds<bool>(w))
+            return cell::get<bool>(w);
+        genericValue condition;
+        if (!mpCondition.evaluate(context, condition))
+            execError(this, L"error retrieving condition-result");
+        return isTrue(condition);
+    }
+    bool isTrue(const genericValue& condition) const
     {
         if (condition.isNull())
             return false;
-        bool isTrue = false;
-        if (condition.getValue(isTrue))
-            return isTrue;
+        bool truth = false;
+        if (condition.getValue(truth))
+            return truth;
         string shown;
         if (condition.getValue(shown))
             execError(this, L"error converting \"%s\" to bool", shown);
@@ -130,11 +139,11 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
              const Prepare& prepare)
 {
     try {
-        codecontext block(&context);
+        blockcontext block(context);
         prepare(block);
         if (body)
-            body->exec(block);
-        return goesOn(context, result);
+            body->execNested(block);
+        return !isAnythingRaised(block) || goesOn(context, result);
     } catch (const exception& caught) {
         statement::execError(loop, &caught, nullptr);
     } catch (...) {

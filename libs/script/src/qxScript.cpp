@@ -48,8 +48,8 @@ void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
-        const bool traced = qxlog::logManager::listens(qxlog::level::trace);
-        if (traced)
+        const bool traced = cell::isTraced();
+        if (traced) [[unlikely]]
             trace(L"trying to exec (%s)");
         if (mStaysInside)
             work();
@@ -57,7 +57,7 @@ void statement::guarded(const Work& work) const
             const epoch::outside leaving;
             work();
         }
-        if (traced)
+        if (traced) [[unlikely]]
             trace(L"exec (%s) OK");
     } catch (...) {
         raiseCaught();
@@ -66,11 +66,23 @@ void statement::guarded(const Work& work) const
 
 void statement::exec(codecontext& context, genericValue& result) const
 {
+    epoch::move();
+    execNested(context, result);
+}
+
+void statement::exec(codecontext& context) const
+{
+    epoch::move();
+    execNested(context);
+}
+
+void statement::execNested(codecontext& context, genericValue& result) const
+{
     if (!takeShortCut(context, result))
         guarded([&] { execute(context, result); });
 }
 
-void statement::exec(codecontext& context) const
+void statement::execNested(codecontext& context) const
 {
     guarded([&] {
         if (cell::shortCutsAllowed())

@@ -27,8 +27,8 @@ void compoundstatement::run(codecontext& context) const
 {
     blockcontext block(context);
     for (const sharedPtr<statement>& child : mStatements) {
-        child->exec(block);
-        if (raisedIn(context) != raised::nothing)
+        child->execNested(block);
+        if (isAnythingRaised(block))
             return;
     }
 }

@@ -121,9 +121,7 @@ public:
     {
         if (!provider)
             return;
-        const statement* const nested = provider->nested();
-        if (nested && nested->shortCutDepth() != statement::noShortCut)
-            mpNested = nested;
+        mpNested = provider->nested();
         mpLiteral = provider->literal();
         if (mpLiteral)
             mWord = cell::makeText(*mpLiteral);
@@ -160,9 +158,11 @@ public:
     bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
     // True when its value is a text.
     bool givesText() const noexcept { return mpNested ? mpNested->givesText() : mpLiteral != nullptr; }
+    // The statement of a call or a variable.
+    const statement* nested() const noexcept { return mpNested; }
 
 private:
-    const statement* mpNested = nullptr; // if it has short cuts
+    const statement* mpNested = nullptr; // null for a literal
     const string* mpLiteral = nullptr;   // null for what is no literal
     cell::word mWord = cell::refused;    // of a literal
 };
@@ -194,8 +194,17 @@ public:
     // it fails.
     bool evaluate(codecontext& context, genericValue& value) const
     {
-        return (cell::shortCutsAllowed() && evaluateShort(context, value)) ||
-               (mpProvider && mpProvider->getValue(context, value));
+        return (cell::shortCutsAllowed() && evaluateShort(context, value)) || write(context, value);
+    }
+
+    // Evaluates the provider into a value that may hold something, as its statement or literal writes it. False
+    // as above.
+    bool write(codecontext& context, genericValue& value) const
+    {
+        if (!mShort.nested())
+            return mpProvider && mpProvider->getValue(context, value);
+        mShort.nested()->execNested(context, value);
+        return true;
     }
 
     // Evaluates the provider and reads the value as a T.

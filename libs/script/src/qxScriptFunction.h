@@ -8,6 +8,8 @@
 #include "qxSharedPtr.h"
 #include "qxTimestamp.h"
 
+#include <span>
+
 namespace qx::script
 {
 
@@ -26,16 +28,23 @@ public:
     const timestamp& time() const { return mTimestamp; }
     const statement& body() const { return *mpStatement; }
 
-    // Makes parameters of the context out of the arguments, in order of declaration; missing ones take their
-    // defaults. Throws prepareParameterException with `name` as the function; what is bound by then stays.
-    void bind(const string& name, const std::vector<genericValue>& arguments, scriptcontext& context) const;
+    // Runs the function in `context`, with parameters made of the arguments, which may be emptied, in order of
+    // declaration; missing ones take their defaults. The parameters and what is returned stay in the context,
+    // and what is returned is copied into `result`. `name` is the function in what is thrown:
+    // prepareParameterException, with what is bound by then left bound, and scriptExecException.
+    void call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+              genericValue& result) const;
 
 private:
     function() = default;
 
+    void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context) const;
+    void run(scriptcontext& context, genericValue& result) const;
+
     sharedPtr<statement> mpStatement;
     std::vector<inParameter> mParameters;
     file mFile;
+    genericValue mDirectory; // of the file
     timestamp mTimestamp;
 };
 

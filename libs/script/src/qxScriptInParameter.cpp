@@ -58,7 +58,7 @@ ePrimitiveScriptType dataType(const string& word)
 
 } // namespace
 
-inParameter::inParameter(const string& declaration, int flags)
+inParameter::inParameter(const string& declaration, int flags) : mVariable(scString::createFrom(string()))
 {
     string whole = declaration.lower();
     whole.deleteLeading(blanks);
@@ -70,6 +70,7 @@ inParameter::inParameter(const string& declaration, int flags)
         throw errParsingParamTypeException(text.kind.c_str());
     mType = dataType(text.type);
     mName = text.name;
+    mVariable = scString::createFrom(mName);
     text.defaultText.deleteLeading(blanks).deleteTrailing(blanks);
     if (text.defaultText.empty())
         return;
@@ -79,7 +80,8 @@ inParameter::inParameter(const string& declaration, int flags)
 }
 
 inParameter::inParameter(const inParameter& other)
-    : mType(other.mType), mName(other.mName), mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
+    : mType(other.mType), mName(other.mName), mVariable(other.mVariable),
+      mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
 {}
 
 void inParameter::resolve(genericValue& value) const

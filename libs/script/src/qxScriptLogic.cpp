@@ -39,7 +39,7 @@ private:
         genericValue value;
         if (!operand)
             execError(this, L"error retrieving operand (1)");
-        if (!operand->getValue(context, value))
+        if (!operand.evaluate(context, value))
             execError(this, L"error retrieving operand (2)");
         bool truth = false;
         if (!value.getValue(truth)) // a null value too

@@ -45,15 +45,12 @@ public:
     {
         block.mVariables.insert(name, std::move(value));
     }
-    // What setParameter and setGlobalContextVariable do, with a value that may be emptied.
+    // What setParameter does, with a value that may be emptied.
     static void takeParameter(scriptcontext& root, const scString& name, genericValue&& value)
     {
         root.mParameters.take(name, std::move(value));
-    }
-    static void takeReturned(scriptcontext& root, genericValue&& value)
-    {
-        root.mParameters.take(scriptcontext::returnparam(), std::move(value));
-        root.mPending = static_cast<unsigned char>(root.mPending | bitOf(raised::returned));
+        if (name == scriptcontext::returnparam())
+            root.mPending = static_cast<unsigned char>(root.mPending | bitOf(raised::returned));
     }
     // Null when nothing has been returned.
     static genericSet::entry* returned(scriptcontext& root) noexcept
@@ -69,6 +66,13 @@ public:
 private:
     static scriptcontext* findPlainRoot(codecontext& context) noexcept;
 };
+
+// raisedIn for those who want to know whether anything is.
+inline bool isAnythingRaised(codecontext& context)
+{
+    const scriptcontext* const root = scope::plainRoot(context);
+    return root ? scope::pending(*root) != 0 : raisedIn(context) != raised::nothing;
+}
 
 // The scope of a block that the engine opens.
 class blockcontext final : public codecontext

@@ -63,7 +63,7 @@ private:
     valueArray elements(codecontext& context) const
     {
         genericValue source;
-        if (!mpSource->getValue(context, source))
+        if (!mpSource.evaluate(context, source))
             execError(this, L"error retrieving iterator");
         reference object;
         valueArray array;
@@ -148,7 +148,7 @@ public:
         if (!mpValue)
             execError(this, L"Error retrieving value(1)");
         genericValue value;
-        if (!mpValue->getValue(context, value))
+        if (!mpValue.evaluate(context, value))
             execError(this, L"Error retrieving value(2)");
         array->push_back(value);
     }

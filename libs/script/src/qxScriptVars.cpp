@@ -118,7 +118,7 @@ public:
     // A name that is visible already stays as it is, without a failure. A global is overwritten.
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (mpValue && !mpValue->getValue(context, result))
+        if (mpValue && !mpValue.write(context, result))
             execError(this, L"error retrieving value");
         store(context, result);
     }
@@ -161,12 +161,24 @@ public:
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        result = *write(context);
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (variable) {
+            const genericSet::hold held(*variable);
+            write(context, held.value());
+            result = held.value();
+        } else {
+            const sharedPtr<genericValue> storage = requireStorage(context);
+            write(context, *storage);
+            result = *storage;
+        }
     }
     void run(codecontext& context) const override
     {
-        if (!writeShort(context))
-            write(context);
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (!variable)
+            write(context, *requireStorage(context));
+        else if (!writeShort(context, *variable))
+            write(context, genericSet::hold(*variable).value());
     }
 
     template <eVarScope Scope>
@@ -176,31 +188,32 @@ public:
     }
 
 private:
-    // The storage is found, and held, before the value is evaluated.
-    sharedPtr<genericValue> write(codecontext& context) const
+    sharedPtr<genericValue> requireStorage(codecontext& context) const
     {
         sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
         if (!storage)
             execError(this, L"Error retrieving variable %s", mName.string());
-        if (mpValue && !mpValue->getValue(context, *storage))
-            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
         return storage;
     }
 
-    // A small value comes about without an effect, so nothing can tell when it was found out.
-    bool writeShort(codecontext& context) const
+    // The storage has been found, and is held, before the value is evaluated.
+    void write(codecontext& context, genericValue& storage) const
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
-        if (!variable)
-            return false;
+        if (mpValue && !mpValue.write(context, storage))
+            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
+    }
+
+    // A small value comes about without an effect, so nothing can tell when it was found out.
+    bool writeShort(codecontext& context, genericSet::entry& variable) const
+    {
         const shortOperand& value = mpValue.shortCut();
         const cell::word w = value.smallValue(context);
         if (w != cell::refused)
-            return writeSmall(*variable, w, value.keepsType());
+            return writeSmall(variable, w, value.keepsType());
         textScratch text;
-        if (!value.givesText() || !mayTakeText(*variable, value.keepsType()) || !value.textValue(context, text))
+        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) || !value.textValue(context, text))
             return false;
-        variable->value() = cell::made(text.take());
+        variable.value() = cell::made(text.take());
         return true;
     }
 };

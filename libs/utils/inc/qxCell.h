@@ -298,6 +298,10 @@ inline bool shortCutsAllowed() noexcept
 {
     return longWayReasons.load(std::memory_order_relaxed) == 0;
 }
+inline bool isTraced() noexcept
+{
+    return longWayReasons.load(std::memory_order_relaxed) & longWayTraced;
+}
 inline void setLongWay(longWay reason, bool applies) noexcept
 {
     if (applies)

@@ -34,7 +34,10 @@ public:
         const scString& name() const noexcept { return mName; }
         qx::genericValue& value() noexcept { return mpShared ? mpShared->value : mValue; }
         // True when somebody else has the address.
-        bool isShared() const noexcept { return mpShared && interlockedRead(&mpShared->counter) != 1u; }
+        bool isShared() const noexcept
+        {
+            return mpShared && interlockedRead(&mpShared->counter) != 1u + mpShared->held;
+        }
         // A share of the storage, which does not move any more.
         sharedPtr<qx::genericValue> address();
 
@@ -46,6 +49,22 @@ public:
         scString mName;
         qx::genericValue mValue;             // unless it is shared
         sharedVariable* mpShared = nullptr; // with one count for this entry
+    };
+
+    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody else.
+    class hold
+    {
+    public:
+        explicit hold(entry& kept) : mpAddress(kept.address()), mpShared(kept.mpShared) { ++mpShared->held; }
+        hold(const hold&) = delete;
+        hold& operator=(const hold&) = delete;
+        ~hold() { --mpShared->held; }
+
+        qx::genericValue& value() const noexcept { return mpShared->value; }
+
+    private:
+        sharedPtr<qx::genericValue> mpAddress;
+        sharedVariable* mpShared;
     };
 
     genericSet() noexcept : mpEntries(own()) {}

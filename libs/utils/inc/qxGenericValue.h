@@ -195,10 +195,12 @@ struct QXUTILS_API deleteObj<genericValue::holderbase>
     static void destroy(genericValue::holderbase* holder) noexcept;
 };
 
-// A value with its counter, in one block.
+// A value with its counter, in one block. Of the shares that are counted, `held` are those of the thread that
+// owns the variable, see genericSet::hold.
 struct sharedVariable
 {
     ulong32 counter;
+    uint held;
     genericValue value;
 };
 
