@@ -48,7 +48,8 @@ public:
     static statement* createFrom(const string& text, int flags);
 
     // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
-    // was caught as its reason; a qx::string thrown by the script passes as it is.
+    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's alone
+    // while it lasts.
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
@@ -117,7 +118,7 @@ protected:
     void stayInside() noexcept { mStaysInside = true; }
 
 private:
-    bool takeShortCut(codecontext& context, genericValue& result) const;
+    std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
     template <class Work>
     void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);

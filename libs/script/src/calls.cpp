@@ -8,6 +8,7 @@
 #include "qxDirectory.h"
 #include "qxHeldTypes.h"
 
+#include <memory>
 #include <span>
 
 namespace qx::script
@@ -22,22 +23,35 @@ const scString& localScriptBasePath()
     return name;
 }
 
-// Values in a row: few of them take no memory.
+// Null values in a row: few of them take no memory.
 class valueRow
 {
 public:
-    explicit valueRow(std::size_t count) : mCount(count)
+    explicit valueRow(std::size_t count) : mCount(count), mpFirst(reinterpret_cast<genericValue*>(mFew))
     {
-        if (count > std::size(mFew))
+        if (count > fewAtMost) {
             mMany.resize(count);
+            mpFirst = mMany.data();
+        } else
+            std::uninitialized_default_construct_n(mpFirst, count);
+    }
+    valueRow(const valueRow&) = delete;
+    valueRow& operator=(const valueRow&) = delete;
+    ~valueRow()
+    {
+        if (mCount <= fewAtMost)
+            std::destroy_n(mpFirst, mCount);
     }
 
-    std::span<genericValue> all() { return {mMany.empty() ? mFew : mMany.data(), mCount}; }
+    std::span<genericValue> all() { return {mpFirst, mCount}; }
 
 private:
-    genericValue mFew[4];
-    std::vector<genericValue> mMany;
+    static constexpr std::size_t fewAtMost = 8;
+
     std::size_t mCount;
+    genericValue* mpFirst;
+    alignas(genericValue) std::byte mFew[fewAtMost * sizeof(genericValue)];
+    std::vector<genericValue> mMany;
 };
 
 class callFunction final : public scriptbasestatement
@@ -54,12 +68,10 @@ public:
         evaluateArguments(context, arguments.all());
         scriptcontext callee;
         context.initScriptContext(callee);
-        string scratch;
-        const string& base = basePath(context, scratch);
-        if (mpCall->type() != codeTypeScript)
-            return;
-        const pinnedFunction called = pinnedFunction::find(base, *mpCall);
-        (*called).call(mpCall->function(), arguments.all(), callee, result);
+        if (const string* const base = basePathInPlace(context))
+            call(*base, true, arguments.all(), callee, result);
+        else
+            call(basePath(context), false, arguments.all(), callee, result);
     }
 
     static statement* create(const callText& call);
@@ -77,22 +89,31 @@ private:
         }
     }
 
-    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
-    // In place where that is possible, otherwise in `scratch`.
-    static const string& basePath(codecontext& context, string& scratch)
+    void call(const string& base, bool isOfRun, std::span<genericValue> arguments, scriptcontext& callee,
+              genericValue& result) const
     {
-        if (scriptcontext* const root = scope::plainRoot(context)) {
-            genericSet::entry* const base = scope::global(*root, scriptBasePath());
-            const string* const text =
-                base && !base->isShared() ? heldInPlace<string>(base->value()) : nullptr;
-            if (text && !scope::variable(context, *root, localScriptBasePath()))
-                return *text;
-        }
-        return scratch = basePathOf(context);
+        if (mpCall->type() != codeTypeScript)
+            return;
+        const pinnedFunction called = pinnedFunction::find(base, *mpCall);
+        const bool atHome = isOfRun && called.isAtHome();
+        (*called).call(mpCall->function(), arguments, callee,
+                       atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
     }
 
+    // The base path of the run where it is a text that nobody else can reach and no visible variable redirects
+    // the search. Null otherwise.
+    static const string* basePathInPlace(codecontext& context)
+    {
+        scriptcontext* const root = scope::plainRoot(context);
+        genericSet::entry* const base = root ? scope::global(*root, scriptBasePath()) : nullptr;
+        if (!base || base->isShared() || scope::variable(context, *root, localScriptBasePath()))
+            return nullptr;
+        return heldInPlace<string>(base->value());
+    }
+
+    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
     // A value that is neither text nor a directory leaves it empty.
-    static string basePathOf(codecontext& context)
+    static string basePath(codecontext& context)
     {
         genericValue base = context.globalContextVariable(scriptBasePath());
         if (context.hasVariable(localScriptBasePath()))
@@ -141,21 +162,25 @@ public:
         result.clear();
         if (mpValue && !mpValue.write(context, result))
             execError(this, L"error retrieving returnvalue");
-        if (!context.setParameter(scriptcontext::returnparam(), result))
-            execError(this, L"error setting returnvalue to context");
+        set(context, genericValue(result));
     }
     void run(codecontext& context) const override
     {
         genericValue value;
         if (mpValue && !mpValue.evaluate(context, value))
             execError(this, L"error retrieving returnvalue");
+        set(context, std::move(value));
+    }
+
+private:
+    void set(codecontext& context, genericValue&& value) const
+    {
         if (scriptcontext* const root = scope::plainRoot(context))
             scope::takeParameter(*root, scriptcontext::returnparam(), std::move(value));
         else if (!context.setParameter(scriptcontext::returnparam(), value))
             execError(this, L"error setting returnvalue to context");
     }
 
-private:
     ownedProvider mpValue;
 };
 

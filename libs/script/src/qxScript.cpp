@@ -42,9 +42,9 @@ void statement::setText(std::wstring_view source)
     mText.assign(source.substr(0, textShownOtherwise)).append(L" ...");
 }
 
-// The guarded run of `work`.
+// The guarded run of `work`. Apart from the short cuts, which want few registers.
 template <class Work>
-void statement::guarded(const Work& work) const
+[[gnu::noinline]] void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
@@ -67,7 +67,11 @@ void statement::guarded(const Work& work) const
 void statement::exec(codecontext& context, genericValue& result) const
 {
     epoch::move();
-    execNested(context, result);
+    const cell::word w = shortCut(context, result);
+    if (w != cell::refused)
+        cell::access::store(result, w);
+    else
+        guarded([&] { execute(context, result); });
 }
 
 void statement::exec(codecontext& context) const
@@ -78,7 +82,10 @@ void statement::exec(codecontext& context) const
 
 void statement::execNested(codecontext& context, genericValue& result) const
 {
-    if (!takeShortCut(context, result))
+    // The result may be a variable that others can reach.
+    const cell::word before = cell::access::load(result);
+    const cell::word w = shortCut(context, result);
+    if (w == cell::refused || cell::isHolder(before) || !cell::access::storeIf(result, before, w))
         guarded([&] { execute(context, result); });
 }
 
@@ -108,16 +115,13 @@ bool statement::textValue(codecontext& context, textScratch& text) const
     return text.show(smallValue(context));
 }
 
-bool statement::takeShortCut(codecontext& context, genericValue& result) const
+// The word that is in `result` once the value is written into it; `refused` where the long way has to tell.
+std::uint64_t statement::shortCut(codecontext& context, const genericValue& result) const
 {
     if (mShortCutDepth == noShortCut || !cell::shortCutsAllowed())
-        return false;
+        return cell::refused;
     const cell::word value = smallValue(context);
-    if (value == cell::refused)
-        return false;
-    const cell::word before = cell::access::load(result);
-    const cell::word written = writtenOver(before, value, mKeepsType);
-    return written != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, written);
+    return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
 }
 
 void statement::trace(const wchar_t* format) const

@@ -122,6 +122,8 @@ public:
         if (!provider)
             return;
         mpNested = provider->nested();
+        if (mpNested && mpNested->shortCutDepth() != statement::noShortCut)
+            mpShort = mpNested;
         mpLiteral = provider->literal();
         if (mpLiteral)
             mWord = cell::makeText(*mpLiteral);
@@ -130,7 +132,7 @@ public:
     // For offerShortCuts of the statement around it.
     unsigned depth() const noexcept
     {
-        return mpLiteral ? 0u : mpNested ? mpNested->shortCutDepth() : statement::noShortCut;
+        return mpLiteral ? 0u : mpShort ? mpShort->shortCutDepth() : statement::noShortCut;
     }
     // A literal that reads as a T is read now, and not at each run.
     template <class T>
@@ -145,24 +147,25 @@ public:
     // The word of its value, see statement::smallValue.
     cell::word smallValue(codecontext& context) const
     {
-        return mpNested ? mpNested->smallValue(context) : mWord;
+        return mpShort ? mpShort->smallValue(context) : mWord;
     }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
     {
         if (mpLiteral)
             text.borrow(*mpLiteral);
-        return mpLiteral || (mpNested && mpNested->textValue(context, text));
+        return mpLiteral || (mpShort && mpShort->textValue(context, text));
     }
     // True when its value keeps the type of what it is written into.
     bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
     // True when its value is a text.
-    bool givesText() const noexcept { return mpNested ? mpNested->givesText() : mpLiteral != nullptr; }
+    bool givesText() const noexcept { return mpShort ? mpShort->givesText() : mpLiteral != nullptr; }
     // The statement of a call or a variable.
     const statement* nested() const noexcept { return mpNested; }
 
 private:
     const statement* mpNested = nullptr; // null for a literal
+    const statement* mpShort = nullptr;  // the same if it has short cuts
     const string* mpLiteral = nullptr;   // null for what is no literal
     cell::word mWord = cell::refused;    // of a literal
 };
@@ -194,7 +197,9 @@ public:
     // it fails.
     bool evaluate(codecontext& context, genericValue& value) const
     {
-        return (cell::shortCutsAllowed() && evaluateShort(context, value)) || write(context, value);
+        return (mShort.depth() != statement::noShortCut && cell::shortCutsAllowed() &&
+                evaluateShort(context, value)) ||
+               write(context, value);
     }
 
     // Evaluates the provider into a value that may hold something, as its statement or literal writes it. False

@@ -25,7 +25,7 @@ bool callFromHost(const string& basePath, const codeCall& call, scriptcontext& c
     const epoch::outside host; // which may have done anything before, and may again
     const sharedPtr<function> called = functionTable::instance().get(basePath, call);
     std::vector<genericValue> copies(arguments);
-    called->call(call.function(), copies, context, result);
+    called->call(call.function(), copies, context, function::callee::ofHost, result);
     return true;
 }
 

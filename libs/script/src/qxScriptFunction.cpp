@@ -1,5 +1,6 @@
 #include "qxScriptFunction.h"
 
+#include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
@@ -38,17 +39,18 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
     made->mFile = source;
+    made->mIsBlock = dynamic_cast<const compoundstatement*>(made->mpStatement.get()) != nullptr;
     made->mDirectory = genericValue(source.entryName().path(0));
     made->mTimestamp = time;
     return made;
 }
 
-void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
                     genericValue& result) const
 {
     bind(name, arguments, context);
     try {
-        run(context, result);
+        run(context, kind, result);
     } catch (const exception& caught) {
         throw scriptExecException(name.c_str(), nullptr, &caught);
     } catch (const string& text) {
@@ -66,10 +68,9 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
         for (const inParameter& parameter : mParameters) {
             if (parameter.name().empty())
                 continue;
-            genericValue value;
-            if (next < arguments.size())
-                value = std::move(arguments[next++]);
-            parameter.resolve(value);
+            genericValue value(next < arguments.size() ? std::move(arguments[next++]) : genericValue());
+            if (value.isNull())
+                parameter.resolve(value);
             if (root)
                 scope::takeParameter(*root, parameter.variable(), std::move(value));
             else
@@ -84,11 +85,23 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
     }
 }
 
-void function::run(scriptcontext& context, genericValue& result) const
+void function::run(scriptcontext& context, callee kind, genericValue& result) const
 {
-    if (!isScriptBasePath(context, mDirectory))
+    if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
-    mpStatement->execNested(context, result);
+    if (mIsBlock)
+        mpStatement->execNested(context);
+    else
+        mpStatement->execNested(context, result);
+    scriptcontext* const root = scope::plainRoot(context);
+    if (kind != callee::ofHost && root) {
+        genericSet::entry* const returned = scope::returned(*root);
+        if (returned && !returned->isShared())
+            result = std::move(returned->value());
+        else if (returned)
+            result = returned->value();
+        return;
+    }
     copyReturned(context, result);
     context.clearScriptSignal(breakSignal());
     context.clearScriptSignal(continueSignal());

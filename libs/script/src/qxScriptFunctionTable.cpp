@@ -5,6 +5,7 @@
 #include "qxScriptException.h"
 #include "qxScriptFile.h"
 #include "qxScriptSettings.h"
+#include "qxScriptShortCuts.h"
 
 #include "qxSystem.h"
 
@@ -112,6 +113,7 @@ struct pinnedFunction::remembered
     uint64 tick = 0;
     string basePath;
     sharedPtr<function> found;
+    bool isAtHome = false;
     unsigned pins = 0; // of the thread, and one of the memory
 
     void unpin() noexcept
@@ -192,6 +194,8 @@ pinnedFunction pinnedFunction::find(const string& basePath, const codeCall& call
     made->call = call.identity();
     made->tick = tick;
     made->basePath = basePath;
+    const string* const home = heldInPlace<string>(made->found->directoryName());
+    made->isAtHome = home && *home == basePath;
     if (!own)
         return pinnedFunction(*made.release());
     made->pins = 1;
@@ -212,6 +216,11 @@ pinnedFunction::~pinnedFunction()
 const function& pinnedFunction::operator*() const noexcept
 {
     return *mFound.found.get();
+}
+
+bool pinnedFunction::isAtHome() const noexcept
+{
+    return mFound.isAtHome;
 }
 
 } // namespace qx::script

@@ -73,6 +73,8 @@ public:
     ~pinnedFunction();
 
     const function& operator*() const noexcept;
+    // True when the search began in the function's own directory.
+    bool isAtHome() const noexcept;
 
 private:
     struct memory;

@@ -22,14 +22,21 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
+    // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this one
+    // has no call in it: it is what running scripts does most.
     static genericSet::entry* variable(codecontext& context, scriptcontext& root, const scString& name) noexcept
     {
-        for (codecontext* block = &context; block; block = block->mpOuterBlock)
-            if (genericSet::entry* const local = block->mVariables.find(name))
+        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            if (block->mVariables.isIndexed()) [[unlikely]]
+                return variableIndexed(context, root, name);
+            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
                 return local;
-        if (genericSet::entry* const given = root.mParameters.find(name))
+        }
+        if (root.mParameters.isIndexed()) [[unlikely]]
+            return variableIndexed(context, root, name);
+        if (genericSet::entry* const given = root.mParameters.findByWalk(name))
             return given;
-        return global(root, name);
+        return root.mpGlobalVariables ? globalIndexed(root, name) : nullptr;
     }
     static genericSet::entry* parameter(scriptcontext& root, const scString& name) noexcept
     {
@@ -65,6 +72,9 @@ public:
 
 private:
     static scriptcontext* findPlainRoot(codecontext& context) noexcept;
+    static genericSet::entry* variableIndexed(codecontext& context, scriptcontext& root,
+                                              const scString& name) noexcept;
+    static genericSet::entry* globalIndexed(scriptcontext& root, const scString& name) noexcept;
 };
 
 // raisedIn for those who want to know whether anything is.

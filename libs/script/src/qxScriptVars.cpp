@@ -55,15 +55,15 @@ sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const s
 
 // The entry of a name that the statements of this scope see, in a chain that is plain; null for an unknown
 // name and for other chains. A variable that others can reach may have been written by them, so the epoch moves.
-genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
+inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
 {
     scriptcontext* const root = scope::plainRoot(context);
-    if (!root)
+    if (!root) [[unlikely]]
         return nullptr;
-    genericSet::entry* const found = where == scopeVariable    ? scope::variable(context, *root, name)
+    genericSet::entry* const found = where == scopeVariable ? scope::variable(context, *root, name)
                                      : where == scopeParameter ? scope::parameter(*root, name)
                                                                : scope::global(*root, name);
-    if (found && found->isShared())
+    if (found && found->isShared()) [[unlikely]]
         epoch::move();
     return found;
 }
@@ -218,22 +218,23 @@ private:
     }
 };
 
+template <eVarScope Scope>
 class getVariable final : public scriptbasestatement
 {
 public:
-    getVariable(eVarScope where, const scString& name) : mName(name), mScope(where) { offerShortCuts(0, writing::replaces); }
+    explicit getVariable(const scString& name) : mName(name) { offerShortCuts(0, writing::replaces); }
 
     statement* clone() const override { return new getVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (genericSet::entry* const variable = entryOf(context, mScope, mName))
+        if (genericSet::entry* const variable = entryOf(context, Scope, mName))
             result = variable->value();
         else
             result = read(context);
     }
     std::uint64_t smallValue(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (!variable)
             return cell::refused;
         const cell::word w = cell::access::load(variable->value());
@@ -241,7 +242,7 @@ public:
     }
     bool textValue(codecontext& context, textScratch& text) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (!variable)
             return false;
         const cell::word w = cell::access::load(variable->value());
@@ -253,17 +254,16 @@ public:
         return held != nullptr;
     }
 
-    template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        return new getVariable(Scope, requiredName(call, L"getVariable::createFrom: number of parameters < 1",
+        return new getVariable(requiredName(call, L"getVariable::createFrom: number of parameters < 1",
                                                    L"getVariable::parse: error setting variablename %s"));
     }
 
 private:
     const genericValue& read(codecontext& context) const
     {
-        switch (mScope) {
+        switch (Scope) {
         case scopeParameter:
             return context.parameter(mName);
         case scopeGlobal:
@@ -274,7 +274,6 @@ private:
     }
 
     scString mName;
-    eVarScope mScope;
 };
 
 // Gives the variable itself: a write through the value is a write to the variable.
@@ -451,7 +450,7 @@ const builtin rows[] = {
      .summary = L"Writes a global variable; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"getvar",
-     .create = getVariable::create<scopeVariable>,
+     .create = getVariable<scopeVariable>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of the innermost visible variable or parameter of this name.",
      .failures = {getFailures, L"Variable \"%s\" not found"}},
@@ -469,7 +468,7 @@ const builtin rows[] = {
                 L"is not looked at.",
      .failures = {addressFailures}},
     {.name = L"getparameter",
-     .create = getVariable::create<scopeParameter>,
+     .create = getVariable<scopeParameter>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of a parameter of the function.",
      .failures = {getFailures, L"Parameter \"%s\" not found"}},
@@ -487,7 +486,7 @@ const builtin rows[] = {
                 L"type is not looked at.",
      .failures = {addressFailures}},
     {.name = L"getglobalvar",
-     .create = getVariable::create<scopeGlobal>,
+     .create = getVariable<scopeGlobal>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of a global variable.",
      .failures = {getFailures, L"Global variable \"%s\" not found"}},

@@ -208,13 +208,35 @@ QXUTILS_API bool convert(word w, T& out);
     USE(qx::time)                                                                                            \
     USE(qx::timestamp)
 
-// The same, in place for what occurs most.
+// The integers in a range of kinds, and the texts among them, which have the int's value.
+constexpr bool isInteger(word w)
+{
+    return kindIn(w) - intKind <= uint64Kind - intKind;
+}
+constexpr bool isUnsigned(word w)
+{
+    return kindIn(w) == uintKind || kindIn(w) == ulongKind || kindIn(w) == uint64Kind;
+}
+
+// The same, in place for what occurs most. For short cuts: it knows the library's own conversions alone.
 template <class T>
 inline bool read(word w, T& out)
 {
     if constexpr (small<T>) {
         if (holds<T>(w)) {
             out = get<T>(w);
+            return true;
+        }
+    }
+    if constexpr (std::is_same_v<T, int> || std::is_same_v<T, long32>) {
+        if (isInteger(w)) {
+            out = valueTraits<T>::wrap(payloadIn(w));
+            return true;
+        }
+    } else if constexpr (std::is_same_v<T, double>) {
+        if (isInteger(w)) {
+            out = isUnsigned(w) ? static_cast<double>(payloadIn(w))
+                                : static_cast<double>(static_cast<int>(payloadIn(w)));
             return true;
         }
     }
@@ -236,13 +258,21 @@ public:
     {
         return __atomic_load_n(&value.mWord, __ATOMIC_RELAXED);
     }
-    // Puts a small word, or null, in place; the holder before it ends.
+    // Puts a word in place, where nobody else can reach; the holder before it ends. A holder's word comes with
+    // its count.
     static void store(genericValue& value, word small) noexcept
     {
         if (isHolder(load(value)))
             value.exchange(small);
         else
             __atomic_store_n(&value.mWord, small, __ATOMIC_RELAXED);
+    }
+    // Moves a value to where nobody else can reach.
+    static void place(genericValue& value, genericValue&& source) noexcept
+    {
+        const word w = load(source);
+        source.mWord = null;
+        store(value, w);
     }
     // The same for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.

@@ -60,11 +60,39 @@ string textIn(word w)
     return string(std::wstring(numberText(static_cast<int>(payloadIn(w))).view()));
 }
 
+namespace
+{
+
+// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a T.
+template <class T>
+bool readDecimal(long long number, T& out)
+{
+    using traits = valueTraits<T>;
+    if constexpr (traits::isFloating)
+        out = static_cast<T>(number);
+    else if constexpr (!traits::isInteger) {
+        if (number != 0 && number != 1)
+            return false;
+        out = number == 1;
+    } else {
+        if (number < static_cast<long long>(traits::min) || (number > 0 && static_cast<unsigned long long>(number) > traits::max))
+            return false;
+        out = traits::wrap(number);
+    }
+    return true;
+}
+
+} // namespace
+
 template <class T>
 bool convert(word w, T& out)
 {
     if (!isSmall(w))
         return false;
+    if constexpr (heldNumber<T>) {
+        if (kindIn(w) == decimalKind && !(longWayReasons.load(std::memory_order_acquire) & longWayConverters))
+            return readDecimal(static_cast<int>(payloadIn(w)), out);
+    }
     return visit(w, [&out](const auto& value) { return convertTo(out, value); });
 }
 

@@ -34,23 +34,6 @@ void genericSet::entry::drop() noexcept
 class genericSet::index : public std::unordered_map<scString, uint>
 {};
 
-bool genericSet::setGenericValue(const scString& name, const qx::genericValue& value, bool)
-{
-    if (entry* const existing = find(name))
-        existing->value() = value;
-    else
-        insert(name, qx::genericValue(value));
-    return true;
-}
-
-void genericSet::take(const scString& name, qx::genericValue&& value)
-{
-    if (entry* const existing = find(name))
-        existing->value() = std::move(value);
-    else
-        insert(name, std::move(value));
-}
-
 sharedPtr<qx::genericValue> genericSet::genericValue(const scString& name)
 {
     entry* const found = find(name);
