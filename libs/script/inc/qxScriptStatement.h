@@ -43,6 +43,9 @@ public:
     virtual std::uint64_t smallValue(codecontext& context) const;
     // The same value as text. False, with `text` unusable, where it declines.
     virtual bool textValue(codecontext& context, textScratch& text) const;
+    // The variable itself where the statement would give a copy of it; until something has an effect. Null
+    // unless nobody else can reach it.
+    virtual const genericValue* valueInPlace(codecontext& context) const;
 
     // Parses `text`, see statementParser::createStatementFrom.
     static statement* createFrom(const string& text, int flags);
@@ -113,8 +116,9 @@ protected:
         mShortCutDepth = operandDepth < deepest ? static_cast<unsigned char>(operandDepth + 1) : noShortCut;
         mKeepsType = written == writing::keepsType || written == writing::textKeepsType;
         mGivesText = written == writing::textReplaces || written == writing::textKeepsType;
+        stayInside();
     }
-    // The statement runs nothing but the engine's own code: no host, no system.
+    // The statement itself runs nothing but the engine's own code: no host, no system.
     void stayInside() noexcept { mStaysInside = true; }
 
 private:

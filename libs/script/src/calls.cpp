@@ -59,7 +59,9 @@ class callFunction final : public scriptbasestatement
 public:
     callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
         : mpCall(call), mArguments(std::move(arguments))
-    {}
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new callFunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -154,7 +156,7 @@ statement* callFunction::create(const callText& call)
 class _return final : public scriptbasestatement
 {
 public:
-    explicit _return(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
 
     statement* clone() const override { return new _return(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -188,7 +190,7 @@ private:
 class treatasfunction final : public scriptbasestatement
 {
 public:
-    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
 
     statement* clone() const override { return new treatasfunction(*this); }
     void execute(codecontext& context, genericValue& result) const override

@@ -39,7 +39,9 @@ class _if final : public scriptbasestatement
 public:
     _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
         : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
-    {}
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new _if(*this); }
     // What the branch gives is dropped. A signal raised in it is for whoever encloses this statement.
@@ -156,7 +158,9 @@ class _while final : public scriptbasestatement
 public:
     _while(ownedProvider condition, const sharedStatement& body)
         : mpCondition(std::move(condition)), mBody(body)
-    {}
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new _while(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -281,6 +285,8 @@ template <statementFlags Allowed, const scString& (*Signal)()>
 class raising final : public scriptbasestatement
 {
 public:
+    raising() { stayInside(); }
+
     statement* clone() const override { return new raising(*this); }
     void execute(codecontext& context, genericValue&) const override
     {

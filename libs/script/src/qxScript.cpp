@@ -115,6 +115,11 @@ bool statement::textValue(codecontext& context, textScratch& text) const
     return text.show(smallValue(context));
 }
 
+const genericValue* statement::valueInPlace(codecontext&) const
+{
+    return nullptr;
+}
+
 // The word that is in `result` once the value is written into it; `refused` where the long way has to tell.
 std::uint64_t statement::shortCut(codecontext& context, const genericValue& result) const
 {

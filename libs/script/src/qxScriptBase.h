@@ -22,9 +22,6 @@ class scriptbasestatement : public statement
 {
 public:
     void destroy() override { delete this; }
-
-protected:
-    scriptbasestatement() { stayInside(); }
 };
 
 // Root of built-ins whose parameters have names.
@@ -34,8 +31,6 @@ public:
     void destroy() override { delete this; }
 
 protected:
-    scriptbasesinglefunction() { stayInside(); }
-
     // Evaluates the parameter and reads it as a T. False, with `out` untouched, when it was not given or does
     // not read.
     template <readable T>
@@ -97,6 +92,8 @@ void replaceResult(genericValue& result, const T& value)
 class compoundstatement final : public scriptbasestatement
 {
 public:
+    compoundstatement() { stayInside(); }
+
     // Takes over `child` and appends it. A null child gives false and changes nothing.
     bool add(statement* child);
 
@@ -156,6 +153,12 @@ public:
             text.borrow(*mpLiteral);
         return mpLiteral || (mpShort && mpShort->textValue(context, text));
     }
+    const genericValue* valueInPlace(codecontext& context) const
+    {
+        return mpShort ? mpShort->valueInPlace(context) : nullptr;
+    }
+    // The text of a literal; null for what is none.
+    const string* literal() const noexcept { return mpLiteral; }
     // True when its value keeps the type of what it is written into.
     bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
     // True when its value is a text.
@@ -191,6 +194,22 @@ public:
     void fold()
     {
         mShort.fold<T>();
+    }
+
+    // Evaluates by a short cut into `value`, which is null and nobody else's. False, without an effect, where
+    // there is none. To be called only where cell::shortCutsAllowed.
+    bool evaluateShort(codecontext& context, genericValue& value) const
+    {
+        const cell::word w = mShort.smallValue(context);
+        if (w != cell::refused) {
+            cell::access::store(value, w);
+            return true;
+        }
+        textScratch text;
+        if (!mShort.givesText() || !mShort.textValue(context, text))
+            return false;
+        value = cell::made(text.take());
+        return true;
     }
 
     // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
@@ -232,20 +251,6 @@ public:
     }
 
 private:
-    bool evaluateShort(codecontext& context, genericValue& value) const
-    {
-        const cell::word w = mShort.smallValue(context);
-        if (w != cell::refused) {
-            cell::access::store(value, w);
-            return true;
-        }
-        textScratch text;
-        if (!mShort.givesText() || !mShort.textValue(context, text))
-            return false;
-        value = cell::made(text.take());
-        return true;
-    }
-
     autoPtr<valueProvider> mpProvider;
     shortOperand mShort;
 };

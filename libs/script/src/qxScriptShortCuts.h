@@ -43,6 +43,8 @@ public:
         mOwns = true;
         return true;
     }
+    // The same for a value that nobody else can reach, with a text of its own in place.
+    inline bool showInPlace(const genericValue& value);
     // The text for the caller to keep.
     string take() { return mOwns ? std::move(mOwn) : string(mView); }
 
@@ -62,6 +64,22 @@ T* heldInPlace(const genericValue& value) noexcept
     if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
         return nullptr;
     return static_cast<T*>(holder->heldAddress());
+}
+
+// The word of a value that is small or null; `refused` for one with a holder.
+inline cell::word smallIn(const genericValue& value) noexcept
+{
+    const cell::word w = cell::access::load(value);
+    return cell::isHolder(w) ? cell::refused : w;
+}
+
+inline bool textScratch::showInPlace(const genericValue& value)
+{
+    if (const string* const held = heldInPlace<string>(value)) {
+        borrow(*held);
+        return true;
+    }
+    return show(smallIn(value));
 }
 
 inline bool isSameKind(cell::word a, cell::word b)

@@ -99,7 +99,9 @@ class assignment : public scriptbasestatement
 protected:
     assignment(eVarScope where, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
         : mScope(where), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
-    {}
+    {
+        stayInside();
+    }
 
     eVarScope mScope;
     scString mName;
@@ -235,23 +237,18 @@ public:
     std::uint64_t smallValue(codecontext& context) const override
     {
         genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (!variable)
-            return cell::refused;
-        const cell::word w = cell::access::load(variable->value());
-        return cell::isHolder(w) ? cell::refused : w;
+        return variable ? smallIn(variable->value()) : cell::refused;
     }
     bool textValue(codecontext& context, textScratch& text) const override
     {
         genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (!variable)
-            return false;
-        const cell::word w = cell::access::load(variable->value());
-        if (!cell::isHolder(w))
-            return text.show(w);
-        const string* const held = variable->isShared() ? nullptr : heldInPlace<string>(variable->value());
-        if (held)
-            text.borrow(*held);
-        return held != nullptr;
+        return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
+                                                 : text.showInPlace(variable->value()));
+    }
+    const genericValue* valueInPlace(codecontext& context) const override
+    {
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable && !variable->isShared() ? &variable->value() : nullptr;
     }
 
     static statement* create(const callText& call)

@@ -233,6 +233,11 @@ inline bool read(word w, T& out)
             out = valueTraits<T>::wrap(payloadIn(w));
             return true;
         }
+    } else if constexpr (std::is_same_v<T, uint>) {
+        if (isInteger(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
+            out = payloadIn(w);
+            return true;
+        }
     } else if constexpr (std::is_same_v<T, double>) {
         if (isInteger(w)) {
             out = isUnsigned(w) ? static_cast<double>(payloadIn(w))
