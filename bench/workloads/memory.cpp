@@ -22,7 +22,7 @@ namespace
 long long heap()
 {
     const struct mallinfo2 now = mallinfo2();
-    return static_cast<long long>(now.uordblks + now.hblkhd);
+    return static_cast<long long>(now.uordblks) + static_cast<long long>(now.hblkhd);
 }
 
 // The largest size of the process so far; 0 where the system does not tell. getrusage would tell the largest

@@ -57,12 +57,12 @@ private:
 measured runTogether(const loadedFunction& function, int threads)
 {
     std::latch start(1);
-    std::vector<std::future<long long>> runs;
-    for (int i = 0; i < threads; ++i) {
-        runs.push_back(std::async(std::launch::async, [&] {
+    std::vector<std::future<long long>> runs(static_cast<std::size_t>(threads));
+    for (std::future<long long>& run : runs) {
+        run = std::async(std::launch::async, [&] {
             start.wait();
             return function.run();
-        }));
+        });
     }
     std::vector<long long> sums;
     measured all = byTheClock([&] {
