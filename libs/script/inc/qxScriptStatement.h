@@ -105,9 +105,9 @@ protected:
     // Where that is too great it has none, so that short cuts take a bounded piece of the stack.
     enum class writing : unsigned char
     {
-        replaces,        // what it is written into
-        keepsType,       // of what it is written into
-        textReplaces,    // the same two with a text
+        replaces,     // what it is written into
+        keepsType,    // of what it is written into
+        textReplaces, // the same two with a text
         textKeepsType
     };
     void offerShortCuts(unsigned operandDepth, writing written) noexcept
@@ -123,6 +123,7 @@ protected:
 
 private:
     std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
+    bool takeTextShortCut(codecontext& context, genericValue& result) const;
     template <class Work>
     void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);
@@ -180,6 +181,10 @@ protected:
     // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with
     // `value` untouched, when the call did not give it.
     bool getParamValue(const wchar_t* name, codecontext& context, genericValue& value) const;
+
+    // What is bound to the declared parameter of this place, from 0. Borrowed; null when the call did not
+    // give it.
+    const valueProvider* boundProvider(std::size_t place) const;
 
 private:
     // One word of a declaration: a name, a null name, or a required flag.

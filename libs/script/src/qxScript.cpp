@@ -70,7 +70,7 @@ void statement::exec(codecontext& context, genericValue& result) const
     const cell::word w = shortCut(context, result);
     if (w != cell::refused)
         cell::access::store(result, w);
-    else
+    else if (!mGivesText || !takeTextShortCut(context, result))
         guarded([&] { execute(context, result); });
 }
 
@@ -85,7 +85,9 @@ void statement::execNested(codecontext& context, genericValue& result) const
     // The result may be a variable that others can reach.
     const cell::word before = cell::access::load(result);
     const cell::word w = shortCut(context, result);
-    if (w == cell::refused || cell::isHolder(before) || !cell::access::storeIf(result, before, w))
+    if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
+        return;
+    if (!mGivesText || !takeTextShortCut(context, result))
         guarded([&] { execute(context, result); });
 }
 
@@ -123,10 +125,26 @@ const genericValue* statement::valueInPlace(codecontext&) const
 // The word that is in `result` once the value is written into it; `refused` where the long way has to tell.
 std::uint64_t statement::shortCut(codecontext& context, const genericValue& result) const
 {
-    if (mShortCutDepth == noShortCut || !cell::shortCutsAllowed())
+    if (mShortCutDepth == noShortCut || mGivesText || !cell::shortCutsAllowed())
         return cell::refused;
     const cell::word value = smallValue(context);
     return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
+}
+
+// The same for a text, written at once. Not inline, so that statements without a text do not have the room for
+// one on the stack.
+bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
+{
+    const cell::word before = cell::access::load(result);
+    const bool isText = before == cell::null || cell::kindIn(before) == cell::decimalKind;
+    if (mShortCutDepth == noShortCut || cell::isHolder(before) || (mKeepsType && !isText) ||
+        !cell::shortCutsAllowed())
+        return false;
+    textScratch text;
+    if (!textValue(context, text))
+        return false;
+    genericValue made = text.takeValue();
+    return cell::access::moveIf(result, before, made);
 }
 
 void statement::trace(const wchar_t* format) const

@@ -6,6 +6,36 @@
 namespace qx::script
 {
 
+// --- Results and operands ---
+
+void writeToSlot(genericValue& result, string&& text)
+{
+    const cell::word before = cell::access::load(result);
+    if (before == cell::null || cell::kindIn(before) == cell::decimalKind) {
+        genericValue made = cell::made(std::move(text));
+        if (cell::access::moveIf(result, before, made))
+            return;
+        made.getValue(text); // somebody else has written meanwhile
+    }
+    writeToSlot(result, std::as_const(text));
+}
+
+bool boundOperand::readLongText(codecontext& context, textScratch& text) const
+{
+    genericValue value;
+    if (!mpBound || !mpBound->getValue(context, value))
+        return false;
+    if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
+        return true;
+    string read;
+    if (string* const sole = soleText(value))
+        read.swap(*sole);
+    else if (!value.getValue(read))
+        return false;
+    text.own(std::move(read));
+    return true;
+}
+
 // --- compoundstatement ---
 
 bool compoundstatement::add(statement* child)
@@ -92,6 +122,11 @@ const singlefunction::parameter* singlefunction::find(std::wstring_view name) co
         if (p.name == name)
             return &p;
     return nullptr;
+}
+
+const valueProvider* singlefunction::boundProvider(std::size_t place) const
+{
+    return place < mParams.size() ? &*mParams[place].provider : nullptr;
 }
 
 bool singlefunction::getParamValue(const wchar_t* name, codecontext& context, genericValue& value) const

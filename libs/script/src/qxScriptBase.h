@@ -53,6 +53,9 @@ protected:
 private:
     template <class Statement>
     friend statement* createNamed(const callText& call);
+
+    // Once the parameters are bound.
+    virtual void parsed() {}
 };
 
 // Makes a statement with named parameters. It tells its name in messages and what it declares:
@@ -67,6 +70,7 @@ statement* createNamed(const callText& call)
     bound.parse(
         Statement::messageName, call.params, call.flags,
         std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    bound.parsed();
     return made.release();
 }
 
@@ -81,11 +85,18 @@ void writeToSlot(genericValue& result, const T& value)
         throw false;
 }
 
+// The same with a text that may be emptied.
+void writeToSlot(genericValue& result, string&& text);
+
 // The result becomes a fresh value, whatever it held.
 template <holdable T>
 void replaceResult(genericValue& result, const T& value)
 {
     result = genericValue(value);
+}
+inline void replaceResult(genericValue& result, string&& text)
+{
+    result = cell::made(std::move(text));
 }
 
 // A block: statements in text order, run in a scope of their own.
@@ -108,8 +119,8 @@ private:
     std::vector<sharedPtr<statement>> mStatements;
 };
 
-// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from the
-// provider.
+// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from
+// the provider.
 class shortOperand
 {
 public:
@@ -146,6 +157,17 @@ public:
     {
         return mpShort ? mpShort->smallValue(context) : mWord;
     }
+    // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
+    // read.
+    template <class T>
+    bool read(codecontext& context, T& out) const
+    {
+        const cell::word w = smallValue(context);
+        if constexpr (heldNumber<T>)
+            if (w == cell::refused && givesText())
+                return readTextAs(context, out);
+        return cell::read(w, out);
+    }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
     {
@@ -167,27 +189,27 @@ public:
     const statement* nested() const noexcept { return mpNested; }
 
 private:
+    // Not inline, so that not every reader of a number has room for a text.
+    template <heldNumber T>
+    [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
+    {
+        textScratch text;
+        return textValue(context, text) && readNumber(text.view(), out);
+    }
+
     const statement* mpNested = nullptr; // null for a literal
     const statement* mpShort = nullptr;  // the same if it has short cuts
     const string* mpLiteral = nullptr;   // null for what is no literal
     cell::word mWord = cell::refused;    // of a literal
 };
 
-// A provider that a statement owns; copies of the statement get one of their own. May be null.
-class ownedProvider
+// What a statement asks of a provider, which it borrows and which may be null.
+class boundOperand
 {
 public:
-    ownedProvider() = default;
-    explicit ownedProvider(valueProvider* provider) : mpProvider(provider), mShort(provider) {}
-    ownedProvider(const ownedProvider& other) : ownedProvider(other ? other->clone() : nullptr)
-    {
-        mShort.foldAs(other.mShort);
-    }
-    ownedProvider(ownedProvider&&) noexcept = default;
-    ownedProvider& operator=(ownedProvider&&) noexcept = default;
+    explicit boundOperand(const valueProvider* provider = nullptr) : mpBound(provider), mShort(provider) {}
 
-    const valueProvider* operator->() const { return &*mpProvider; }
-    explicit operator bool() const noexcept { return static_cast<bool>(mpProvider); }
+    explicit operator bool() const noexcept { return mpBound != nullptr; }
 
     const shortOperand& shortCut() const noexcept { return mShort; }
     template <class T>
@@ -195,6 +217,8 @@ public:
     {
         mShort.fold<T>();
     }
+    // The same as a twin did that was made from the same text.
+    void foldAs(const boundOperand& twin) noexcept { mShort.foldAs(twin.mShort); }
 
     // Evaluates by a short cut into `value`, which is null and nobody else's. False, without an effect, where
     // there is none. To be called only where cell::shortCutsAllowed.
@@ -208,7 +232,7 @@ public:
         textScratch text;
         if (!mShort.givesText() || !mShort.textValue(context, text))
             return false;
-        value = cell::made(text.take());
+        cell::access::fill(value, text.takeValue());
         return true;
     }
 
@@ -226,7 +250,7 @@ public:
     bool write(codecontext& context, genericValue& value) const
     {
         if (!mShort.nested())
-            return mpProvider && mpProvider->getValue(context, value);
+            return mpBound && mpBound->getValue(context, value);
         mShort.nested()->execNested(context, value);
         return true;
     }
@@ -235,24 +259,56 @@ public:
     template <readable T>
     bool read(codecontext& context, T& out) const
     {
-        if constexpr (cell::small<T>) {
-            const cell::word w = cell::shortCutsAllowed() ? mShort.smallValue(context) : cell::refused;
-            if (w != cell::refused)
-                return cell::read(w, out);
-        } else if constexpr (std::is_same_v<T, string>) {
+        if constexpr (std::is_same_v<T, string>) {
             textScratch text;
-            if (cell::shortCutsAllowed() && mShort.textValue(context, text)) {
-                out = text.take();
-                return true;
-            }
+            if (!readText(context, text))
+                return false;
+            out = text.take();
+            return true;
+        } else {
+            if constexpr (cell::small<T>)
+                if (cell::shortCutsAllowed() && mShort.read(context, out))
+                    return true;
+            genericValue value;
+            if (!evaluate(context, value))
+                return false;
+            if constexpr (heldNumber<T>)
+                if (const string* const text = soleText(value); text && cell::shortCutsAllowed())
+                    return readNumber(*text, out);
+            return value.getValue(out);
         }
-        genericValue value;
-        return evaluate(context, value) && value.getValue(out);
+    }
+
+    // The same for a text. What `text` borrows holds until something has an effect, such as another operand.
+    bool readText(codecontext& context, textScratch& text) const
+    {
+        return (cell::shortCutsAllowed() && mShort.textValue(context, text)) || readLongText(context, text);
     }
 
 private:
-    autoPtr<valueProvider> mpProvider;
+    bool readLongText(codecontext& context, textScratch& text) const;
+
+    const valueProvider* mpBound;
     shortOperand mShort;
+};
+
+// A provider that a statement owns; copies of the statement get one of their own. May be null.
+class ownedProvider : public boundOperand
+{
+public:
+    ownedProvider() = default;
+    explicit ownedProvider(valueProvider* provider) : boundOperand(provider), mpProvider(provider) {}
+    ownedProvider(const ownedProvider& other) : ownedProvider(other ? other->clone() : nullptr)
+    {
+        foldAs(other);
+    }
+    ownedProvider(ownedProvider&&) noexcept = default;
+    ownedProvider& operator=(ownedProvider&&) noexcept = default;
+
+    const valueProvider* operator->() const { return &*mpProvider; }
+
+private:
+    autoPtr<valueProvider> mpProvider;
 };
 
 // The depth of several operands, for offerShortCuts: that of the deepest, noShortCut if one has none.

@@ -20,6 +20,17 @@ public:
             decided = truthOf(mOperands[i], context) == Decisive;
         replaceResult(result, decided == Decisive);
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        for (const ownedProvider& operand : mOperands) {
+            bool truth = false;
+            if (!operand.shortCut().read(context, truth))
+                return cell::refused;
+            if (truth == Decisive)
+                return cell::make(Decisive);
+        }
+        return cell::make(!Decisive);
+    }
 
     // REQUIRED: `or` reports with the words of `and`. Held by the script test operator/refused.
     static statement* createFrom(const callText& call)
@@ -30,6 +41,12 @@ public:
             made->mOperands.push_back(requireProvider(call, i, L"and::createFrom: error parsing %s"));
         if (made->mOperands.size() < 2)
             refuse(L"and::createFrom: invalid number of parameters");
+        unsigned depth = 0;
+        for (ownedProvider& operand : made->mOperands) {
+            operand.fold<bool>();
+            depth = std::max(depth, depthOf(operand));
+        }
+        made->offerShortCuts(depth, writing::replaces);
         return made.release();
     }
 

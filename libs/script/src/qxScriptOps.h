@@ -10,10 +10,14 @@
 namespace qx::script
 {
 
-// Reads an operand. Throws the bool value false for a null value and one that does not convert.
+// Reads an operand, which is nobody else's and may be emptied. Throws the bool value false for a null value
+// and one that does not convert.
 template <readable T>
 T operandOf(const genericValue& value)
 {
+    if constexpr (std::is_same_v<T, string>)
+        if (string* const sole = soleText(value))
+            return std::move(*sole);
     T operand{};
     if (!value.getValue(operand))
         throw false;
@@ -32,10 +36,7 @@ struct shortly<T>
 {
     static constexpr bool possible = true;
 
-    bool read(const shortOperand& operand, codecontext& context)
-    {
-        return cell::read(operand.smallValue(context), value);
-    }
+    bool read(const shortOperand& operand, codecontext& context) { return operand.read(context, value); }
     const T& get() const { return value; }
 
     T value{};
@@ -137,8 +138,8 @@ private:
                 mpFirst.fold<firstType>();
             if constexpr (cell::small<secondType>)
                 mpSecond.fold<secondType>();
-            offerShortCuts(depthOf(mpFirst, mpSecond), cell::small<resultType> ? writing::keepsType
-                                                                               : writing::textKeepsType);
+            offerShortCuts(depthOf(mpFirst, mpSecond),
+                           cell::small<resultType> ? writing::keepsType : writing::textKeepsType);
         }
     }
 };
@@ -163,7 +164,7 @@ public:
     std::uint64_t smallValue(codecontext& context) const override
     {
         operandType operand{};
-        if (!cell::read(mpOperand.shortCut().smallValue(context), operand))
+        if (!mpOperand.shortCut().read(context, operand))
             return cell::refused;
         return cell::make(F()(operand));
     }

@@ -28,7 +28,6 @@ public:
     {
         mOwn = std::move(text);
         mView = mOwn;
-        mOwns = true;
     }
     // The text of what a small word holds. False for null and for what is no small value.
     bool show(cell::word w)
@@ -40,19 +39,39 @@ public:
         if (!cell::convert(w, mOwn))
             return false;
         mView = mOwn;
-        mOwns = true;
         return true;
     }
     // The same for a value that nobody else can reach, with a text of its own in place.
     inline bool showInPlace(const genericValue& value);
-    // The text for the caller to keep.
-    string take() { return mOwns ? std::move(mOwn) : string(mView); }
+    // A text of so many characters, for the caller to write. Short ones lie in here, without an allocation.
+    wchar_t* room(std::size_t size)
+    {
+        wchar_t* const place = size <= std::size(mRoom) ? mRoom : (mOwn.resize(size), mOwn.data());
+        mView = std::wstring_view(place, size);
+        return place;
+    }
+    // Leaves a piece of the text. `from` must lie within it.
+    void narrow(std::size_t from, std::size_t size = std::wstring_view::npos)
+    {
+        mView = mView.substr(from, size);
+    }
+
+    // The text for the caller to keep, as a text and as a value.
+    string take()
+    {
+        return mView.data() == mOwn.data() && mView.size() == mOwn.size() ? std::move(mOwn) : string(mView);
+    }
+    genericValue takeValue()
+    {
+        const cell::word w = cell::makeText(mView);
+        return w != cell::refused ? cell::access::made(w) : cell::made(take());
+    }
 
 private:
     std::wstring_view mView;
     std::optional<numberText> mNumber;
     string mOwn;
-    bool mOwns = false;
+    wchar_t mRoom[64];
 };
 
 // The holder's value, if `value` holds exactly a T behind a holder; nothing is converted. For values that
@@ -80,6 +99,17 @@ inline bool textScratch::showInPlace(const genericValue& value)
         return true;
     }
     return show(smallIn(value));
+}
+
+// The text in a value that nobody else can reach at this moment, if that is a text and nobody shares its
+// holder: then it may be emptied. Null otherwise.
+inline string* soleText(const genericValue& value) noexcept
+{
+    string* const held = heldInPlace<string>(value);
+    if (!held ||
+        interlockedRead(counterPlace<genericValue::holderbase>::obtain(cell::access::holder(value))) != 1u)
+        return nullptr;
+    return held;
 }
 
 inline bool isSameKind(cell::word a, cell::word b)

@@ -1,9 +1,10 @@
 // Text functions. Positions and lengths count UTF-16 code units, from 0.
-#include "qxScriptBase.h"
 #include "qxScriptModules.h"
+#include "qxScriptNamed.h"
 
 #include "qxHeldTypes.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace qx::script
@@ -12,154 +13,171 @@ namespace qx::script
 namespace
 {
 
-// Base of the functions with named parameters: each works on the text `this`.
-class textFunction : public scriptbasesinglefunction
-{
-protected:
-    string requireText(codecontext& context) const
-    {
-        return require<string>(L"this", context, L"error retrieving string");
-    }
-};
+constexpr const wchar_t* noText = L"error retrieving string";
 
-class scr_strlower final : public textFunction
+struct lowerCase
 {
-public:
     static constexpr const wchar_t* messageName = L"strlower";
     static constexpr declaredParameter declared[] = {{L"this", true}};
+    static constexpr const wchar_t* unreadable[] = {noText};
+    using operands = operandTypes<string>;
 
-    statement* clone() const override { return new scr_strlower(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        replaceResult(result, requireText(context).toLower());
-    }
+    static void of(textScratch& text) { text.own(std::move(text.take().toLower())); }
 };
 
-class scr_strupper final : public textFunction
+struct upperCase
 {
-public:
     static constexpr const wchar_t* messageName = L"strupper";
     static constexpr declaredParameter declared[] = {{L"this", true}};
+    static constexpr const wchar_t* unreadable[] = {noText};
+    using operands = operandTypes<string>;
 
-    statement* clone() const override { return new scr_strupper(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        replaceResult(result, requireText(context).toUpper());
-    }
+    static void of(textScratch& text) { text.own(std::move(text.take().toUpper())); }
 };
 
-class scr_strreplace final : public textFunction
+struct replacement
 {
-public:
     static constexpr const wchar_t* messageName = L"strreplace";
     static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}, {L"with", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving string to exchange",
+                                                    L"error retrieving exchange string"};
+    using operands = operandTypes<string, string, string>;
 
-    statement* clone() const override { return new scr_strreplace(*this); }
-    void execute(codecontext& context, genericValue& result) const override
+    static void of(textScratch& text, std::wstring_view what, std::wstring_view with)
     {
-        string text = requireText(context);
-        const auto what = require<string>(L"what", context, L"error retrieving string to exchange");
-        const auto with = require<string>(L"with", context, L"error retrieving exchange string");
-        replaceResult(result, text.replace(what, with));
+        if (text.view().find(what) != std::wstring_view::npos)
+            text.own(std::move(text.take().replace(what, with)));
     }
 };
 
-class scr_strdelspaces final : public textFunction
+struct withoutSpaces
 {
-public:
     static constexpr const wchar_t* messageName = L"strdelspaces";
     static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+    using operands = operandTypes<string, string>;
 
-    statement* clone() const override { return new scr_strdelspaces(*this); }
     // A word other than these leaves the text as it is.
-    void execute(codecontext& context, genericValue& result) const override
+    static void of(textScratch& text, std::wstring_view where)
     {
-        const wchar_t* const spaces = L" \t";
-        string text = requireText(context);
-        auto where = require<string>(L"where", context, L"error retrieving where-identification");
-        where.toLower();
-        if (where == L"leading")
-            text.deleteLeading(spaces);
-        else if (where == L"trailing")
-            text.deleteTrailing(spaces);
-        else if (where == L"all")
-            text.deleteAll(spaces);
-        replaceResult(result, text);
+        constexpr std::wstring_view spaces = L" \t";
+        const string word = string(where).toLower();
+        if (word == L"leading")
+            text.narrow(std::min(text.view().find_first_not_of(spaces), text.view().size()));
+        else if (word == L"trailing")
+            text.narrow(0, text.view().find_last_not_of(spaces) + 1);
+        else if (word == L"all")
+            text.own(std::move(text.take().deleteAll(spaces)));
     }
 };
 
-class scr_strsplit final : public textFunction
+struct position
 {
-public:
+    static constexpr const wchar_t* messageName = L"strfind";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving what"};
+    using operands = operandTypes<string, string>;
+
+    // -1 where the text does not occur.
+    static long32 of(std::wstring_view text, std::wstring_view what)
+    {
+        const std::size_t found = text.find(what);
+        return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
+    }
+};
+
+struct pieces
+{
     static constexpr const wchar_t* messageName = L"strsplit";
     static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+};
 
+class scr_strsplit final : public namedoperands<pieces>
+{
+public:
     statement* clone() const override { return new scr_strsplit(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string text = requireText(context);
-        const auto where = require<string>(L"where", context, L"error retrieving where-identification");
+        const auto text = require<string>(0, context);
+        const auto where = require<string>(1, context);
         std::vector<string> parts;
         text.splitAt(where, parts, false);
         replaceResult(result, valueArray(parts.begin(), parts.end()));
     }
 };
 
-class scr_strfind final : public textFunction
+struct piece
 {
-public:
-    static constexpr const wchar_t* messageName = L"strfind";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}};
-
-    statement* clone() const override { return new scr_strfind(*this); }
-    // -1 where the text does not occur.
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        const string text = requireText(context);
-        const auto what = require<string>(L"what", context, L"error retrieving what");
-        const std::size_t found = text.find(what);
-        replaceResult(result, long32(found == string::npos ? -1 : static_cast<int>(found)));
-    }
-};
-
-class scr_substr final : public textFunction
-{
-public:
     static constexpr const wchar_t* messageName = L"substr";
     static constexpr declaredParameter declared[] = {{L"this", true}, {L"sidx", true}, {L"len", false}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving start index"};
+};
 
+class scr_substr final : public namedoperands<piece>
+{
+public:
     statement* clone() const override { return new scr_substr(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string text = requireText(context);
-        const int start = require<int>(L"sidx", context, L"error retrieving start index");
+        string text = require<string>(0, context);
+        const int start = require<int>(1, context);
         int length = -1;
-        read(L"len", context, length);
-        if (length < 0)
-            length = std::numeric_limits<int>::max();
+        mOperands[2].read(context, length);
         // REQUIRED: the last index of an empty text wraps, so that every start passes, and the piece itself
         // throws std::out_of_range for all but 0.
         if (static_cast<uint64>(start) > static_cast<uint64>(text.size()) - 1)
             execError(this, L"start index out of range");
-        replaceResult(result,
-                      string(text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(length))));
+        replaceResult(result, string(text.substr(static_cast<std::size_t>(start), sizeOf(length))));
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        int start = 0;
+        int length = -1;
+        if (!mOperands[0].shortCut().textValue(context, text) ||
+            !mOperands[1].shortCut().read(context, start) ||
+            (mOperands[2] && !mOperands[2].shortCut().read(context, length)))
+            return false;
+        const std::size_t from = static_cast<std::size_t>(start);
+        if (from >= text.view().size() && (from != 0 || !text.view().empty()))
+            return false;
+        text.narrow(from, sizeOf(length));
+        return true;
+    }
+
+private:
+    void parsed() override { offer(writing::textReplaces, operandTypes<string, int, int>()); }
+
+    // Less than nothing stands for all that follows.
+    static std::size_t sizeOf(int length)
+    {
+        return static_cast<std::size_t>(length < 0 ? std::numeric_limits<int>::max() : length);
     }
 };
 
 class scr_strlen final : public scriptbasestatement
 {
 public:
-    explicit scr_strlen(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit scr_strlen(ownedProvider value) : mpValue(std::move(value))
+    {
+        offerShortCuts(depthOf(mpValue), writing::keepsType);
+    }
 
     statement* clone() const override { return new scr_strlen(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         if (!mpValue)
             execError(this, L"error retrieving string (1)");
-        string text;
-        if (!mpValue.read(context, text))
+        textScratch text;
+        if (!mpValue.readText(context, text))
             execError(this, L"error retrieving string (2)");
-        writeToSlot(result, uint64(text.size()));
+        writeToSlot(result, uint64(text.view().size()));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        textScratch text;
+        return mpValue.shortCut().textValue(context, text) ? cell::make(uint64(text.view().size()))
+                                                           : cell::refused;
     }
 
     static statement* create(const callText& call)
@@ -176,19 +194,30 @@ private:
 class scr_strcat final : public scriptbasestatement
 {
 public:
-    explicit scr_strcat(std::vector<ownedProvider> values) : mValues(std::move(values)) {}
+    explicit scr_strcat(std::vector<ownedProvider> values) : mValues(std::move(values))
+    {
+        // An operand is found while all before it wait on the stack.
+        unsigned depth = 0;
+        for (unsigned i = 0; i < mValues.size(); ++i)
+            depth = std::max(depth, i + mValues[i].shortCut().depth());
+        offerShortCuts(depth, writing::textKeepsType);
+    }
 
     statement* clone() const override { return new scr_strcat(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         string joined;
         for (const ownedProvider& value : mValues) {
-            string text;
-            if (!value.read(context, text))
+            textScratch text;
+            if (!value.readText(context, text))
                 execError(this, L"error retrieving string");
-            joined += text;
+            joined += text.view();
         }
-        writeToSlot(result, joined);
+        writeToSlot(result, std::move(joined));
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        return join(context, 0, 0, text) != nullptr;
     }
 
     static statement* create(const callText& call)
@@ -203,6 +232,21 @@ public:
     }
 
 private:
+    // Finds the texts of the operands from `i` on, makes room for them behind the `size` characters of those
+    // before, and writes each into its place on the way back: one allocation whatever their number. Gives the
+    // place of the first; null where an operand declines.
+    wchar_t* join(codecontext& context, std::size_t i, std::size_t size, textScratch& joined) const
+    {
+        if (i == mValues.size())
+            return joined.room(size) + size;
+        textScratch text;
+        if (!mValues[i].shortCut().textValue(context, text))
+            return nullptr;
+        const std::wstring_view piece = text.view();
+        wchar_t* const end = join(context, i + 1, size + piece.size(), joined);
+        return end ? std::copy(piece.begin(), piece.end(), end - piece.size()) - piece.size() : nullptr;
+    }
+
     std::vector<ownedProvider> mValues;
 };
 
@@ -225,24 +269,24 @@ const builtin rows[] = {
                   L"strcat::createFrom: error parsing \"%s\"\n"
                   L"error retrieving string"}},
     {.name = L"strlower",
-     .create = createNamed<scr_strlower>,
+     .create = createNamed<namedtextoperation<lowerCase>>,
      .parameters = L"(this)",
      .summary = L"Gives the text in lower case.",
      .failures = {L"error retrieving string"}},
     {.name = L"strupper",
-     .create = createNamed<scr_strupper>,
+     .create = createNamed<namedtextoperation<upperCase>>,
      .parameters = L"(this)",
      .summary = L"Gives the text in upper case.",
      .failures = {L"error retrieving string"}},
     {.name = L"strreplace",
-     .create = createNamed<scr_strreplace>,
+     .create = createNamed<namedtextoperation<replacement>>,
      .parameters = L"(this, what, with)",
      .summary = L"Gives the text with each `what` replaced by `with`.",
      .failures = {L"error retrieving string\n"
                   L"error retrieving string to exchange\n"
                   L"error retrieving exchange string"}},
     {.name = L"strdelspaces",
-     .create = createNamed<scr_strdelspaces>,
+     .create = createNamed<namedtextoperation<withoutSpaces>>,
      .parameters = L"(this, where)",
      .summary = L"Gives the text without its blanks and tabulators: `leading`, `trailing` or `all`.",
      .failures = {L"error retrieving string\n"
@@ -254,7 +298,7 @@ const builtin rows[] = {
      .failures = {L"error retrieving string\n"
                   L"error retrieving where-identification"}},
     {.name = L"strfind",
-     .create = createNamed<scr_strfind>,
+     .create = createNamed<namedoperation<position>>,
      .parameters = L"(this, what)",
      .summary = L"Gives the position of the first `what`, from 0, or -1.",
      .failures = {L"error retrieving string\n"

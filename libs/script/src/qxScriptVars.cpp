@@ -54,7 +54,8 @@ sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const s
 }
 
 // The entry of a name that the statements of this scope see, in a chain that is plain; null for an unknown
-// name and for other chains. A variable that others can reach may have been written by them, so the epoch moves.
+// name and for other chains. A variable that others can reach may have been written by them, so the epoch
+// moves.
 inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
 {
     scriptcontext* const root = scope::plainRoot(context);
@@ -213,9 +214,10 @@ private:
         if (w != cell::refused)
             return writeSmall(variable, w, value.keepsType());
         textScratch text;
-        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) || !value.textValue(context, text))
+        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) ||
+            !value.textValue(context, text))
             return false;
-        variable.value() = cell::made(text.take());
+        cell::access::fill(variable.value(), text.takeValue());
         return true;
     }
 };
@@ -303,7 +305,10 @@ private:
 class isnull final : public scriptbasestatement
 {
 public:
-    explicit isnull(ownedProvider value) : mpValue(std::move(value)) { offerShortCuts(depthOf(mpValue), writing::replaces); }
+    explicit isnull(ownedProvider value) : mpValue(std::move(value))
+    {
+        offerShortCuts(depthOf(mpValue), writing::replaces);
+    }
 
     statement* clone() const override { return new isnull(*this); }
     std::uint64_t smallValue(codecontext& context) const override

@@ -75,7 +75,8 @@ inline constexpr kind kindOf<time> = timeKind;
 
 // The types whose values lie in the word, nearly all of them.
 template <class T>
-concept small = kindOf<T> != noKind || std::is_same_v<T, double>;
+concept small = kindOf<T>
+!= noKind || std::is_same_v<T, double>;
 
 inline constexpr word doubleOffset = word(7) << 48;
 inline constexpr word greatestDouble = word(0xfff8) << 48; // the bits beyond are NaNs with a payload
@@ -148,9 +149,15 @@ constexpr T get(word w)
         return std::bit_cast<T>(payloadIn(w));
 }
 
+QXUTILS_API word makeDecimal(std::wstring_view text) noexcept;
+
 // The word of a text that is just the decimal form of an int, without leading zeros, blanks or a plus;
 // `refused` for others.
-QXUTILS_API word makeText(std::wstring_view text) noexcept;
+inline word makeText(std::wstring_view text) noexcept
+{
+    constexpr std::size_t longest = 11; // -2147483648
+    return text.empty() || text.size() > longest || text[0] > L'9' ? refused : makeDecimal(text);
+}
 // The text of a word of that kind.
 QXUTILS_API string textIn(word w);
 
@@ -272,13 +279,6 @@ public:
         else
             __atomic_store_n(&value.mWord, small, __ATOMIC_RELAXED);
     }
-    // Moves a value to where nobody else can reach.
-    static void place(genericValue& value, genericValue&& source) noexcept
-    {
-        const word w = load(source);
-        source.mWord = null;
-        store(value, w);
-    }
     // The same for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.
     static bool storeIf(genericValue& value, word before, word small) noexcept
@@ -294,11 +294,23 @@ public:
         source.mWord = null;
         return true;
     }
+    // Moves what `source` holds to where nobody else can reach.
+    static void fill(genericValue& value, genericValue&& source) noexcept
+    {
+        store(value, std::exchange(source.mWord, null));
+    }
     // A value of a small word, or null.
     static genericValue made(word small) noexcept
     {
         genericValue value;
         value.mWord = small;
+        return value;
+    }
+    // A value of that holder.
+    static genericValue made(sharedPtr<genericValue::holderbase> holder) noexcept
+    {
+        genericValue value;
+        value.adopt(std::move(holder));
         return value;
     }
     // The holder of a value that nobody else can reach at this moment; null where it has none.
@@ -323,9 +335,9 @@ QXUTILS_API genericValue made(string&& text);
 // Why whoever runs scripts has to go the long way.
 enum longWay : unsigned
 {
-    longWayWanted = 1,      // somebody switched the short cuts off
-    longWayTraced = 2,      // somebody listens to the run of each statement
-    longWayConverters = 4   // the conversions between small values and text are not the library's own alone
+    longWayWanted = 1,    // somebody switched the short cuts off
+    longWayTraced = 2,    // somebody listens to the run of each statement
+    longWayConverters = 4 // the conversions between small values and text are not the library's own alone
 };
 extern QXUTILS_API std::atomic<unsigned> longWayReasons;
 

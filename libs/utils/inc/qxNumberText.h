@@ -70,17 +70,21 @@ public:
     }
 
     // Borrowed from this object.
-    std::wstring_view view() const noexcept { return {mCharacters, mSize}; }
+    std::wstring_view view() const noexcept { return {mCharacters + mFirst, mSize}; }
 
 private:
     void write(long long value) noexcept;
     void write(unsigned long long value) noexcept;
     void write(std::string_view characters) noexcept;
+    void writeDigits(unsigned long long magnitude, bool negative) noexcept;
     void writeFloating(float value) noexcept;
     void writeFloating(double value) noexcept;
 
-    wchar_t mCharacters[32]; // the longest: a sign, "0.000000" and 17 digits
-    std::size_t mSize = 0;
+    static constexpr unsigned longest = 32; // a sign, "0.000000" and 17 digits
+
+    wchar_t mCharacters[longest];
+    unsigned mFirst = 0;
+    unsigned mSize = 0;
 };
 
 } // namespace qx

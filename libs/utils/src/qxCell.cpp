@@ -4,6 +4,8 @@
 #include "qxHeldTypes.h"
 #include "qxPlainConversion.h"
 
+#include <cmath>
+
 namespace qx::cell
 {
 
@@ -16,6 +18,11 @@ using typeconvert::plainConversion;
 using typeconvert::plainPair;
 using typeconvert::typeConversionManager;
 
+bool onlyOwnConversions() noexcept
+{
+    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
+}
+
 // By the rules of the conversion manager, which is asked where others may have added to them.
 template <class To, class From>
 bool convertTo(To& to, const From& from)
@@ -25,19 +32,60 @@ bool convertTo(To& to, const From& from)
         return true;
     } else {
         if constexpr (plainPair<To, From>)
-            if (!(longWayReasons.load(std::memory_order_acquire) & longWayConverters))
+            if (onlyOwnConversions())
                 return plainConversion<To, From>::run(to, from, 0);
         return typeConversionManager::instance().convert(typeid(To), &to, typeid(From), &from, 0, nullptr);
     }
 }
 
+// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a T.
+template <heldNumber T>
+bool readDecimal(long long number, T& out)
+{
+    using traits = valueTraits<T>;
+    if constexpr (traits::isFloating)
+        out = static_cast<T>(number);
+    else if constexpr (!traits::isInteger) {
+        if (number != 0 && number != 1)
+            return false;
+        out = number == 1;
+    } else {
+        if (number < static_cast<long long>(traits::min) || (number > 0 && static_cast<unsigned long long>(number) > traits::max))
+            return false;
+        out = traits::wrap(number);
+    }
+    return true;
+}
+
+// The word of a number's text, where that is the decimal form of an int; `refused` for others.
+word decimalOf(word w)
+{
+    if (isDouble(w)) {
+        const auto value = get<double>(w);
+        if (!(std::fabs(value) <= std::numeric_limits<int>::max()) || value != std::trunc(value) ||
+            (value == 0 && std::signbit(value)))
+            return refused;
+        return pack(decimalKind, static_cast<std::uint32_t>(static_cast<int>(value)));
+    }
+    switch (kindIn(w)) {
+    case intKind:
+    case longKind:
+    case shortKind:
+    case ushortKind:
+        return pack(decimalKind, payloadIn(w));
+    case uintKind:
+    case ulongKind:
+    case uint64Kind:
+        return payloadIn(w) > std::numeric_limits<int>::max() ? refused : pack(decimalKind, payloadIn(w));
+    default:
+        return refused;
+    }
+}
+
 } // namespace
 
-word makeText(std::wstring_view text) noexcept
+word makeDecimal(std::wstring_view text) noexcept
 {
-    constexpr std::size_t longest = 11; // -2147483648
-    if (text.empty() || text.size() > longest)
-        return refused;
     const bool negative = text[0] == L'-';
     const std::wstring_view digits = text.substr(negative);
     if (digits.empty() || (digits[0] == L'0' && text.size() > 1))
@@ -60,39 +108,14 @@ string textIn(word w)
     return string(std::wstring(numberText(static_cast<int>(payloadIn(w))).view()));
 }
 
-namespace
-{
-
-// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a T.
-template <class T>
-bool readDecimal(long long number, T& out)
-{
-    using traits = valueTraits<T>;
-    if constexpr (traits::isFloating)
-        out = static_cast<T>(number);
-    else if constexpr (!traits::isInteger) {
-        if (number != 0 && number != 1)
-            return false;
-        out = number == 1;
-    } else {
-        if (number < static_cast<long long>(traits::min) || (number > 0 && static_cast<unsigned long long>(number) > traits::max))
-            return false;
-        out = traits::wrap(number);
-    }
-    return true;
-}
-
-} // namespace
-
 template <class T>
 bool convert(word w, T& out)
 {
     if (!isSmall(w))
         return false;
-    if constexpr (heldNumber<T>) {
-        if (kindIn(w) == decimalKind && !(longWayReasons.load(std::memory_order_acquire) & longWayConverters))
+    if constexpr (heldNumber<T>)
+        if (kindIn(w) == decimalKind && onlyOwnConversions())
             return readDecimal(static_cast<int>(payloadIn(w)), out);
-    }
     return visit(w, [&out](const auto& value) { return convertTo(out, value); });
 }
 
@@ -103,6 +126,9 @@ word convertedLike(word like, word w)
 {
     if (!isSmall(w))
         return refused;
+    if (kindIn(like) == decimalKind && onlyOwnConversions())
+        if (const word decimal = decimalOf(w); decimal != refused)
+            return decimal;
     return visit(like, [w](auto value) {
         using held = decltype(value);
         if (!visit(w, [&value](const auto& source) { return convertTo(value, source); }))
@@ -119,13 +145,9 @@ genericValue made(string&& text)
     const word w = makeText(text);
     if (w != refused)
         return access::made(w);
-    genericValue value;
-    try {
-        sharedPtr<genericValue::holderbase> holder(new genericValue::valueholder<string>(std::move(text)));
-        value.swapHolder(holder);
-    } catch (const std::bad_alloc&) { // null, as every value without memory
-    }
-    return value;
+    // Null without memory, as every value.
+    return access::made(
+        sharedPtr<genericValue::holderbase>(new genericValue::valueholder<string>(std::move(text))));
 }
 
 bool copyHeld(const genericValue& value, genericValue::holderbase& destination)

@@ -1,9 +1,9 @@
 // Numbers as text and back.
 #include "qxNumberText.h"
 
-#include "qxTextView.h"
-
 #include <algorithm>
+#include <array>
+#include <cfloat>
 #include <charconv>
 #include <cmath>
 
@@ -16,6 +16,17 @@ namespace
 bool isDigit(wchar_t c)
 {
     return c >= L'0' && c <= L'9';
+}
+
+// Without the blanks, tabs and line ends around it.
+std::wstring_view withoutBlanks(std::wstring_view text)
+{
+    const auto isBlank = [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; };
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 // `word` is lower case ASCII.
@@ -41,16 +52,49 @@ bool readDigits(std::wstring_view text, unsigned long long max, unsigned long lo
 {
     if (text.empty())
         return false;
+    const bool fits = text.size() <= std::numeric_limits<unsigned long long>::digits10;
     unsigned long long number = 0;
     for (const wchar_t c : text) {
         if (!isDigit(c))
             return false;
         const auto digit = static_cast<unsigned long long>(c - L'0');
-        if (number > (max - digit) / 10)
+        if (!fits && number > (max - digit) / 10)
             return false;
         number = number * 10 + digit;
     }
+    if (number > max)
+        return false;
     out = number;
+    return true;
+}
+
+// Reads a text of so few digits that they and the power of ten that divides them are exact: then one division
+// rounds as it should. False for every other text. Most numbers are such; this is five times as fast as what
+// reads all of them.
+template <class T>
+bool readShort(std::wstring_view text, T& out)
+{
+    constexpr std::size_t longest = std::numeric_limits<T>::digits10;
+    static constexpr auto powers = [] {
+        std::array<T, longest> made{1};
+        for (std::size_t i = 1; i < longest; ++i)
+            made[i] = made[i - 1] * 10;
+        return made;
+    }();
+    if (FLT_EVAL_METHOD != 0 || text.empty() || text.size() > longest)
+        return false;
+    long long digits = 0;
+    std::size_t decimals = text.size(); // behind a point that is yet to come: none
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (isDigit(text[i]))
+            digits = digits * 10 + (text[i] - L'0');
+        else if (text[i] == L'.' && decimals == text.size() && text.size() > 1)
+            decimals = text.size() - 1 - i;
+        else
+            return false;
+    out = static_cast<T>(digits);
+    if (decimals != text.size())
+        out /= powers[decimals];
     return true;
 }
 
@@ -144,9 +188,13 @@ private:
 template <class T>
 bool readAnyFloating(std::wstring_view text, T& out)
 {
-    text = trimmed(text);
+    text = withoutBlanks(text);
     const bool negative = takeSign(text);
     T number = 0;
+    if (readShort(text, number)) {
+        out = negative ? -number : number;
+        return true;
+    }
     if (equalsWord(text, "inf"))
         number = std::numeric_limits<T>::infinity();
     else if (equalsWord(text, "nan"))
@@ -205,6 +253,28 @@ char* layOut(char* to, T value)
     return to;
 }
 
+// The digits of an integer below this are the shortest that read back: there is no other value between it and
+// its neighbours.
+template <class T>
+constexpr T integersBelow = T(1ull << std::numeric_limits<T>::digits);
+
+template <class T>
+bool isPlainInteger(T value)
+{
+    return std::fabs(value) < integersBelow<T> && value == static_cast<T>(static_cast<long long>(value)) &&
+           !(value == 0 && std::signbit(value));
+}
+
+// All numbers below a hundred, two digits each.
+constexpr auto pairs = [] {
+    std::array<wchar_t, 200> made{};
+    for (unsigned i = 0; i < 100; ++i) {
+        made[2 * i] = static_cast<wchar_t>(L'0' + i / 10);
+        made[2 * i + 1] = static_cast<wchar_t>(L'0' + i % 10);
+    }
+    return made;
+}();
+
 template <class T>
 std::string_view floatingText(char (&buffer)[48], T value)
 {
@@ -219,7 +289,7 @@ std::string_view floatingText(char (&buffer)[48], T value)
 
 bool detail::readSigned(std::wstring_view text, long long min, long long max, long long& out) noexcept
 {
-    text = trimmed(text);
+    text = withoutBlanks(text);
     const bool negative = takeSign(text);
     // The magnitude of the least number is one more than that of the greatest.
     const auto limit =
@@ -233,7 +303,7 @@ bool detail::readSigned(std::wstring_view text, long long min, long long max, lo
 
 bool detail::readUnsigned(std::wstring_view text, unsigned long long max, unsigned long long& out) noexcept
 {
-    text = trimmed(text);
+    text = withoutBlanks(text);
     return !takeSign(text) && readDigits(text, max, out);
 }
 
@@ -249,7 +319,7 @@ bool detail::readFloating(std::wstring_view text, double& out) noexcept
 
 bool detail::readBool(std::wstring_view text, bool& out) noexcept
 {
-    text = trimmed(text);
+    text = withoutBlanks(text);
     const auto isAnyOf = [text](auto... words) { return (equalsWord(text, words) || ...); };
     const bool yes = isAnyOf("true", "1", "yes");
     if (!yes && !isAnyOf("false", "0", "no"))
@@ -258,34 +328,52 @@ bool detail::readBool(std::wstring_view text, bool& out) noexcept
     return true;
 }
 
-void numberText::write(std::string_view characters) noexcept
+// From the end, two digits at a time.
+void numberText::writeDigits(unsigned long long magnitude, bool negative) noexcept
 {
-    mSize = characters.size();
-    std::copy(characters.begin(), characters.end(), mCharacters);
+    unsigned first = longest;
+    for (; magnitude >= 10; magnitude /= 100) {
+        const std::size_t pair = 2 * (magnitude % 100);
+        mCharacters[--first] = pairs[pair + 1];
+        mCharacters[--first] = pairs[pair];
+    }
+    if (magnitude != 0 || first == longest)
+        mCharacters[--first] = static_cast<wchar_t>(L'0' + magnitude);
+    if (negative)
+        mCharacters[--first] = L'-';
+    mFirst = first;
+    mSize = longest - first;
 }
 
 void numberText::write(long long value) noexcept
 {
-    char digits[24];
-    write(std::string_view(digits,
-                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+    const auto bits = static_cast<unsigned long long>(value);
+    writeDigits(value < 0 ? 0 - bits : bits, value < 0);
 }
 
 void numberText::write(unsigned long long value) noexcept
 {
-    char digits[24];
-    write(std::string_view(digits,
-                           static_cast<std::size_t>(std::to_chars(digits, digits + 24, value).ptr - digits)));
+    writeDigits(value, false);
+}
+
+void numberText::write(std::string_view characters) noexcept
+{
+    mSize = static_cast<unsigned>(characters.size());
+    std::copy(characters.begin(), characters.end(), mCharacters);
 }
 
 void numberText::writeFloating(float value) noexcept
 {
+    if (isPlainInteger(value))
+        return write(static_cast<long long>(value));
     char buffer[48];
     write(floatingText(buffer, value));
 }
 
 void numberText::writeFloating(double value) noexcept
 {
+    if (isPlainInteger(value))
+        return write(static_cast<long long>(value));
     char buffer[48];
     write(floatingText(buffer, value));
 }

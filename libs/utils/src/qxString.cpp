@@ -25,18 +25,16 @@ wchar_t mapped(wchar_t character, const caseRange* ranges, std::size_t count)
     return static_cast<wchar_t>(static_cast<long>(code) + range->delta);
 }
 
-wchar_t lowered(wchar_t character)
+// ASCII, of which nearly all texts consist, is mapped without a branch for each letter; `first` is the first
+// of the letters that change.
+void mapCase(std::wstring& text, wchar_t first, const caseRange* ranges, std::size_t count)
 {
-    if (character < 0x80)
-        return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character + 32) : character;
-    return mapped(character, unicode::toLowerRanges, unicode::toLowerRangesCount);
-}
-
-wchar_t uppered(wchar_t character)
-{
-    if (character < 0x80)
-        return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - 32) : character;
-    return mapped(character, unicode::toUpperRanges, unicode::toUpperRangesCount);
+    for (wchar_t& c : text) {
+        if (static_cast<unsigned long>(c) < 0x80)
+            c = static_cast<wchar_t>(c ^ (static_cast<unsigned long>(c - first) < 26) * 0x20);
+        else
+            c = mapped(c, ranges, count);
+    }
 }
 
 } // namespace
@@ -50,13 +48,13 @@ string string::lower() const
 
 string& string::toLower()
 {
-    std::transform(begin(), end(), begin(), lowered);
+    mapCase(*this, L'A', unicode::toLowerRanges, unicode::toLowerRangesCount);
     return *this;
 }
 
 string& string::toUpper()
 {
-    std::transform(begin(), end(), begin(), uppered);
+    mapCase(*this, L'a', unicode::toUpperRanges, unicode::toUpperRangesCount);
     return *this;
 }
 
@@ -89,6 +87,7 @@ string& string::replace(std::wstring_view what, std::wstring_view with)
     if (hit == npos)
         return *this;
     std::wstring replaced;
+    replaced.reserve(std::max(size(), size() - what.size() + with.size()));
     size_type done = 0;
     for (; hit != npos; hit = find(what, done)) {
         replaced.append(*this, done, hit - done).append(with);
