@@ -69,9 +69,7 @@ statement* createNamed(const callText& call)
 {
     autoPtr<Statement> made(new Statement);
     scriptbasesinglefunction& bound = *made;
-    bound.parse(
-        Statement::messageName, call.params, call.flags,
-        std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    bound.parse(Statement::messageName, call, Statement::declared);
     return made.release();
 }
 
@@ -111,8 +109,8 @@ private:
     std::vector<sharedPtr<statement>> mStatements;
 };
 
-// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from the
-// provider.
+// What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from
+// the provider.
 class shortOperand
 {
 public:

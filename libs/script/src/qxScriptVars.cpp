@@ -23,7 +23,7 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textSlice& text)
+scString nameFrom(const textPiece& text)
 {
     string name = text.text();
     name.deleteAll(L" \t").toLower();
@@ -54,7 +54,8 @@ sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const s
 }
 
 // The entry of a name that the statements of this scope see, in a chain that is plain; null for an unknown
-// name and for other chains. A variable that others can reach may have been written by them, so the epoch moves.
+// name and for other chains. A variable that others can reach may have been written by them, so the epoch
+// moves.
 genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
 {
     scriptcontext* const root = scope::plainRoot(context);
@@ -159,10 +160,7 @@ public:
     {}
 
     statement* clone() const override { return new setVariable(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        result = *write(context);
-    }
+    void execute(codecontext& context, genericValue& result) const override { result = *write(context); }
     void run(codecontext& context) const override
     {
         if (!writeShort(context))
@@ -198,7 +196,8 @@ private:
         if (w != cell::refused)
             return writeSmall(*variable, w, value.keepsType());
         textScratch text;
-        if (!value.givesText() || !mayTakeText(*variable, value.keepsType()) || !value.textValue(context, text))
+        if (!value.givesText() || !mayTakeText(*variable, value.keepsType()) ||
+            !value.textValue(context, text))
             return false;
         variable->value() = cell::made(text.take());
         return true;
@@ -208,7 +207,10 @@ private:
 class getVariable final : public scriptbasestatement
 {
 public:
-    getVariable(eVarScope where, const scString& name) : mName(name), mScope(where) { offerShortCuts(0, writing::replaces); }
+    getVariable(eVarScope where, const scString& name) : mName(name), mScope(where)
+    {
+        offerShortCuts(0, writing::replaces);
+    }
 
     statement* clone() const override { return new getVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -294,7 +296,10 @@ private:
 class isnull final : public scriptbasestatement
 {
 public:
-    explicit isnull(ownedProvider value) : mpValue(std::move(value)) { offerShortCuts(depthOf(mpValue), writing::replaces); }
+    explicit isnull(ownedProvider value) : mpValue(std::move(value))
+    {
+        offerShortCuts(depthOf(mpValue), writing::replaces);
+    }
 
     statement* clone() const override { return new isnull(*this); }
     std::uint64_t smallValue(codecontext& context) const override
