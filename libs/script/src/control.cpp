@@ -21,7 +21,7 @@ using objectRef = intrface::interfaceptr<unknown>;
 using sharedStatement = sharedPtr<statement>;
 
 // The statement of a text; null where the text holds none.
-sharedStatement statementFrom(const textSlice& text, int flags)
+sharedStatement statementFrom(const textPiece& text, int flags)
 {
     return sharedStatement(statementParser::instance()->createStatementFrom(text, flags));
 }
@@ -94,7 +94,7 @@ sharedStatement branchFrom(const callText& call, std::size_t place)
 {
     if (place >= call.params.size() || call.params[place].empty())
         return sharedStatement();
-    const textSlice& text = call.params[place];
+    const textPiece& text = call.params[place];
     sharedStatement branch = statementFrom(text, call.flags);
     if (!branch && text.view() != L"{}")
         refuse(ifFailure, text.view());

@@ -14,8 +14,6 @@ namespace qx::script
 namespace
 {
 
-constexpr std::size_t textShownWhole = 128; // texts of fewer characters
-constexpr std::size_t textShownOtherwise = 122;
 const wchar_t* const loggerName = L"qx::script::statement::exec";
 
 } // namespace
@@ -25,21 +23,6 @@ statement::~statement() = default;
 statement* statement::createFrom(const string& text, int flags)
 {
     return statementParser::instance()->createStatementFrom(text, flags);
-}
-
-void statement::setText(const string& source)
-{
-    setText(std::wstring_view(source));
-}
-
-void statement::setText(std::wstring_view source)
-{
-    if (source.size() < textShownWhole) {
-        mText.assign(source);
-        return;
-    }
-    mText.reserve(textShownWhole);
-    mText.assign(source.substr(0, textShownOtherwise)).append(L" ...");
 }
 
 // The guarded run of `work`. Apart from the short cuts, which want few registers.
@@ -149,7 +132,7 @@ bool statement::takeTextShortCut(codecontext& context, genericValue& result) con
 
 void statement::trace(const wchar_t* format) const
 {
-    qxlog::logManager::getLogger(loggerName)->log_trace(format, mText);
+    qxlog::logManager::getLogger(loggerName)->log_trace(format, text());
 }
 
 // Turns the exception that is being handled into this statement's failure.
@@ -158,13 +141,13 @@ void statement::raiseCaught() const
     try {
         throw;
     } catch (const exceptionDetail& caught) {
-        throw scriptExecException(mText.c_str(), caught.detail().c_str());
+        throw scriptExecException(text().c_str(), caught.detail().c_str());
     } catch (const exception& caught) {
-        throw scriptExecException(mText.c_str(), nullptr, &caught);
+        throw scriptExecException(text().c_str(), nullptr, &caught);
     } catch (const string&) {
         throw;
     } catch (...) {
-        throw scriptExecException(mText.c_str(), nullptr);
+        throw scriptExecException(text().c_str(), nullptr);
     }
 }
 
@@ -175,7 +158,7 @@ void statement::raiseDetail(const string& detail)
 
 void statement::raiseCaused(const statement* failed, const exception* cause, const string& detail)
 {
-    const wchar_t* const name = failed ? failed->mText.c_str() : L"***unknown***";
+    const wchar_t* const name = failed ? failed->text().c_str() : L"***unknown***";
     if (const auto* carrier = dynamic_cast<const exceptionDetail*>(cause))
         throw scriptExecException(name, carrier->detail().c_str());
     throw scriptExecException(name, detail.c_str(), cause);

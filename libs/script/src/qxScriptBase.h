@@ -67,9 +67,7 @@ statement* createNamed(const callText& call)
 {
     autoPtr<Statement> made(new Statement);
     scriptbasesinglefunction& bound = *made;
-    bound.parse(
-        Statement::messageName, call.params, call.flags,
-        std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    bound.parse(Statement::messageName, call, Statement::declared);
     bound.parsed();
     return made.release();
 }

@@ -29,22 +29,11 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     readScriptText(source, text); // a file that cannot be read defines nothing
     scrdefReader reader(std::move(text));
     const timestamp time = modificationTime(source);
-    configStructure definitions;
-    readDefinitions(reader, definitions);
+    scriptDefinition definition;
+    const bool isFound = findDefinition(reader, name, definition);
     reader.clear();
-
-    const std::size_t index = definitions.sectionIdx(name, false);
-    if (index == configStructure::notFound)
-        return sharedPtr<function>();
-    const configSection& section = definitions.section(index);
-    string body;
-    if (!section.getValue(bodyKey, body, false))
-        return sharedPtr<function>();
-    std::vector<string> declarations;
-    string declaration;
-    while (section.getValue(parameterKey(declarations.size() + 1), declaration, false))
-        declarations.push_back(declaration);
-    return function::parse(body, declarations, source, time);
+    return isFound ? function::parse(definition.body, definition.parameters, source, time)
+                   : sharedPtr<function>();
 }
 
 std::uint64_t nextIdentity() noexcept

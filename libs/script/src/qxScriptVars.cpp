@@ -23,7 +23,7 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textSlice& text)
+scString nameFrom(const textPiece& text)
 {
     string name = text.text();
     name.deleteAll(L" \t").toLower();
