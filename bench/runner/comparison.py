@@ -3,95 +3,86 @@ import statistics
 import sys
 
 from peers import OURS, YARDSTICK
+from report import number, table, yes
 from workloads import WORKLOADS
 
 TOLERANCE = 1.15  # how far beyond its target a ratio may be on a machine that others use too
 
 
 class Figure:
-    """What one program took for one workload, in nanoseconds an iteration."""
+    """What one program took for one workload, in nanoseconds of processor an iteration."""
 
-    def __init__(self, size, times):
-        self.size = size
+    def __init__(self, times):
         self.median = statistics.median(times)
         self.fastest = min(times)
 
+    def __str__(self):
+        return "%s (%s)" % (number(self.median), number(self.fastest))
 
-def fitting_size(runner, peer, workload, seconds):
-    """The largest size, by fourths, that takes no longer than that."""
+
+def fitting_size(workload, seconds, time):
+    """The largest size, by fourths, that takes no longer than that; a small one for no time at all. `time` runs a size
+    and gives nanoseconds."""
+    if not seconds:
+        return workload.small
     if not workload.scaled:
         return workload.size
     sizes = [workload.size]
     while workload.quarter(sizes[-1]) > 0 and len(sizes) < 8:
         sizes.append(workload.quarter(sizes[-1]))
     for size in reversed(sizes):
-        if size == workload.size or 4 * runner.time(peer, workload, size) > seconds * 1e9:
+        if size == workload.size or 4 * time(size) > seconds * 1e9:
             return size
 
 
-def pairs_of(programs, workloads):
-    """What is to run: what was chosen, and what it is compared with."""
-    wanted = {workload.name for workload in workloads}
+def wanted_runs(programs, workloads):
+    """What was chosen, and what it is compared with."""
     compared = {workload.beside for workload in workloads}
     return [
         (workload, peer)
         for workload in WORKLOADS
         for peer in programs
         if workload.name in peer.workloads
-        and (workload.name in wanted or workload.name in compared and peer.name == YARDSTICK)
+        and (workload in workloads or workload.name in compared and peer.name == YARDSTICK)
     ]
 
 
 def measure(runner, programs, workloads, rounds, seconds):
     """The figures by names of workload and program."""
-    pairs = pairs_of(programs, workloads)
-    sizes = {(w.name, p.name): fitting_size(runner, p, w, seconds) for w, p in pairs}
-    times = {key: [] for key in sizes}
-    for number in range(rounds):
-        print("round %d of %d" % (number + 1, rounds), file=sys.stderr)
-        # Each workload's programs run one after the other, as what else the machine does changes slowly.
-        for workload, peer in pairs:
-            key = workload.name, peer.name
-            times[key].append(runner.time(peer, workload, sizes[key]) / workload.iterations(sizes[key]))
-    return {key: Figure(sizes[key], times[key]) for key in sizes}
+    runs = wanted_runs(programs, workloads)
+    sizes = {
+        (workload, peer): fitting_size(workload, seconds, lambda size: runner.time(peer, workload, size))
+        for workload, peer in runs
+    }
+    times = {run: [] for run in runs}
+    for done in range(rounds):
+        print("round %d of %d" % (done + 1, rounds), file=sys.stderr)
+        # All programs of a workload run one after the other: what else the machine does changes slowly.
+        for workload, peer in runs:
+            size = sizes[workload, peer]
+            time = runner.time(peer, workload, size)
+            times[workload, peer].append(time / workload.iterations(size))
+    return {(workload.name, peer.name): Figure(times[workload, peer]) for workload, peer in runs}
 
 
-def table(heads, rows):
-    lines = ["| " + " | ".join(heads) + " |", "|---|" + "---:|" * (len(heads) - 1)]
-    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
-
-
-def number(value):
-    return "{:,.0f}".format(value) if value >= 100 else "%.3g" % value
-
-
-def shown(figure):
-    return "%s (%s)" % (number(figure.median), number(figure.fastest)) if figure else ""
-
-
-def verdict(ratio, target):
-    if target is None:
-        return ""
-    return "yes" if ratio <= target * TOLERANCE else "no"
-
-
-def against_yardstick(figures, workloads):
+def beside_the_yardstick(figures, workloads):
     rows = []
     for workload in workloads:
         ours, theirs = figures.get((workload.name, OURS)), figures.get((workload.beside, YARDSTICK))
-        if ours and theirs:
-            ratio = ours.median / theirs.median
-            rows.append(["%s %s" % (workload.name, workload.what), shown(ours), shown(theirs), number(ratio),
-                         number(ours.fastest / theirs.fastest),
-                         number(workload.target) if workload.target else "", verdict(ratio, workload.target)])
-    return table(["workload", "qxScript", "Lua 5.4", "ratio", "of the fastest", "target", "reached"], rows)
+        if not ours or not theirs:
+            continue
+        ratio, target = ours.median / theirs.median, workload.target
+        rows.append(
+            ["%s: %s" % (workload.name, workload.what), str(ours), str(theirs), number(ratio)]
+            + [number(ours.fastest / theirs.fastest)]
+            + ([number(target), yes(ratio <= target * TOLERANCE)] if target else ["", ""])
+        )
+    return table(["workload", "qxScript", "Lua 5.4", "ratio", "ratio of the fastest", "target", "reached"], rows)
 
 
-def among_peers(figures, programs, workloads):
-    rows = [[workload.name] + [shown(figures.get((workload.name, peer.name))) for peer in programs]
-            for workload in workloads]
+def beside_all(figures, programs, workloads):
+    rows = [
+        [workload.name] + [str(figures.get((workload.name, peer.name), "")) for peer in programs]
+        for workload in workloads
+    ]
     return table(["workload"] + [peer.title for peer in programs], rows)
-
-
-def tables(figures, programs, workloads):
-    return against_yardstick(figures, workloads) + "\n" + among_peers(figures, programs, workloads)

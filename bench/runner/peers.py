@@ -69,25 +69,33 @@ class Runner:
                 subprocess.run([sys.executable, SCRIPTS / "gen_w9.py", extension, str(count)], stdout=out, check=True)
         return path
 
-    def command(self, peer, workload, size):
+    def command(self, peer, workload, size, functions=None):
+        """`functions` are those of the file of W9c, which calls `size` of them."""
         script = peer.script
         if workload.name == "W9":
             script = self.functions(peer.extension, size)
         elif workload.name == "W9c":
-            script = self.functions(peer.extension, workload.size)
+            script = self.functions(peer.extension, functions or workload.size)
         return peer.command(workload, script, size)
 
-    def output(self, peer, command):
-        done = subprocess.run(command, stdout=subprocess.PIPE, env={**os.environ, **peer.environment}, text=True)
-        if done.returncode != 0:
-            sys.exit("failed: " + " ".join(command))
-        return done.stdout
+    def start(self, peer, command):
+        return subprocess.Popen(command, stdout=subprocess.PIPE, env={**os.environ, **peer.environment}, text=True)
 
-    def time(self, peer, workload, size):
-        """Nanoseconds of processor time. A wrong checksum ends the program."""
-        command = self.command(peer, workload, size)
-        processor, checksum = map(int, self.output(peer, command).split()[4:6])
-        if checksum != workload.checksum(size):
-            sys.exit("the checksum is %d and has to be %d: %s"
-                     % (checksum, workload.checksum(size), " ".join(command)))
-        return processor
+    def words(self, started):
+        """What a program printed, when it has ended."""
+        out = started.communicate()[0]
+        if started.returncode != 0:
+            sys.exit("failed: " + " ".join(started.args))
+        return out.split()
+
+    def times(self, started, checksum):
+        """Nanoseconds: by the wall, and of processor. A wrong checksum ends the comparison."""
+        wall, processor, found = map(int, self.words(started)[3:6])
+        if found != checksum:
+            sys.exit("the checksum is %d and has to be %d: %s" % (found, checksum, " ".join(started.args)))
+        return wall, processor
+
+    def time(self, peer, workload, size, functions=None):
+        """Nanoseconds of processor."""
+        started = self.start(peer, self.command(peer, workload, size, functions))
+        return self.times(started, workload.checksum(size))[1]

@@ -10,8 +10,9 @@ import re
 import subprocess
 import sys
 
+import report
+
 YARDSTICK = "yardstick/virtual call"
-BEGIN, END = "<!-- ratios -->", "<!-- end of ratios -->"
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
@@ -46,12 +47,7 @@ def table(results):
         return r["cpu_time"] * NANOSECONDS[r["time_unit"]]
 
     unit = nanoseconds(medians[YARDSTICK])
-    rows = [
-        "One virtual call took %.2f ns." % unit,
-        "",
-        "| bench | virtual calls | spread | MB/s |",
-        "|---|---:|---:|---:|",
-    ]
+    rows = []
     for name, median in sorted(medians.items()):
         if name == YARDSTICK:
             continue
@@ -60,24 +56,16 @@ def table(results):
         shown = re.sub(r"/(\d+)$", r": \1", shown)
         speed = median.get("bytes_per_second")
         rows.append(
-            "| %s | %s | %.0f%% | %s |"
-            % (
+            [
                 shown,
                 "{:,.0f}".format(nanoseconds(median) / unit),
-                spreads[name]["cpu_time"] * 100,
+                "%.0f%%" % (spreads[name]["cpu_time"] * 100),
                 "%.1f" % (speed / 1e6) if speed else "",
-            )
+            ]
         )
-    return "\n".join(rows) + "\n"
-
-
-def put(page, text):
-    with open(page, encoding="utf-8") as stream:
-        content = stream.read()
-    before, rest = content.split(BEGIN)
-    after = rest.split(END)[1]
-    with open(page, "w", encoding="utf-8") as stream:
-        stream.write(before + BEGIN + "\n" + text + END + after)
+    return "One virtual call took %.2f ns.\n\n" % unit + report.table(
+        ["bench", "virtual calls", "spread", "MB/s"], rows
+    )
 
 
 def main():
@@ -91,7 +79,7 @@ def main():
     text = table(run(program, arguments))
     print(text, end="")
     if page:
-        put(page, text)
+        report.put(page, "ratios", text)
 
 
 if __name__ == "__main__":

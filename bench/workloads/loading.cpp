@@ -21,7 +21,9 @@ measured loadFunctions(const scriptFile& scripts)
 measured callFunctionsFirst(const scriptFile& scripts, int n)
 {
     const auto count = static_cast<std::size_t>(n);
-    const std::size_t step = qx::script::listFunctions(scripts.file()).functions.size() / count;
+    const std::size_t inFile = qx::script::listFunctions(scripts.file()).functions.size();
+    demand(n > 0 && count <= inFile, L"the file has not so many functions");
+    const std::size_t step = inFile / count;
     return byTheClock([&] {
         long long right = 0;
         for (std::size_t i = 0; i < count * step; i += step) {

@@ -3,13 +3,19 @@
 //
 // Prints `qxscript WORKLOAD N wall_ns cpu_ns checksum`, as the peers' programs do. Start-up and the loading
 // of SCRIPT are not measured. W9 and W9c load functions f_0, f_1 and so on of SCRIPT, W9 all and W9c N of
-// them; with W9 the third word is the file's size. With a fourth argument the checksum has to be that one.
+// them; with W9 the third word is the file's size. W1x2 runs the function of W1 on two threads at once and
+// gives what both took together; so with each workload that is a function with one argument. With a fourth
+// argument the checksum has to be that one.
+//
+// memory:WHAT in place of a workload prints `qxscript memory:WHAT things bytes`, see memory.h.
 #include "loading.h"
+#include "memory.h"
 #include "running.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace
@@ -30,18 +36,31 @@ measured run(const scriptFile& scripts, std::string_view workload, int n)
         return workloads::loadFunctions(scripts);
     if (workload == "W9c")
         return workloads::callFunctionsFirst(scripts, n);
-    return workloads::runFunction(scripts, qx::string::fromUtf8(std::string(workload)), n);
+    const bool isOnThreads = workload.ends_with("x2");
+    const std::string function(isOnThreads ? workload.substr(0, workload.size() - 2) : workload);
+    return workloads::runFunction(scripts, qx::string::fromUtf8(function), n, isOnThreads ? 2 : 1);
+}
+
+void reportMemory(const scriptFile& scripts, const std::string& workload, int n)
+{
+    const workloads::memoryUse used =
+        workloads::memoryOf(scripts, std::string_view(workload).substr(workload.find(':') + 1), n);
+    std::printf("qxscript %s %lld %lld\n", workload.c_str(), used.things, used.bytes);
 }
 
 int runAndReport(const char* const* arguments, int count)
 {
     const scriptFile scripts(qx::string::fromUtf8(arguments[1]));
-    const std::string_view workload = arguments[2];
+    const std::string workload = arguments[2];
     const int n = std::atoi(arguments[3]);
+    if (workload.starts_with("memory:")) {
+        reportMemory(scripts, workload, n);
+        return 0;
+    }
     const measured result = run(scripts, workload, n);
     const long long shown =
         workload == "W9" ? static_cast<long long>(std::filesystem::file_size(arguments[1])) : n;
-    std::printf("qxscript %s %lld %lld %lld %lld\n", arguments[2], shown, result.wall, result.cpu,
+    std::printf("qxscript %s %lld %lld %lld %lld\n", workload.c_str(), shown, result.wall, result.cpu,
                 result.sum);
     return count > 4 && result.sum != std::atoll(arguments[4]) ? 1 : 0;
 }

@@ -2,6 +2,10 @@
 
 #include "hostObject.h"
 
+#include <algorithm>
+#include <future>
+#include <latch>
+
 namespace workloads
 {
 
@@ -21,36 +25,69 @@ T read(const genericValue& value)
     return out;
 }
 
-// Calls the function by the clock, after a call that loads it and, with 0 for its first argument, does no
-// work.
-measured runLoaded(const scriptFile& scripts, const string& function, std::vector<genericValue> arguments)
+// A function that is loaded: with 0 for its first argument it does no work.
+class loadedFunction
 {
-    const string call = scripts.call(function);
-    std::vector<genericValue> idle = arguments;
-    idle.front() = genericValue(0);
-    scriptcontext loading;
-    scripts.run(call, loading, idle);
-    genericValue result;
-    measured run = byTheClock([&] {
+public:
+    loadedFunction(const scriptFile& scripts, const string& function,
+                   const std::vector<genericValue>& arguments)
+        : mScripts(scripts), mCall(scripts.call(function)), mArguments(arguments)
+    {
+        std::vector<genericValue> idle = arguments;
+        idle.front() = genericValue(0);
         scriptcontext context;
-        result = scripts.run(call, context, arguments);
-        return 0;
+        mScripts.run(mCall, context, idle);
+    }
+
+    // Gives the checksum, which may exceed an int.
+    long long run() const
+    {
+        scriptcontext context;
+        std::vector<genericValue> arguments = mArguments;
+        return static_cast<long long>(read<double>(mScripts.run(mCall, context, arguments)));
+    }
+
+private:
+    const scriptFile& mScripts;
+    string mCall;
+    std::vector<genericValue> mArguments;
+};
+
+// Runs the function on several threads at once.
+measured runTogether(const loadedFunction& function, int threads)
+{
+    std::latch start(1);
+    std::vector<std::future<long long>> runs(static_cast<std::size_t>(threads));
+    for (std::future<long long>& run : runs) {
+        run = std::async(std::launch::async, [&] {
+            start.wait();
+            return function.run();
+        });
+    }
+    std::vector<long long> sums;
+    measured all = byTheClock([&] {
+        start.count_down();
+        for (std::future<long long>& run : runs)
+            sums.push_back(run.get());
+        return sums.front();
     });
-    run.sum = static_cast<long long>(read<double>(result)); // some sums exceed an int
-    return run;
+    demand(std::count(sums.begin(), sums.end(), all.sum) == threads, L"the threads differ");
+    return all;
 }
 
 } // namespace
 
-measured runFunction(const scriptFile& scripts, const string& function, int n)
+measured runFunction(const scriptFile& scripts, const string& function, int n, int threads)
 {
-    return runLoaded(scripts, function, {genericValue(n)});
+    const loadedFunction loaded(scripts, function, {genericValue(n)});
+    return threads == 1 ? byTheClock([&] { return loaded.run(); }) : runTogether(loaded, threads);
 }
 
 measured runOnObject(const scriptFile& scripts, int n)
 {
     const qx::refPtr<hostObject> object(new hostObject);
-    return runLoaded(scripts, L"w7", {genericValue(n), qx::host::valueOf(object)});
+    const loadedFunction loaded(scripts, L"w7", {genericValue(n), qx::host::valueOf(object)});
+    return byTheClock([&] { return loaded.run(); });
 }
 
 measured runTree(int n)

@@ -7,8 +7,9 @@
 namespace workloads
 {
 
-// A function of the file, with `n` as its argument; it is loaded before the clock starts.
-measured runFunction(const scriptFile& scripts, const qx::string& function, int n);
+// A function of the file, with `n` as its argument; it is loaded before the clock starts. With several
+// threads each runs it once, in a context of its own, and the times are until all are done.
+measured runFunction(const scriptFile& scripts, const qx::string& function, int n, int threads);
 
 // W7: the same for a function that takes an object besides.
 measured runOnObject(const scriptFile& scripts, int n);

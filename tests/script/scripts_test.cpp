@@ -180,8 +180,7 @@ statement* statementFor(const moduleCall& call)
     if (call.name != L"later" && call.name != L"earlier")
         return nullptr;
     using namespace qx::script;
-    const std::vector<qx::textSlice> params(call.params.begin(), call.params.end());
-    return timeCalculation::createFrom({call.name, call.types, params, call.flags},
+    return timeCalculation::createFrom(callOfTexts(call.name, call.types, call.params, call.flags).text(),
                                        call.name == L"later" ? calculationMode::add
                                                              : calculationMode::subtract);
 }

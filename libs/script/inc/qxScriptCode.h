@@ -10,12 +10,15 @@
 // and function name and reloaded when their file's time is newer.
 #pragma once
 
+#include "qxAutoPtr.h"
 #include "qxGenericValue.h"
 #include "qxScriptContext.h"
 #include "qxScriptExport.h"
 
 namespace qx::script
 {
+
+class codeCall;
 
 enum eCodeType
 {
@@ -47,12 +50,31 @@ public:
                          std::vector<genericValue>& arguments, genericValue& result);
 
 private:
-    struct state;
-
-    codeManager();
+    codeManager() = default;
     ~codeManager() = default;
+};
 
-    state* mpState;
+// A code call for a host that makes it often: taken apart once, called with the same checks and failures as
+// codeManager::executeFunction.
+//
+//     const qx::script::resolvedCall pick(L"scripts", L"script$tools$pick");
+//     pick.execute(context, arguments, result);
+//
+// May be used by several threads at once, each with a context of its own.
+class QXSCRIPT_API resolvedCall
+{
+public:
+    // Nothing is looked for until the call is made.
+    resolvedCall(const string& basePath, const string& call);
+    resolvedCall(const resolvedCall&) = delete;
+    resolvedCall& operator=(const resolvedCall&) = delete;
+    ~resolvedCall();
+
+    bool execute(scriptcontext& context, std::vector<genericValue>& arguments, genericValue& result) const;
+
+private:
+    string mBasePath;
+    autoPtr<codeCall> mpCall;
 };
 
 } // namespace qx::script

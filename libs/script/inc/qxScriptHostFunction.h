@@ -80,8 +80,7 @@ public:
         std::vector<script::declaredParameter> declared;
         for (std::size_t i = 0; i < sizeof...(Args); ++i)
             declared.push_back({mFunction->parameters[i], required[i]});
-        const std::vector<textSlice> slices(params.begin(), params.end());
-        parse(mFunction->name.c_str(), slices, flags, declared);
+        parse(mFunction->name.c_str(), params, flags, declared);
     }
 
     script::statement* clone() const override { return new functionStatement(*this); }

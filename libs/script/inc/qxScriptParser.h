@@ -12,7 +12,6 @@
 
 #include "qxScriptExport.h"
 #include "qxScriptStatement.h"
-#include "qxTextSlice.h"
 
 #include <type_traits>
 
@@ -67,8 +66,10 @@ public:
     // statement: blank, or without any bracket. Throws errParsingException, with the reason as its previous
     // one, for text that cannot become a statement.
     statement* createStatementFrom(const string& text, int flags) const;
-    // The same over a counted text, which the failures share.
-    statement* createStatementFrom(const textSlice& text, int flags) const;
+    // The same for a piece of a text that is being parsed.
+    statement* createStatementFrom(const textPiece& text, int flags) const;
+    // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.
+    statement* createVariable(const textPiece& name, int flags) const;
 
 private:
     struct moduleSet;
@@ -78,6 +79,12 @@ private:
     ~statementParser() = default;
 
     void add(scriptModule* module);
+    statement* createJoined(const textPiece& text, string&& joined, int flags) const;
+    statement* createNormalised(const textPiece& text, textPiece body, int flags) const;
+    statement* createBlock(const textPiece& body, std::size_t semicolon, int flags) const;
+    statement* createCall(const textPiece& text, const textPiece& body, std::size_t open, int flags) const;
+    statement* ask(const callText& call) const;
+    static void nameAfter(statement& made, const textPiece& piece, statementText::form how);
 
     moduleSet* mpModules;
 };

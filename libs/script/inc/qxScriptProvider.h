@@ -7,13 +7,13 @@
 
 #include "qxGenericValue.h"
 #include "qxScriptExport.h"
-#include "qxTextSlice.h"
 
 namespace qx::script
 {
 
 class codecontext;
 class statement;
+class textPiece;
 
 class QXSCRIPT_API valueProvider
 {
@@ -36,7 +36,8 @@ public:
     // statementParser. Throws errParsingException for an empty text and for text that gives no statement,
     // what parsing throws, and outOfMemoryException.
     static valueProvider* createFrom(const string& text, int flags);
-    static valueProvider* createFrom(const textSlice& text, int flags);
+    // The same for a piece of a text that is being parsed.
+    static valueProvider* createFrom(const textPiece& text, int flags);
 };
 
 } // namespace qx::script

@@ -12,13 +12,20 @@
 #include "qxGenericValue.h"
 #include "qxScriptException.h"
 #include "qxScriptExport.h"
+#include "qxScriptStatementText.h"
+#include "qxSharedPtr.h"
+
+#include <span>
+#include <vector>
 
 namespace qx::script
 {
 
 class codecontext;
+class textPiece;
 class textScratch;
 class valueProvider;
+struct callText;
 
 class QXSCRIPT_API statement
 {
@@ -43,18 +50,28 @@ public:
     virtual std::uint64_t smallValue(codecontext& context) const;
     // The same value as text. False, with `text` unusable, where it declines.
     virtual bool textValue(codecontext& context, textScratch& text) const;
+    // The variable itself where the statement would give a copy of it; until something has an effect. Null
+    // unless nobody else can reach it.
+    virtual const genericValue* valueInPlace(codecontext& context) const;
 
     // Parses `text`, see statementParser::createStatementFrom.
     static statement* createFrom(const string& text, int flags);
 
     // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
-    // was caught as its reason; a qx::string thrown by the script passes as it is.
+    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's alone
+    // while it lasts.
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
+    // The same from statement to statement within the engine, where nothing else has run in between. Whoever
+    // is not sure calls exec.
+    void execNested(codecontext& context, genericValue& result) const;
+    void execNested(codecontext& context) const;
 
-    // What the statement is called in messages: its text, at most 126 characters of it.
-    const string& text() const noexcept { return mText; }
+    // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
+    // valid as long as the statement.
+    const string& text() const { return mText.shown(); }
+    void setText(const string& source) { mText.set(source); }
 
     // How many short cuts lie within each other below this one; noShortCut if there is none to ask for.
     unsigned char shortCutDepth() const noexcept { return mShortCutDepth; }
@@ -63,8 +80,6 @@ public:
     // True for a statement whose result is a text that textValue makes.
     bool givesText() const noexcept { return mGivesText; }
     static constexpr unsigned char noShortCut = 255;
-    void setText(const string& source);
-    void setText(std::wstring_view source);
 
     // For execute: report a failure. Formats are printf-style (qxFormat.h); a null format gives no text.
     template <class... Args>
@@ -108,12 +123,13 @@ protected:
         mShortCutDepth = operandDepth < deepest ? static_cast<unsigned char>(operandDepth + 1) : noShortCut;
         mKeepsType = written == writing::keepsType || written == writing::textKeepsType;
         mGivesText = written == writing::textReplaces || written == writing::textKeepsType;
+        stayInside();
     }
-    // The statement runs nothing but the engine's own code: no host, no system.
+    // The statement itself runs nothing but the engine's own code: no host, no system.
     void stayInside() noexcept { mStaysInside = true; }
 
 private:
-    bool takeShortCut(codecontext& context, genericValue& result) const;
+    std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
     bool takeTextShortCut(codecontext& context, genericValue& result) const;
     template <class Work>
     void guarded(const Work& work) const;
@@ -123,7 +139,20 @@ private:
     [[noreturn]] void raiseCaught() const;
     void trace(const wchar_t* format) const;
 
-    string mText;
+    friend class statementParser; // which gives a piece of the parsed text
+    friend struct qx::counterPlace<statement>;
+
+    // Where sharedPtr counts; a copy has users of its own.
+    struct userCount
+    {
+        userCount() = default;
+        userCount(const userCount&) noexcept {}
+
+        ulong32 count{0u};
+    };
+
+    statementText mText;
+    userCount mUsers;
     unsigned char mShortCutDepth = noShortCut;
     bool mKeepsType = false;
     bool mGivesText = false;
@@ -165,9 +194,11 @@ protected:
                                          declarationItem(nullptr)};
         return parseDeclared(function, params, flags, items);
     }
-    // The same over slices of a counted text.
-    bool parse(const wchar_t* function, const std::vector<textSlice>& params, int flags,
+    // The same with the declared names in a list.
+    bool parse(const wchar_t* function, const std::vector<string>& params, int flags,
                const std::vector<declaredParameter>& declared);
+    // The same for a call that is being parsed, with names that last for good.
+    bool parse(const wchar_t* function, const callText& call, std::span<const declaredParameter> declared);
 
     // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with
     // `value` untouched, when the call did not give it.
@@ -190,20 +221,30 @@ private:
     };
     struct parameter
     {
-        string name;
+        const wchar_t* name; // lasts for good
         autoPtr<valueProvider> provider;
     };
 
     bool parseDeclared(const wchar_t* function, const std::vector<string>& params, int flags,
                        const declarationItem* items);
-    const parameter* find(std::wstring_view name) const;
+    const parameter* find(const wchar_t* name) const;
 
     std::vector<parameter> mParams;
 };
 
 } // namespace qx::script
 
-// Statements end where they were made.
+// Statements carry their counter, and end where they were made.
+template <>
+struct qx::counterPlace<qx::script::statement>
+{
+    static ulong32* obtain(qx::script::statement* counted) noexcept { return &counted->mUsers.count; }
+    template <class Delete>
+    static void end(qx::script::statement* object, ulong32*) noexcept
+    {
+        Delete::destroy(object);
+    }
+};
 template <>
 struct qx::deleteObj<qx::script::statement>
 {

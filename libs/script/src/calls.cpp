@@ -2,11 +2,14 @@
 #include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
-#include "qxScriptCode.h"
+#include "qxScriptFunctionTable.h"
 #include "qxScriptSignals.h"
 
 #include "qxDirectory.h"
 #include "qxHeldTypes.h"
+
+#include <memory>
+#include <span>
 
 namespace qx::script
 {
@@ -20,37 +23,94 @@ const scString& localScriptBasePath()
     return name;
 }
 
+// Null values in a row: few of them take no memory.
+class valueRow
+{
+public:
+    explicit valueRow(std::size_t count) : mCount(count), mpFirst(reinterpret_cast<genericValue*>(mFew))
+    {
+        if (count > fewAtMost) {
+            mMany.resize(count);
+            mpFirst = mMany.data();
+        } else
+            std::uninitialized_default_construct_n(mpFirst, count);
+    }
+    valueRow(const valueRow&) = delete;
+    valueRow& operator=(const valueRow&) = delete;
+    ~valueRow()
+    {
+        if (mCount <= fewAtMost)
+            std::destroy_n(mpFirst, mCount);
+    }
+
+    std::span<genericValue> all() { return {mpFirst, mCount}; }
+
+private:
+    static constexpr std::size_t fewAtMost = 8;
+
+    std::size_t mCount;
+    genericValue* mpFirst;
+    alignas(genericValue) std::byte mFew[fewAtMost * sizeof(genericValue)];
+    std::vector<genericValue> mMany;
+};
+
 class callFunction final : public scriptbasestatement
 {
 public:
-    callFunction(string codeId, std::vector<ownedProvider> arguments)
-        : mCodeId(std::move(codeId)), mArguments(std::move(arguments))
-    {}
+    callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
+        : mpCall(call), mArguments(std::move(arguments))
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new callFunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        std::vector<genericValue> arguments = evaluateArguments(context);
+        valueRow arguments(mArguments.size());
+        evaluateArguments(context, arguments.all());
         scriptcontext callee;
         context.initScriptContext(callee);
-        codeManager::instance()->executeFunction(basePath(context), mCodeId, callee, arguments, result);
+        if (const string* const base = basePathInPlace(context))
+            call(*base, true, arguments.all(), callee, result);
+        else
+            call(basePath(context), false, arguments.all(), callee, result);
     }
 
     static statement* create(const callText& call);
 
 private:
-    std::vector<genericValue> evaluateArguments(codecontext& context) const
+    void evaluateArguments(codecontext& context, std::span<genericValue> values) const
     {
-        std::vector<genericValue> values(mArguments.size());
         try {
             for (std::size_t i = 0; i < values.size(); ++i)
-                mArguments[i]->getValue(context, values[i]);
+                mArguments[i].evaluate(context, values[i]);
         } catch (const exception& caught) {
             execError(this, &caught, L"Error retrieving script-parameter");
         } catch (...) {
             execError(this, L"Error retrieving script-parameter");
         }
-        return values;
+    }
+
+    void call(const string& base, bool isOfRun, std::span<genericValue> arguments, scriptcontext& callee,
+              genericValue& result) const
+    {
+        if (mpCall->type() != codeTypeScript)
+            return;
+        const pinnedFunction called = pinnedFunction::find(base, *mpCall);
+        const bool atHome = isOfRun && called.isAtHome();
+        (*called).call(mpCall->function(), arguments, callee,
+                       atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
+    }
+
+    // The base path of the run where it is a text that nobody else can reach and no visible variable redirects
+    // the search. Null otherwise.
+    static const string* basePathInPlace(codecontext& context)
+    {
+        scriptcontext* const root = scope::plainRoot(context);
+        genericSet::entry* const base = root ? scope::global(*root, scriptBasePath()) : nullptr;
+        if (!base || base->isShared() || scope::variable(context, *root, localScriptBasePath()))
+            return nullptr;
+        return heldInPlace<string>(base->value());
     }
 
     // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
@@ -69,7 +129,7 @@ private:
         return path;
     }
 
-    string mCodeId; // the code call as written
+    sharedPtr<const codeCall> mpCall; // shared by clones
     std::vector<ownedProvider> mArguments;
 };
 
@@ -89,26 +149,40 @@ statement* callFunction::create(const callText& call)
     arguments.reserve(call.params.size());
     for (std::size_t i = 1; i < call.params.size(); ++i)
         arguments.push_back(requireProvider(call, i, L"callFunction::createFrom: error parsing \"%s\""));
-    return new callFunction(codeId, std::move(arguments));
+    return new callFunction(sharedPtr<const codeCall>(new codeCall(codeId)), std::move(arguments));
 }
 
 // Ends the function: the value stands under a parameter name that every block and loop looks for.
 class _return final : public scriptbasestatement
 {
 public:
-    explicit _return(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
 
     statement* clone() const override { return new _return(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         result.clear();
-        if (mpValue && !mpValue->getValue(context, result))
+        if (mpValue && !mpValue.write(context, result))
             execError(this, L"error retrieving returnvalue");
-        if (!context.setParameter(scriptcontext::returnparam(), result))
-            execError(this, L"error setting returnvalue to context");
+        set(context, genericValue(result));
+    }
+    void run(codecontext& context) const override
+    {
+        genericValue value;
+        if (mpValue && !mpValue.evaluate(context, value))
+            execError(this, L"error retrieving returnvalue");
+        set(context, std::move(value));
     }
 
 private:
+    void set(codecontext& context, genericValue&& value) const
+    {
+        if (scriptcontext* const root = scope::plainRoot(context))
+            scope::takeParameter(*root, scriptcontext::returnparam(), std::move(value));
+        else if (!context.setParameter(scriptcontext::returnparam(), value))
+            execError(this, L"error setting returnvalue to context");
+    }
+
     ownedProvider mpValue;
 };
 
@@ -116,14 +190,14 @@ private:
 class treatasfunction final : public scriptbasestatement
 {
 public:
-    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
 
     statement* clone() const override { return new treatasfunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         try {
             result.clear();
-            if (mpValue && !mpValue->getValue(context, result))
+            if (mpValue && !mpValue.write(context, result))
                 execError(this, L"error retrieving returnvalue");
             if (copyReturned(context, result))
                 context.deleteParameter(scriptcontext::returnparam());

@@ -21,7 +21,7 @@ using objectRef = intrface::interfaceptr<unknown>;
 using sharedStatement = sharedPtr<statement>;
 
 // The statement of a text; null where the text holds none.
-sharedStatement statementFrom(const textSlice& text, int flags)
+sharedStatement statementFrom(const textPiece& text, int flags)
 {
     return sharedStatement(statementParser::instance()->createStatementFrom(text, flags));
 }
@@ -39,32 +39,43 @@ class _if final : public scriptbasestatement
 public:
     _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
         : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
-    {}
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new _if(*this); }
     // What the branch gives is dropped. A signal raised in it is for whoever encloses this statement.
-    void execute(codecontext& context, genericValue&) const override
+    void execute(codecontext& context, genericValue&) const override { run(context); }
+    void run(codecontext& context) const override
     {
-        genericValue condition;
-        if (!mpCondition.evaluate(context, condition))
-            execError(this, L"error retrieving condition-result");
-        const sharedStatement& branch = holds(condition) ? mThen : mElse;
+        const sharedStatement& branch = holds(context) ? mThen : mElse;
         if (!branch)
             return;
-        codecontext block(&context);
-        branch->exec(block);
+        blockcontext block(context);
+        branch->execNested(block);
     }
 
     static statement* create(const callText& call);
 
 private:
-    bool holds(const genericValue& condition) const
+    bool holds(codecontext& context) const
+    {
+        const cell::word w =
+            cell::shortCutsAllowed() ? mpCondition.shortCut().smallValue(context) : cell::refused;
+        if (cell::holds<bool>(w))
+            return cell::get<bool>(w);
+        genericValue condition;
+        if (!mpCondition.evaluate(context, condition))
+            execError(this, L"error retrieving condition-result");
+        return isTrue(condition);
+    }
+    bool isTrue(const genericValue& condition) const
     {
         if (condition.isNull())
             return false;
-        bool isTrue = false;
-        if (condition.getValue(isTrue))
-            return isTrue;
+        bool truth = false;
+        if (condition.getValue(truth))
+            return truth;
         string shown;
         if (condition.getValue(shown))
             execError(this, L"error converting \"%s\" to bool", shown);
@@ -83,7 +94,7 @@ sharedStatement branchFrom(const callText& call, std::size_t place)
 {
     if (place >= call.params.size() || call.params[place].empty())
         return sharedStatement();
-    const textSlice& text = call.params[place];
+    const textPiece& text = call.params[place];
     sharedStatement branch = statementFrom(text, call.flags);
     if (!branch && text.view() != L"{}")
         refuse(ifFailure, text.view());
@@ -130,11 +141,11 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
              const Prepare& prepare)
 {
     try {
-        codecontext block(&context);
+        blockcontext block(context);
         prepare(block);
         if (body)
-            body->exec(block);
-        return goesOn(context, result);
+            body->execNested(block);
+        return !isAnythingRaised(block) || goesOn(context, result);
     } catch (const exception& caught) {
         statement::execError(loop, &caught, nullptr);
     } catch (...) {
@@ -147,7 +158,9 @@ class _while final : public scriptbasestatement
 public:
     _while(ownedProvider condition, const sharedStatement& body)
         : mpCondition(std::move(condition)), mBody(body)
-    {}
+    {
+        stayInside();
+    }
 
     statement* clone() const override { return new _while(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -272,6 +285,8 @@ template <statementFlags Allowed, const scString& (*Signal)()>
 class raising final : public scriptbasestatement
 {
 public:
+    raising() { stayInside(); }
+
     statement* clone() const override { return new raising(*this); }
     void execute(codecontext& context, genericValue&) const override
     {

@@ -37,17 +37,31 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         const auto fields = requireObject<Access>(context);
-        const string name = getFieldName(context);
+        const memberName name = getFieldName(context);
         replaceResult(result, fieldDefault<T>());
-        const heldIn<T> value(&result);
-        if (!value)
-            execError(this, L"internal error");
-        if (!fields->getValue(name.c_str(), value.get()))
-            execError(this, L"error calling the objects get-method for field %s", name);
+        if (!getInto(*fields.get(), name.c_str(), result))
+            execError(this, L"error calling the objects get-method for field %s", name.text());
     }
 
 protected:
     using fieldstatement::fieldstatement;
+
+private:
+    // `result` holds a T, which takes what the host writes.
+    bool getInto(Access& fields, const wchar_t* name, genericValue& result) const
+    {
+        if constexpr (cell::small<T>) {
+            auto value = fieldDefault<T>();
+            const bool isGiven = fields.getValue(name, &value);
+            replaceResult(result, value);
+            return isGiven;
+        } else {
+            const heldIn<T> value(&result);
+            if (!value)
+                execError(this, L"internal error");
+            return fields.getValue(name, value.get());
+        }
+    }
 };
 
 template <class T>
@@ -86,7 +100,7 @@ public:
     {
         const auto fields = requireObject<fieldaccess>(context);
         result.clear();
-        const string name = getFieldName(context);
+        const memberName name = getFieldName(context);
         fields->getValue(name.c_str(), result);
     }
 
@@ -124,15 +138,16 @@ public:
     void execute(codecontext& context, genericValue&) const override
     {
         const auto fields = requireObject<fieldaccess>(context);
-        const string name = getFieldName(context);
+        const memberName name = getFieldName(context);
         if (!fields->hasField(name.c_str()) && !mayCreate(context))
-            execError(this, L"field \"%s\" not found within object", name);
+            execError(this, L"field \"%s\" not found within object", name.text());
+        epoch::move(); // the object may have run anything
         genericValue given;
         if (!mpValue.evaluate(context, given))
-            execError(this, L"unable to retrieve value for field \"%s\" (1)", name);
+            execError(this, L"unable to retrieve value for field \"%s\" (1)", name.text());
         T value{};
         if (!given.getValue(value))
-            execError(this, L"unable to retrieve value for field \"%s\" (2)", name);
+            execError(this, L"unable to retrieve value for field \"%s\" (2)", name.text());
         if (!write(*fields.get(), name.c_str(), value))
             execError(this, L"error calling the objects set-method");
     }

@@ -32,9 +32,10 @@ protected:
     relationOf requireRelation(codecontext& context) const
     {
         const auto object = requireObject<relationaccess>(context);
-        const string name = getFieldName(context);
+        const string name = getFieldName(context).text();
         if (!object->hasRelation(name.c_str()))
             execError(this, L"relation \"%s\" not found", name);
+        epoch::move(); // the object may have run anything, and there are operands yet
         return {object, name};
     }
 

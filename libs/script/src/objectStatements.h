@@ -3,6 +3,7 @@
 #pragma once
 
 #include "qxScriptBase.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptHeld.h"
 #include "qxScriptReference.h"
 
@@ -31,6 +32,7 @@ protected:
     {
         objectRef object = getObject(context);
         intrface::interfaceptr<T> found(object);
+        epoch::move(); // the object has been asked, and an operand that comes yet may call a function
         if (!found.isValid())
             execError(this, L"unable to retrieve object");
         return found;
@@ -43,6 +45,21 @@ private:
     ownedProvider mpObject;
 };
 
+// The name of a field or relation: that of the statement itself where the script gives it as a literal.
+class memberName
+{
+public:
+    explicit memberName(const string& literal) noexcept : mpLiteral(&literal) {}
+    explicit memberName(string&& text) noexcept : mOwn(std::move(text)) {}
+
+    const string& text() const noexcept { return mpLiteral ? *mpLiteral : mOwn; }
+    const wchar_t* c_str() const noexcept { return text().c_str(); }
+
+private:
+    const string* mpLiteral = nullptr;
+    string mOwn;
+};
+
 // ... and the second one the name of a field or relation.
 class fieldstatement : public methodstatement
 {
@@ -50,7 +67,7 @@ protected:
     fieldstatement(const callText& call, const objectRefusals& texts);
 
     // REQUIRED: empty where the value has no text.
-    string getFieldName(codecontext& context) const;
+    memberName getFieldName(codecontext& context) const;
 
 private:
     ownedProvider mpFieldName;

@@ -14,8 +14,6 @@ namespace qx::script
 namespace
 {
 
-constexpr std::size_t textShownWhole = 128; // texts of fewer characters
-constexpr std::size_t textShownOtherwise = 122;
 const wchar_t* const loggerName = L"qx::script::statement::exec";
 
 } // namespace
@@ -27,29 +25,14 @@ statement* statement::createFrom(const string& text, int flags)
     return statementParser::instance()->createStatementFrom(text, flags);
 }
 
-void statement::setText(const string& source)
-{
-    setText(std::wstring_view(source));
-}
-
-void statement::setText(std::wstring_view source)
-{
-    if (source.size() < textShownWhole) {
-        mText.assign(source);
-        return;
-    }
-    mText.reserve(textShownWhole);
-    mText.assign(source.substr(0, textShownOtherwise)).append(L" ...");
-}
-
-// The guarded run of `work`.
+// The guarded run of `work`. Apart from the short cuts, which want few registers.
 template <class Work>
-void statement::guarded(const Work& work) const
+[[gnu::noinline]] void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
-        const bool traced = qxlog::logManager::listens(qxlog::level::trace);
-        if (traced)
+        const bool traced = cell::isTraced();
+        if (traced) [[unlikely]]
             trace(L"trying to exec (%s)");
         if (mStaysInside)
             work();
@@ -57,7 +40,7 @@ void statement::guarded(const Work& work) const
             const epoch::outside leaving;
             work();
         }
-        if (traced)
+        if (traced) [[unlikely]]
             trace(L"exec (%s) OK");
     } catch (...) {
         raiseCaught();
@@ -66,11 +49,32 @@ void statement::guarded(const Work& work) const
 
 void statement::exec(codecontext& context, genericValue& result) const
 {
-    if (!takeShortCut(context, result))
+    epoch::move();
+    const cell::word w = shortCut(context, result);
+    if (w != cell::refused)
+        cell::access::store(result, w);
+    else if (!mGivesText || !takeTextShortCut(context, result))
         guarded([&] { execute(context, result); });
 }
 
 void statement::exec(codecontext& context) const
+{
+    epoch::move();
+    execNested(context);
+}
+
+void statement::execNested(codecontext& context, genericValue& result) const
+{
+    // The result may be a variable that others can reach.
+    const cell::word before = cell::access::load(result);
+    const cell::word w = shortCut(context, result);
+    if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
+        return;
+    if (!mGivesText || !takeTextShortCut(context, result))
+        guarded([&] { execute(context, result); });
+}
+
+void statement::execNested(codecontext& context) const
 {
     guarded([&] {
         if (cell::shortCutsAllowed())
@@ -96,27 +100,28 @@ bool statement::textValue(codecontext& context, textScratch& text) const
     return text.show(smallValue(context));
 }
 
-bool statement::takeShortCut(codecontext& context, genericValue& result) const
+const genericValue* statement::valueInPlace(codecontext&) const
 {
-    if (mShortCutDepth == noShortCut || !cell::shortCutsAllowed())
-        return false;
-    if (mGivesText)
-        return takeTextShortCut(context, result);
-    const cell::word value = smallValue(context);
-    if (value == cell::refused)
-        return false;
-    const cell::word before = cell::access::load(result);
-    const cell::word written = writtenOver(before, value, mKeepsType);
-    return written != cell::refused && !cell::isHolder(before) &&
-           cell::access::storeIf(result, before, written);
+    return nullptr;
 }
 
-// Not inline, so that statements without a text do not have the room for one on the stack.
+// The word that is in `result` once the value is written into it; `refused` where the long way has to tell.
+std::uint64_t statement::shortCut(codecontext& context, const genericValue& result) const
+{
+    if (mShortCutDepth == noShortCut || mGivesText || !cell::shortCutsAllowed())
+        return cell::refused;
+    const cell::word value = smallValue(context);
+    return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
+}
+
+// The same for a text, written at once. Not inline, so that statements without a text do not have the room for
+// one on the stack.
 bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
 {
     const cell::word before = cell::access::load(result);
     const bool isText = before == cell::null || cell::kindIn(before) == cell::decimalKind;
-    if (cell::isHolder(before) || (mKeepsType && !isText))
+    if (mShortCutDepth == noShortCut || cell::isHolder(before) || (mKeepsType && !isText) ||
+        !cell::shortCutsAllowed())
         return false;
     textScratch text;
     if (!textValue(context, text))
@@ -127,7 +132,7 @@ bool statement::takeTextShortCut(codecontext& context, genericValue& result) con
 
 void statement::trace(const wchar_t* format) const
 {
-    qxlog::logManager::getLogger(loggerName)->log_trace(format, mText);
+    qxlog::logManager::getLogger(loggerName)->log_trace(format, text());
 }
 
 // Turns the exception that is being handled into this statement's failure.
@@ -136,13 +141,13 @@ void statement::raiseCaught() const
     try {
         throw;
     } catch (const exceptionDetail& caught) {
-        throw scriptExecException(mText.c_str(), caught.detail().c_str());
+        throw scriptExecException(text().c_str(), caught.detail().c_str());
     } catch (const exception& caught) {
-        throw scriptExecException(mText.c_str(), nullptr, &caught);
+        throw scriptExecException(text().c_str(), nullptr, &caught);
     } catch (const string&) {
         throw;
     } catch (...) {
-        throw scriptExecException(mText.c_str(), nullptr);
+        throw scriptExecException(text().c_str(), nullptr);
     }
 }
 
@@ -153,7 +158,7 @@ void statement::raiseDetail(const string& detail)
 
 void statement::raiseCaused(const statement* failed, const exception* cause, const string& detail)
 {
-    const wchar_t* const name = failed ? failed->mText.c_str() : L"***unknown***";
+    const wchar_t* const name = failed ? failed->text().c_str() : L"***unknown***";
     if (const auto* carrier = dynamic_cast<const exceptionDetail*>(cause))
         throw scriptExecException(name, carrier->detail().c_str());
     throw scriptExecException(name, detail.c_str(), cause);

@@ -3,6 +3,11 @@
 
 #include "qxScriptSignals.h"
 
+#include "qxScString.h"
+
+#include <algorithm>
+#include <cwchar>
+
 namespace qx::script
 {
 
@@ -23,7 +28,7 @@ void writeToSlot(genericValue& result, string&& text)
 bool boundOperand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;
-    if (!mpBound || !mpBound->getValue(context, value))
+    if (!write(context, value))
         return false;
     if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
         return true;
@@ -57,8 +62,8 @@ void compoundstatement::run(codecontext& context) const
 {
     blockcontext block(context);
     for (const sharedPtr<statement>& child : mStatements) {
-        child->exec(block);
-        if (raisedIn(context) != raised::nothing)
+        child->execNested(block);
+        if (isAnythingRaised(block))
             return;
     }
 }
@@ -82,31 +87,39 @@ bool singlefunction::parseDeclared(const wchar_t* function, const std::vector<st
     std::vector<declaredParameter> declared;
     for (; items->name; items += 2)
         declared.push_back({items[0].name, items[1].flag});
-    std::vector<textSlice> slices;
-    slices.reserve(params.size());
-    for (const string& text : params)
-        slices.emplace_back(text);
-    return parse(function, slices, flags, declared);
+    return parse(function, params, flags, declared);
 }
 
-bool singlefunction::parse(const wchar_t* function, const std::vector<textSlice>& params, int flags,
+bool singlefunction::parse(const wchar_t* function, const std::vector<string>& params, int flags,
                            const std::vector<declaredParameter>& declared)
+{
+    // The names of a host may end before the statement does.
+    std::vector<declaredParameter> lasting(declared);
+    for (declaredParameter& d : lasting)
+        d.name = scString::createFrom(d.name).c_str();
+    return parse(function, callOfTexts(L"", {}, params, flags).text(), lasting);
+}
+
+bool singlefunction::parse(const wchar_t* function, const callText& call,
+                           std::span<const declaredParameter> declared)
 {
     try {
         uint required = 0;
         for (const declaredParameter& d : declared)
             required += d.required ? 1u : 0u;
-        if (params.size() < required)
+        if (call.params.size() < required)
             throw numParamsException(function, long32(static_cast<int>(required)));
 
-        for (std::size_t i = 0; i < declared.size() && i < params.size(); ++i) {
-            autoPtr<valueProvider> provider(valueProvider::createFrom(params[i], flags));
+        const std::size_t count = std::min(declared.size(), call.params.size());
+        mParams.reserve(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            autoPtr<valueProvider> provider(valueProvider::createFrom(call.params[i], call.flags));
             if (!provider)
-                throw errParsingException(params[i]);
+                throw errParsingException(call.params[i].counted());
             if (find(declared[i].name))
                 throw unexpectedErrorException(L"singlefunction::parse: Error inserting parameter %s",
                                                declared[i].name);
-            mParams.push_back({string(declared[i].name), std::move(provider)});
+            mParams.push_back({declared[i].name, std::move(provider)});
         }
         return true;
     } catch (const exception& caught) {
@@ -116,10 +129,10 @@ bool singlefunction::parse(const wchar_t* function, const std::vector<textSlice>
     }
 }
 
-const singlefunction::parameter* singlefunction::find(std::wstring_view name) const
+const singlefunction::parameter* singlefunction::find(const wchar_t* name) const
 {
     for (const parameter& p : mParams)
-        if (p.name == name)
+        if (p.name == name || std::wcscmp(p.name, name) == 0)
             return &p;
     return nullptr;
 }

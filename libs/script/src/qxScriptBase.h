@@ -22,9 +22,6 @@ class scriptbasestatement : public statement
 {
 public:
     void destroy() override { delete this; }
-
-protected:
-    scriptbasestatement() { stayInside(); }
 };
 
 // Root of built-ins whose parameters have names.
@@ -34,8 +31,6 @@ public:
     void destroy() override { delete this; }
 
 protected:
-    scriptbasesinglefunction() { stayInside(); }
-
     // Evaluates the parameter and reads it as a T. False, with `out` untouched, when it was not given or does
     // not read.
     template <readable T>
@@ -79,9 +74,7 @@ statement* createNamed(const callText& call)
 {
     autoPtr<Statement> made(new Statement);
     scriptbasesinglefunction& bound = *made;
-    bound.parse(
-        Statement::messageName, call.params, call.flags,
-        std::vector<declaredParameter>(std::begin(Statement::declared), std::end(Statement::declared)));
+    bound.parse(Statement::messageName, call, Statement::declared);
     bound.parsed();
     return made.release();
 }
@@ -115,6 +108,8 @@ inline void replaceResult(genericValue& result, string&& text)
 class compoundstatement final : public scriptbasestatement
 {
 public:
+    compoundstatement() { stayInside(); }
+
     // Takes over `child` and appends it. A null child gives false and changes nothing.
     bool add(statement* child);
 
@@ -139,9 +134,9 @@ public:
     {
         if (!provider)
             return;
-        const statement* const nested = provider->nested();
-        if (nested && nested->shortCutDepth() != statement::noShortCut)
-            mpNested = nested;
+        mpNested = provider->nested();
+        if (mpNested && mpNested->shortCutDepth() != statement::noShortCut)
+            mpShort = mpNested;
         mpLiteral = provider->literal();
         if (mpLiteral)
             mWord = cell::makeText(*mpLiteral);
@@ -150,7 +145,7 @@ public:
     // For offerShortCuts of the statement around it.
     unsigned depth() const noexcept
     {
-        return mpLiteral ? 0u : mpNested ? mpNested->shortCutDepth() : statement::noShortCut;
+        return mpLiteral ? 0u : mpShort ? mpShort->shortCutDepth() : statement::noShortCut;
     }
     // A literal that reads as a T is read now, and not at each run.
     template <class T>
@@ -165,7 +160,7 @@ public:
     // The word of its value, see statement::smallValue.
     cell::word smallValue(codecontext& context) const
     {
-        return mpNested ? mpNested->smallValue(context) : mWord;
+        return mpShort ? mpShort->smallValue(context) : mWord;
     }
     // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
     // read.
@@ -183,12 +178,20 @@ public:
     {
         if (mpLiteral)
             text.borrow(*mpLiteral);
-        return mpLiteral || (mpNested && mpNested->textValue(context, text));
+        return mpLiteral || (mpShort && mpShort->textValue(context, text));
     }
+    const genericValue* valueInPlace(codecontext& context) const
+    {
+        return mpShort ? mpShort->valueInPlace(context) : nullptr;
+    }
+    // The text of a literal; null for what is none.
+    const string* literal() const noexcept { return mpLiteral; }
     // True when its value keeps the type of what it is written into.
     bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
     // True when its value is a text.
-    bool givesText() const noexcept { return mpNested ? mpNested->givesText() : mpLiteral != nullptr; }
+    bool givesText() const noexcept { return mpShort ? mpShort->givesText() : mpLiteral != nullptr; }
+    // The statement of a call or a variable.
+    const statement* nested() const noexcept { return mpNested; }
 
 private:
     // Not inline, so that not every reader of a number has room for a text.
@@ -199,7 +202,8 @@ private:
         return textValue(context, text) && readNumber(text.view(), out);
     }
 
-    const statement* mpNested = nullptr; // if it has short cuts
+    const statement* mpNested = nullptr; // null for a literal
+    const statement* mpShort = nullptr;  // the same if it has short cuts
     const string* mpLiteral = nullptr;   // null for what is no literal
     cell::word mWord = cell::refused;    // of a literal
 };
@@ -221,12 +225,35 @@ public:
     // The same as a twin did that was made from the same text.
     void foldAs(const boundOperand& twin) noexcept { mShort.foldAs(twin.mShort); }
 
+    // Evaluates by a short cut into `value`, which is null and nobody else's. False, without an effect, where
+    // there is none. To be called only where cell::shortCutsAllowed.
+    bool evaluateShort(codecontext& context, genericValue& value) const
+    {
+        const cell::word w = mShort.smallValue(context);
+        if (w != cell::refused) {
+            cell::access::store(value, w);
+            return true;
+        }
+        return mShort.givesText() && evaluateText(context, value);
+    }
+
     // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
     // it fails.
     bool evaluate(codecontext& context, genericValue& value) const
     {
-        return (cell::shortCutsAllowed() && evaluateShort(context, value)) ||
-               (mpBound && mpBound->getValue(context, value));
+        return (mShort.depth() != statement::noShortCut && cell::shortCutsAllowed() &&
+                evaluateShort(context, value)) ||
+               write(context, value);
+    }
+
+    // Evaluates the provider into a value that may hold something, as its statement or literal writes it.
+    // False as above.
+    bool write(codecontext& context, genericValue& value) const
+    {
+        if (!mShort.nested())
+            return mpBound && mpBound->getValue(context, value);
+        mShort.nested()->execNested(context, value);
+        return true;
     }
 
     // Evaluates the provider and reads the value as a T.
@@ -260,15 +287,6 @@ public:
     }
 
 private:
-    bool evaluateShort(codecontext& context, genericValue& value) const
-    {
-        const cell::word w = mShort.smallValue(context);
-        if (w != cell::refused) {
-            cell::access::store(value, w);
-            return true;
-        }
-        return mShort.givesText() && evaluateText(context, value);
-    }
     // Not inline, so that an operand without a text does not have the room for one on the stack.
     [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
     {

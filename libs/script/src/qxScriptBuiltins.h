@@ -2,19 +2,53 @@
 #pragma once
 
 #include "qxScriptParser.h"
+#include "qxScriptSource.h"
+#include "qxScriptTypes.h"
 
+#include <deque>
 #include <span>
 
 namespace qx::script
 {
 
+// A data type argument of a call, which the call lends.
+class typeWord : public std::wstring_view
+{
+public:
+    using std::wstring_view::wstring_view;
+    explicit typeWord(std::wstring_view word) noexcept : std::wstring_view(word) {}
+
+    operator string() const { return string(std::wstring(*this)); }
+    string lower() const { return string(*this).lower(); }
+};
+
+ePrimitiveScriptType parseScriptType(const typeWord& word);
+
 // One call as the parser cut it. Borrowed for the length of the factory's work.
 struct callText
 {
-    const string& name;
-    const std::vector<string>& types;
-    const std::vector<textSlice>& params;
+    std::wstring_view name;
+    std::span<const typeWord> types;
+    std::span<const textPiece> params;
     int flags;
+};
+
+// A call that is given as texts, which are borrowed.
+class callOfTexts
+{
+public:
+    QXSCRIPT_API callOfTexts(const string& name, const std::vector<string>& types,
+                             const std::vector<string>& params, int flags);
+    callOfTexts(const callOfTexts&) = delete;
+    callOfTexts& operator=(const callOfTexts&) = delete;
+
+    const callText& text() const noexcept { return mText; }
+
+private:
+    std::vector<typeWord> mTypes;
+    std::deque<sourceText> mSources;
+    std::vector<textPiece> mParams;
+    callText mText;
 };
 
 // Texts with which a statement fails, or with which its text is refused: lists of one text a line, exactly as

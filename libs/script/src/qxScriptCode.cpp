@@ -1,51 +1,11 @@
 #include "qxScriptCode.h"
 
 #include "qxScriptBasePath.h"
-#include "qxScriptException.h"
-#include "qxScriptFile.h"
-#include "qxScriptFunction.h"
-#include "qxScriptSignals.h"
-
-#include <map>
-#include <mutex>
+#include "qxScriptEpoch.h"
+#include "qxScriptFunctionTable.h"
 
 namespace qx::script
 {
-
-namespace
-{
-
-timestamp modificationTime(const file& scriptFile)
-{
-    return timestamp::fromTimer(scriptFile.lastModificationTime());
-}
-
-// Reads the file for one function. A null pointer when the file does not define it, or without a statement.
-sharedPtr<function> loadFunction(const file& source, const string& name)
-{
-    binaryBuffer text;
-    readScriptText(source, text); // a file that cannot be read defines nothing
-    scrdefReader reader(std::move(text));
-    const timestamp time = modificationTime(source);
-    configStructure definitions;
-    readDefinitions(reader, definitions);
-    reader.clear();
-
-    const std::size_t index = definitions.sectionIdx(name, false);
-    if (index == configStructure::notFound)
-        return sharedPtr<function>();
-    const configSection& section = definitions.section(index);
-    string body;
-    if (!section.getValue(bodyKey, body, false))
-        return sharedPtr<function>();
-    std::vector<string> declarations;
-    string declaration;
-    while (section.getValue(parameterKey(declarations.size() + 1), declaration, false))
-        declarations.push_back(declaration);
-    return function::parse(body, declarations, source, time);
-}
-
-} // namespace
 
 const scString& scriptBasePath()
 {
@@ -53,49 +13,25 @@ const scString& scriptBasePath()
     return name;
 }
 
-// The functions that are loaded, under the file name as it was asked for and the function name. Two files of
-// one name share their entries, whatever their directories.
-struct codeManager::state
+namespace
 {
-    sharedPtr<function> find(const string& key)
-    {
-        const std::lock_guard<std::mutex> guard(mMutex);
-        const auto found = mFunctions.find(key);
-        return found == mFunctions.end() ? sharedPtr<function>() : found->second;
-    }
 
-    // Gives what is in the cache afterwards: of two functions that are equally new the one that came first.
-    sharedPtr<function> insert(const string& key, const sharedPtr<function>& loaded)
-    {
-        sharedPtr<function> kept = loaded; // what it replaces ends after the mutex is released
-        const std::lock_guard<std::mutex> guard(mMutex);
-        sharedPtr<function>& entry = mFunctions[key];
-        if (entry && !(entry->time() < loaded->time()))
-            return entry;
-        entry.swap(kept);
-        return entry;
-    }
+// A call from the host searches the file each time. Its arguments stay as they are.
+bool callFromHost(const string& basePath, const codeCall& call, scriptcontext& context,
+                  const std::vector<genericValue>& arguments, genericValue& result)
+{
+    if (call.type() != codeTypeScript)
+        return false;
+    const epoch::outside host; // which may have done anything before, and may again
+    const sharedPtr<function> called = functionTable::instance().get(basePath, call);
+    std::vector<genericValue> copies(arguments);
+    called->call(call.function(), copies, context, function::callee::ofHost, result);
+    return true;
+}
 
-    // Throws fileNotFoundException, scriptFunctionNotFoundException and what loading throws.
-    sharedPtr<function> get(const string& basePath, const string& fileName, const string& name)
-    {
-        const file source = findScriptFile(basePath, fileName);
-        const timestamp time = modificationTime(source);
-        const string key = fileName + L"." + name;
-        if (sharedPtr<function> cached = find(key); cached && !(cached->time() < time))
-            return cached;
-        const sharedPtr<function> loaded = loadFunction(source, name);
-        if (!loaded)
-            throw scriptFunctionNotFoundException(name.c_str(), source);
-        return insert(key, loaded);
-    }
+} // namespace
 
-private:
-    std::mutex mMutex;
-    std::map<string, sharedPtr<function>> mFunctions;
-};
-
-codeManager::codeManager() : mpState(new state) {}
+// --- codeManager ---
 
 codeManager* codeManager::instance()
 {
@@ -127,29 +63,21 @@ bool codeManager::parseCodeCall(const string& call, eCodeType& type, string& fil
 bool codeManager::executeFunction(const string& basePath, const string& call, scriptcontext& context,
                                   std::vector<genericValue>& arguments, genericValue& result)
 {
-    eCodeType type = codeTypeScript;
-    string fileName;
-    string name;
-    parseCodeCall(call, type, fileName, name); // REQUIRED: a malformed call goes on and finds no file
-    if (type != codeTypeScript)
-        return false;
-    const sharedPtr<function> called = mpState->get(basePath, fileName, name);
-    called->bind(name, arguments, context);
-    try {
-        const string directoryName = called->source().entryName().path(0);
-        context.setGlobalContextVariable(scriptBasePath(), genericValue(directoryName));
-        called->body().exec(context, result);
-        copyReturned(context, result);
-        context.clearScriptSignal(breakSignal());
-        context.clearScriptSignal(continueSignal());
-        return true;
-    } catch (const exception& caught) {
-        throw scriptExecException(name.c_str(), nullptr, &caught);
-    } catch (const string& text) {
-        throw scriptExecException((text + L"\n\n" + name).c_str(), nullptr);
-    } catch (...) {
-        throw scriptExecException(name.c_str(), nullptr);
-    }
+    return callFromHost(basePath, codeCall(call), context, arguments, result);
+}
+
+// --- resolvedCall ---
+
+resolvedCall::resolvedCall(const string& basePath, const string& call)
+    : mBasePath(basePath), mpCall(new codeCall(call))
+{}
+
+resolvedCall::~resolvedCall() = default;
+
+bool resolvedCall::execute(scriptcontext& context, std::vector<genericValue>& arguments,
+                           genericValue& result) const
+{
+    return callFromHost(mBasePath, *mpCall, context, arguments, result);
 }
 
 } // namespace qx::script

@@ -18,6 +18,22 @@ scriptcontext* scope::findPlainRoot(codecontext& context) noexcept
     return context.mpPlainRoot;
 }
 
+genericSet::entry* scope::variableIndexed(codecontext& context, scriptcontext& root,
+                                          const scString& name) noexcept
+{
+    for (codecontext* block = &context; block; block = block->mpOuterBlock)
+        if (genericSet::entry* const local = block->mVariables.find(name))
+            return local;
+    if (genericSet::entry* const given = root.mParameters.find(name))
+        return given;
+    return global(root, name);
+}
+
+genericSet::entry* scope::globalIndexed(scriptcontext& root, const scString& name) noexcept
+{
+    return root.mpGlobalVariables->find(name);
+}
+
 // --- codecontext ---
 
 codecontext::codecontext(codecontext* outer) : mpOuterBlock(outer)

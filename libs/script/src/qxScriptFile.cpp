@@ -2,6 +2,9 @@
 
 #include "qxException.h"
 #include "qxSystem.h"
+#include "qxTextView.h"
+
+#include <algorithm>
 
 namespace qx::script
 {
@@ -14,11 +17,6 @@ static_assert(sizeof scrambleKey == 48 + 1);
 
 constexpr std::wstring_view definitionMark = L"scrdef ";
 
-bool isLineEnd(wchar_t c)
-{
-    return c == L'\r' || c == L'\n';
-}
-
 // What counts of a line: without leading blanks and without its comment.
 // REQUIRED: the comment begins at the first "//", also inside a quoted string.
 std::wstring_view withoutBlanksAndComment(std::wstring_view line)
@@ -29,30 +27,9 @@ std::wstring_view withoutBlanksAndComment(std::wstring_view line)
 
 bool opensDefinition(std::wstring_view line)
 {
-    return line.size() >= definitionMark.size() &&
-           string(line.substr(0, definitionMark.size())).lower() == definitionMark;
-}
-
-// Collects the text of the next definition, which may be empty. False when there is none.
-bool collectDefinition(scrdefReader& reader, string& text, std::size_t& lineNumber)
-{
-    bool isOpen = false;
-    string line;
-    for (scrdefReader::place before = reader.position(); reader.readLine(line); before = reader.position()) {
-        std::wstring_view content = withoutBlanksAndComment(line);
-        if (opensDefinition(content)) {
-            if (isOpen) {
-                reader.setPosition(before);
-                return true;
-            }
-            isOpen = true;
-            lineNumber = reader.lineNumber();
-            content.remove_prefix(definitionMark.size());
-        }
-        if (isOpen)
-            text += content;
-    }
-    return isOpen;
+    if (line.size() < definitionMark.size() || (line.front() != L's' && line.front() != L'S'))
+        return false; // no other character is an s in lower case
+    return string(std::wstring(line.substr(0, definitionMark.size()))).lower() == definitionMark;
 }
 
 // Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the
@@ -95,15 +72,35 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
     return text.substr(at);
 }
 
-void store(const scriptDefinition& definition, configStructure& definitions)
+bool isSameName(std::wstring_view written, const string& lowered)
 {
-    constexpr int mode = configCreate | configReplace;
-    configSection& section = definitions.section(definition.name, false, true);
-    std::size_t number = 0;
-    for (const string& parameter : definition.parameters)
-        section.setValue(parameterKey(++number), parameter, false, mode);
-    section.setValue(bodyKey, definition.body, false, mode);
+    return written.size() == lowered.size() && string(std::wstring(written)).lower() == lowered;
 }
+
+// A definition cut in three.
+struct outline
+{
+    // `text` is not empty.
+    explicit outline(std::wstring_view text)
+    {
+        text = trimmed(text, L" \t");
+        const std::size_t nameEnd = std::min(text.find(L'('), text.size());
+        name = text.substr(0, nameEnd);
+        text.remove_prefix(nameEnd);
+        if (!text.empty())
+            behind = text.substr(1);
+    }
+
+    bool hasBlankInName() const { return name.find(L' ') != name.npos; }
+    void cutInto(scriptDefinition& definition) const
+    {
+        definition.parameters.clear();
+        definition.body = string(std::wstring(cutParameters(behind, definition.parameters)));
+    }
+
+    std::wstring_view name;
+    std::wstring_view behind; // the opening bracket
+};
 
 } // namespace
 
@@ -125,17 +122,16 @@ bool readScriptText(const file& scriptFile, binaryBuffer& text)
     return isRead;
 }
 
-string parameterKey(std::size_t number)
-{
-    return L"parameter" + std::to_wstring(number);
-}
-
 scrdefReader::scrdefReader(binaryBuffer text, const file& source) : mSource(source), mText(std::move(text))
 {
     system& current = system::current();
-    mCharacters.fill(0);
-    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte)
-        mHasCharacter[byte] = current.widenByte(static_cast<unsigned char>(byte), mCharacters[byte]);
+    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte) {
+        wchar_t c = 0;
+        if (!current.widenByte(static_cast<unsigned char>(byte), c))
+            mCharacters[byte] = endsRun;
+        else
+            mCharacters[byte] = static_cast<std::uint32_t>(c) | (c == L'\r' || c == L'\n' ? endsRun : 0);
+    }
 }
 
 void scrdefReader::fill()
@@ -144,65 +140,116 @@ void scrdefReader::fill()
         mText.readFromFile(mSource, [] { return false; });
 }
 
-bool scrdefReader::readLine(string& line)
+void scrdefReader::rewind()
 {
-    line.clear();
+    mOffset = 0;
+    mLinesBefore = 0;
+    mIsAhead = false;
+}
+
+// Appends to the line what comes before the next line end.
+void scrdefReader::widenRun()
+{
     const char* const bytes = mText.data();
     const std::size_t size = mText.logicalLength();
-    while (mPosition.offset < size) {
-        const std::size_t offset = mPosition.offset++;
-        const auto byte = static_cast<unsigned char>(bytes[offset]);
-        if (!mHasCharacter[byte])
-            throw false;
-        const wchar_t c = mCharacters[byte];
-        if (!isLineEnd(c)) {
-            if (line.empty())
-                mLineNumber = mPosition.line;
-            line += c;
-            continue;
+    std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
+    std::size_t count = 0;
+    do {
+        for (count = 0; count < run.size() && mOffset < size; ++mOffset) {
+            const std::uint32_t c = mCharacters[static_cast<unsigned char>(bytes[mOffset])];
+            if (c & endsRun)
+                break;
+            run[count++] = static_cast<wchar_t>(c);
         }
-        const bool endsCrLf = c == L'\n' && offset > 0 && bytes[offset - 1] == '\r';
+        mLine.append(run.data(), count);
+    } while (count == run.size());
+}
+
+// Reads the next line that is not empty. False at the end.
+bool scrdefReader::readLine()
+{
+    mLine.clear();
+    while (mLine.empty() && mOffset < mText.logicalLength()) {
+        widenRun();
+        mLineNumber = mLinesBefore + 1;
+        if (mOffset == mText.logicalLength())
+            break;
+        const char* const end = mText.data() + mOffset++;
+        const std::uint32_t c = mCharacters[static_cast<unsigned char>(*end)];
+        if (c == endsRun)
+            throw false;
+        const bool endsCrLf = c == (endsRun | L'\n') && mOffset > 1 && end[-1] == '\r';
         if (!endsCrLf)
-            ++mPosition.line;
-        if (!line.empty())
-            return true;
+            ++mLinesBefore;
     }
-    return !line.empty();
+    return !mLine.empty();
+}
+
+bool scrdefReader::readText(std::wstring_view& text)
+{
+    mDefinition.clear();
+    bool isOpen = false;
+    while (mIsAhead || readLine()) {
+        std::wstring_view content = withoutBlanksAndComment(mLine);
+        if (opensDefinition(content)) {
+            mIsAhead = isOpen;
+            if (isOpen)
+                break;
+            isOpen = true;
+            mDefinitionLine = mLineNumber;
+            content.remove_prefix(definitionMark.size());
+        }
+        if (isOpen)
+            mDefinition.append(content);
+    }
+    text = mDefinition;
+    return isOpen;
 }
 
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition)
 {
     definition = scriptDefinition();
-    string text;
-    if (!collectDefinition(reader, text, definition.line))
+    std::wstring_view text;
+    if (!reader.readText(text))
         return definitionResult::atEnd;
+    definition.line = reader.lineNumber();
     if (text.empty())
         return definitionResult::withoutText;
-    text.deleteLeading(L" \t").deleteTrailing(L" \t");
-    const std::size_t nameEnd = std::min(text.find(L'('), text.size());
-    if (text.find(L' ') < nameEnd)
+    const outline parts(text);
+    if (parts.hasBlankInName())
         return definitionResult::blankInName;
-    definition.name = text.substr(0, nameEnd);
-    if (nameEnd < text.size()) {
-        const std::wstring_view behind = std::wstring_view(text).substr(nameEnd + 1);
-        definition.body = string(cutParameters(behind, definition.parameters));
-    }
+    definition.name = string(std::wstring(parts.name));
+    parts.cutInto(definition);
     return definitionResult::read;
 }
 
-void readDefinitions(scrdefReader& reader, configStructure& definitions)
+bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found)
 {
+    const string wanted = name.lower();
+    bool isFound = false;
     try {
-        reader.setPosition(scrdefReader::place());
+        reader.rewind();
         reader.fill();
-        scriptDefinition definition;
-        while (readDefinition(reader, definition) == definitionResult::read)
-            store(definition, definitions);
+        std::vector<string> parameters;
+        for (std::wstring_view text; reader.readText(text) && !text.empty();) {
+            const outline parts(text);
+            if (parts.hasBlankInName())
+                break;
+            if (!isSameName(parts.name, wanted))
+                continue;
+            isFound = true;
+            parameters.swap(found.parameters);
+            parts.cutInto(found);
+            // Those that an earlier definition has more of stay.
+            for (std::size_t i = found.parameters.size(); i < parameters.size(); ++i)
+                found.parameters.push_back(std::move(parameters[i]));
+        }
     } catch (const exception& caught) {
         throw readFileException(reader.source(), &caught);
     } catch (...) {
         throw readFileException(reader.source(), nullptr);
     }
+    return isFound;
 }
 
 } // namespace qx::script

@@ -6,11 +6,10 @@
 #pragma once
 
 #include "qxBinaryBuffer.h"
-#include "qxConfigStructure.h"
 #include "qxFile.h"
 
 #include <array>
-#include <bitset>
+#include <cstdint>
 
 namespace qx::script
 {
@@ -31,45 +30,44 @@ bool isScrambled(const file& scriptFile);
 // read.
 bool readScriptText(const file& scriptFile, binaryBuffer& text);
 
-// The keys of a definition in the configStructure; the declarations follow as "parameter1", "parameter2", ...
-inline constexpr const wchar_t* bodyKey = L"script";
-string parameterKey(std::size_t number);
-
-// Walks over the lines of a script text. Each byte becomes one character of the default ANSI code page.
+// Walks over the definitions of a script text. Each byte becomes one character of the default ANSI code page.
 class scrdefReader
 {
 public:
-    // A point between two lines; `line` counts from 1 and takes CR LF as one line end.
-    struct place
-    {
-        std::size_t offset = 0;
-        std::size_t line = 1;
-    };
-
     // Reads `text`; when that is empty, fill() takes the content of `source` instead.
     explicit scrdefReader(binaryBuffer text, const file& source = file());
 
     void fill();
     void clear() { mText.clear(); }
+    void rewind();
     const file& source() const { return mSource; }
 
-    // The next line that is not empty, without its line end. False at the end. Throws the bool value false
-    // for a byte that stands for no character.
-    bool readLine(string& line);
-
-    // Where the next readLine begins.
-    place position() const { return mPosition; }
-    void setPosition(const place& position) { mPosition = position; }
-    // The number of the line that readLine gave last.
-    std::size_t lineNumber() const { return mLineNumber; }
+    // The next definition, without the word that opens it: its lines, joined. False when there is none. The
+    // text may be empty; it is valid until the next call. Throws the bool value false for a byte that stands
+    // for no character.
+    bool readText(std::wstring_view& text);
+    // The number of the line with the word that opened the definition which readText gave last, from 1, with
+    // CR LF as one line end.
+    std::size_t lineNumber() const { return mDefinitionLine; }
 
 private:
+    bool readLine();
+    void widenRun();
+
+    // What a byte becomes; line ends have this bit besides, and a byte that stands for no character has it
+    // alone.
+    static constexpr std::uint32_t endsRun = 0x8000'0000u;
+
     file mSource;
     binaryBuffer mText;
-    place mPosition;
-    std::size_t mLineNumber = 1;
-    std::array<wchar_t, 256> mCharacters; // by byte
-    std::bitset<256> mHasCharacter;
+    std::array<std::uint32_t, 256> mCharacters; // by byte
+    std::size_t mOffset = 0;
+    std::size_t mLinesBefore = 0; // line ends in front of that
+    std::wstring mLine;           // the one that was read last
+    std::size_t mLineNumber = 0;  // of that
+    bool mIsAhead = false;        // that opens the next definition
+    std::wstring mDefinition;
+    std::size_t mDefinitionLine = 0;
 };
 
 // One definition as the file has it.
@@ -93,9 +91,9 @@ enum class definitionResult
 // Reads the definition at the reader's position and moves behind it.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
 
-// Stores all definitions of the text: a section for each name, its body and its declarations under their
-// keys. Reading ends silently at a definition that cannot be cut. Throws readFileException with the reader's
-// file for whatever fails.
-void readDefinitions(scrdefReader& reader, configStructure& definitions);
+// Reads all definitions and gives what those of this name, in any case, make together: the body of the last
+// one, and of each declaration the last. False when there is none. Reading ends silently at a definition that
+// cannot be cut. Throws readFileException with the reader's file for whatever fails.
+bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found);
 
 } // namespace qx::script

@@ -1,11 +1,33 @@
 #include "qxScriptFunction.h"
 
+#include "qxScriptBase.h"
+#include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 #include "qxScriptParser.h"
+#include "qxScriptScope.h"
+#include "qxScriptShortCuts.h"
+#include "qxScriptSignals.h"
 
 namespace qx::script
 {
+
+namespace
+{
+
+// True when the base path of the run is this very text already, so that nobody can tell whether it is written.
+bool isScriptBasePath(scriptcontext& context, const genericValue& directoryName)
+{
+    scriptcontext* const root = scope::plainRoot(context);
+    genericSet::entry* const stored = root ? scope::global(*root, scriptBasePath()) : nullptr;
+    if (!stored || stored->isShared())
+        return false;
+    const string* const present = heldInPlace<string>(stored->value());
+    const string* const wanted = heldInPlace<string>(directoryName);
+    return present && wanted && *present == *wanted;
+}
+
+} // namespace
 
 sharedPtr<function> function::parse(const string& body, const std::vector<string>& declarations,
                                     const file& source, const timestamp& time)
@@ -17,23 +39,42 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
     made->mFile = source;
+    made->mIsBlock = dynamic_cast<const compoundstatement*>(made->mpStatement.get()) != nullptr;
+    made->mDirectory = genericValue(source.entryName().path(0));
     made->mTimestamp = time;
     return made;
 }
 
-void function::bind(const string& name, const std::vector<genericValue>& arguments,
-                    scriptcontext& context) const
+void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
+                    genericValue& result) const
+{
+    bind(name, arguments, context);
+    try {
+        run(context, kind, result);
+    } catch (const exception& caught) {
+        throw scriptExecException(name.c_str(), nullptr, &caught);
+    } catch (const string& text) {
+        throw scriptExecException((text + L"\n\n" + name).c_str(), nullptr);
+    } catch (...) {
+        throw scriptExecException(name.c_str(), nullptr);
+    }
+}
+
+void function::bind(const string& name, std::span<genericValue> arguments, scriptcontext& context) const
 {
     try {
+        scriptcontext* const root = scope::plainRoot(context);
         std::size_t next = 0;
         for (const inParameter& parameter : mParameters) {
             if (parameter.name().empty())
                 continue;
-            genericValue value;
-            if (next < arguments.size())
-                value = arguments[next++];
-            parameter.resolve(value);
-            context.setParameter(scString::createFrom(parameter.name()), value);
+            genericValue value(next < arguments.size() ? std::move(arguments[next++]) : genericValue());
+            if (value.isNull())
+                parameter.resolve(value);
+            if (root)
+                scope::takeParameter(*root, parameter.variable(), std::move(value));
+            else
+                context.setParameter(parameter.variable(), value);
         }
     } catch (const exception& caught) {
         throw prepareParameterException(name.c_str(), L"", &caught);
@@ -42,6 +83,28 @@ void function::bind(const string& name, const std::vector<genericValue>& argumen
     } catch (...) {
         throw prepareParameterException(name.c_str(), L"");
     }
+}
+
+void function::run(scriptcontext& context, callee kind, genericValue& result) const
+{
+    if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
+        context.setGlobalContextVariable(scriptBasePath(), mDirectory);
+    if (mIsBlock)
+        mpStatement->execNested(context);
+    else
+        mpStatement->execNested(context, result);
+    scriptcontext* const root = scope::plainRoot(context);
+    if (kind != callee::ofHost && root) {
+        genericSet::entry* const returned = scope::returned(*root);
+        if (returned && !returned->isShared())
+            result = std::move(returned->value());
+        else if (returned)
+            result = returned->value();
+        return;
+    }
+    copyReturned(context, result);
+    context.clearScriptSignal(breakSignal());
+    context.clearScriptSignal(continueSignal());
 }
 
 } // namespace qx::script

@@ -8,6 +8,8 @@
 #include "qxSharedPtr.h"
 #include "qxTimestamp.h"
 
+#include <span>
+
 namespace qx::script
 {
 
@@ -26,16 +28,34 @@ public:
     const timestamp& time() const { return mTimestamp; }
     const statement& body() const { return *mpStatement; }
 
-    // Makes parameters of the context out of the arguments, in order of declaration; missing ones take their
-    // defaults. Throws prepareParameterException with `name` as the function; what is bound by then stays.
-    void bind(const string& name, const std::vector<genericValue>& arguments, scriptcontext& context) const;
+    // The directory of the file, which is the base path of the run.
+    const genericValue& directoryName() const { return mDirectory; }
+
+    // What is known of the context of a call.
+    enum class callee
+    {
+        ofHost,        // it stays, with the parameters and what was returned
+        ofCall,        // it ends with the call
+        ofCallAtHome   // the same, and the base path is the directory of the function already
+    };
+    // Runs the function in `context`, with parameters made of the arguments, which may be emptied, in order of
+    // declaration; missing ones take their defaults. What is returned goes to `result`. `name` is the function
+    // in what is thrown: prepareParameterException, with what is bound by then left bound, and
+    // scriptExecException.
+    void call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
+              genericValue& result) const;
 
 private:
     function() = default;
 
+    void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context) const;
+    void run(scriptcontext& context, callee kind, genericValue& result) const;
+
     sharedPtr<statement> mpStatement;
+    bool mIsBlock = false; // the body has no value but what it returns
     std::vector<inParameter> mParameters;
     file mFile;
+    genericValue mDirectory; // of the file
     timestamp mTimestamp;
 };
 

@@ -4,6 +4,8 @@
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 
+#include "qxTextView.h"
+
 namespace qx::script
 {
 
@@ -15,34 +17,40 @@ constexpr std::wstring_view blanks = L" \t";
 // A declaration cut into its pieces, each as written.
 struct declarationText
 {
-    string kind;
-    string type;
-    string name;
-    string defaultText;
+    std::wstring_view kind;
+    std::wstring_view type;
+    std::wstring_view name;
+    std::wstring_view defaultText;
 };
 
-declarationText cut(const string& whole)
+declarationText cut(const string& declaration)
 {
+    const std::wstring_view whole = declaration;
     declarationText cutText;
-    string rest;
     if (const std::size_t open = whole.find(L'<'); open != whole.npos) {
         const std::size_t close = whole.find(L'>', open);
         if (close == whole.npos)
-            throw errParsingException(whole.c_str());
+            throw errParsingException(declaration.c_str());
         cutText.kind = whole.substr(0, open);
         cutText.type = whole.substr(open + 1, close - open - 1);
-        rest = whole.substr(close + 1);
+        cutText.name = whole.substr(close + 1);
     } else {
         const std::size_t blank = whole.find_first_of(blanks);
         cutText.kind = whole.substr(0, blank);
-        rest = blank == whole.npos ? whole : string(whole.substr(blank + 1));
+        cutText.name = blank == whole.npos ? whole : whole.substr(blank + 1);
     }
-    if (const std::size_t equals = rest.find(L'='); equals != rest.npos) {
-        cutText.defaultText = rest.substr(equals + 1);
-        rest.erase(equals);
+    if (const std::size_t equals = cutText.name.find(L'='); equals != whole.npos) {
+        cutText.defaultText = trimmed(cutText.name.substr(equals + 1), blanks);
+        cutText.name = cutText.name.substr(0, equals);
     }
-    cutText.name = rest;
     return cutText;
+}
+
+string withoutAnyBlanks(std::wstring_view text)
+{
+    string copy{std::wstring(text)};
+    copy.deleteAll(blanks);
+    return copy;
 }
 
 ePrimitiveScriptType dataType(const string& word)
@@ -58,28 +66,28 @@ ePrimitiveScriptType dataType(const string& word)
 
 } // namespace
 
-inParameter::inParameter(const string& declaration, int flags)
+inParameter::inParameter(const string& declaration, int flags) : mVariable(scString::createFrom(string()))
 {
     string whole = declaration.lower();
     whole.deleteLeading(blanks);
-    declarationText text = cut(whole);
-    text.kind.deleteAll(blanks);
-    text.type.deleteAll(blanks);
-    text.name.deleteAll(blanks);
-    if (text.kind != L"in")
-        throw errParsingParamTypeException(text.kind.c_str());
-    mType = dataType(text.type);
-    mName = text.name;
-    text.defaultText.deleteLeading(blanks).deleteTrailing(blanks);
+    const declarationText text = cut(whole);
+    const string kind = withoutAnyBlanks(text.kind);
+    if (kind != L"in")
+        throw errParsingParamTypeException(kind.c_str());
+    mType = dataType(withoutAnyBlanks(text.type));
+    mName = withoutAnyBlanks(text.name);
+    mVariable = scString::createFrom(mName);
     if (text.defaultText.empty())
         return;
-    mDefault.reset(valueProvider::createFrom(text.defaultText, flags));
+    const string defaultText{std::wstring(text.defaultText)};
+    mDefault.reset(valueProvider::createFrom(defaultText, flags));
     if (!mDefault)
-        throw errParsingDefaultOfParamException(text.defaultText.c_str(), mName.c_str());
+        throw errParsingDefaultOfParamException(defaultText.c_str(), mName.c_str());
 }
 
 inParameter::inParameter(const inParameter& other)
-    : mType(other.mType), mName(other.mName), mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
+    : mType(other.mType), mName(other.mName), mVariable(other.mVariable),
+      mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
 {}
 
 void inParameter::resolve(genericValue& value) const

@@ -5,6 +5,7 @@
 #include "qxScriptTypes.h"
 
 #include "qxAutoPtr.h"
+#include "qxScString.h"
 
 namespace qx::script
 {
@@ -22,6 +23,8 @@ public:
 
     // Lower-case, without blanks; may be empty.
     const string& name() const noexcept { return mName; }
+    // The same as the name of a variable.
+    const scString& variable() const noexcept { return mVariable; }
     ePrimitiveScriptType type() const noexcept { return mType; }
 
     // Fills a null `value` from the default, evaluated in a context of its own. Throws
@@ -31,6 +34,7 @@ public:
 private:
     ePrimitiveScriptType mType = scriptTypeVoid;
     string mName;
+    scString mVariable;
     autoPtr<valueProvider> mDefault; // null without a default
 };
 

@@ -1,8 +1,6 @@
 // The one table through which the engine knows its modules.
 #include "qxScriptModules.h"
 
-#include <unordered_map>
-
 namespace qx::script
 {
 
@@ -24,6 +22,51 @@ const builtin* findIn(const builtinModule& module, std::wstring_view name)
     return nullptr;
 }
 
+// All rows, hashed. Every call of a script text looks its name up here.
+class rowTable
+{
+public:
+    rowTable()
+    {
+        for (const builtinModule* module : modules)
+            for (const builtin& row : module->rows)
+                add(row);
+    }
+
+    const builtin* find(std::wstring_view name) const noexcept { return mSlots[slotOf(name)].row; }
+
+private:
+    struct slot
+    {
+        std::wstring_view name;
+        const builtin* row = nullptr;
+    };
+
+    static constexpr std::size_t slotCount = 1024; // some five times as many as there are rows
+
+    // Of rows with one name the first counts.
+    void add(const builtin& row)
+    {
+        slot& place = mSlots[slotOf(row.name)];
+        if (!place.row)
+            place = {row.name, &row};
+    }
+
+    // The slot of a name, or the empty one where it would be.
+    std::size_t slotOf(std::wstring_view name) const noexcept
+    {
+        std::size_t hash = name.size();
+        for (const wchar_t c : name)
+            hash = hash * 31 + static_cast<std::size_t>(c);
+        hash ^= hash >> 10;
+        while (mSlots[hash % slotCount].row && mSlots[hash % slotCount].name != name)
+            ++hash;
+        return hash % slotCount;
+    }
+
+    slot mSlots[slotCount];
+};
+
 // The factory of the module at `Place`, for those who ask a module object itself.
 template <std::size_t Place>
 statement* makeIn(const string& name, const std::vector<string>& types, const std::vector<string>& params,
@@ -32,8 +75,7 @@ statement* makeIn(const string& name, const std::vector<string>& types, const st
     const builtin* const row = findIn(*modules[Place], name);
     if (!row)
         return nullptr;
-    const std::vector<textSlice> slices(params.begin(), params.end());
-    return row->create({name, types, slices, flags});
+    return row->create(callOfTexts(name, types, params, flags).text());
 }
 
 constinit scriptModule moduleObjects[] = {
@@ -46,6 +88,18 @@ static_assert(std::size(modules) == std::size(moduleObjects));
 
 } // namespace
 
+callOfTexts::callOfTexts(const string& name, const std::vector<string>& types,
+                         const std::vector<string>& params, int flags)
+    : mText{name, {}, {}, flags}
+{
+    for (const string& type : types)
+        mTypes.emplace_back(std::wstring_view(type));
+    for (const string& param : params)
+        mParams.emplace_back(mSources.emplace_back(param));
+    mText.types = mTypes;
+    mText.params = mParams;
+}
+
 std::span<const builtinModule* const> builtinModules()
 {
     return modules;
@@ -53,16 +107,9 @@ std::span<const builtinModule* const> builtinModules()
 
 const builtin* findBuiltin(std::wstring_view name)
 {
-    using rowTable = std::unordered_map<std::wstring_view, const builtin*>;
-    static const rowTable* const rows = [] {
-        auto* const table = new rowTable; // never destroyed: scripts may run to the end of the process
-        for (const builtinModule* module : modules)
-            for (const builtin& row : module->rows)
-                table->emplace(row.name, &row);
-        return table;
-    }();
-    const auto found = rows->find(name);
-    return found == rows->end() ? nullptr : found->second;
+    static const rowTable* const rows =
+        new rowTable; // never destroyed: scripts may run to the end of the process
+    return rows->find(name);
 }
 
 std::span<scriptModule> builtinModuleObjects()

@@ -14,6 +14,12 @@ methodstatement::methodstatement(const callText& call, const objectRefusals& tex
 
 objectRef methodstatement::getObject(codecontext& context) const
 {
+    if (cell::shortCutsAllowed()) {
+        const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
+        const objectRef* const object = variable ? heldInPlace<objectRef>(*variable) : nullptr;
+        if (object)
+            return *object;
+    }
     genericValue value;
     if (!mpObject.evaluate(context, value))
         execError(this, nullptr);
@@ -25,14 +31,16 @@ fieldstatement::fieldstatement(const callText& call, const objectRefusals& texts
     : methodstatement(call, texts), mpFieldName(requireProvider(call, 1, texts.unusable))
 {}
 
-string fieldstatement::getFieldName(codecontext& context) const
+memberName fieldstatement::getFieldName(codecontext& context) const
 {
+    if (const string* const literal = mpFieldName.shortCut().literal())
+        return memberName(*literal);
     genericValue value;
     if (!mpFieldName.evaluate(context, value))
         execError(this, nullptr);
     string name;
     value.getValue(name);
-    return name;
+    return memberName(std::move(name));
 }
 
 // --- Table ---

@@ -7,96 +7,69 @@
 #include "qxScriptBase.h"
 #include "qxScriptSplitter.h"
 #include "qxStack.h"
-#include "qxTextView.h"
 
 #include <algorithm>
 #include <functional>
-#include <set>
+#include <optional>
 
 namespace qx::script
 {
 
 struct statementParser::moduleSet
 {
-    // Ordered by address, which is the order of asking.
-    std::set<scriptModule*, std::less<scriptModule*>> modules;
+    // Those of hosts, by address, which is the order of asking: in front of the built-in ones and behind
+    // them.
+    std::vector<scriptModule*> before;
+    std::vector<scriptModule*> behind;
 };
 
 namespace
 {
 
-constexpr std::wstring_view blanks = L" \t";
-constexpr std::wstring_view lineEnds = L"\r\n";
-
-// The text without blanks at its ends and without line ends anywhere. In this order: blanks behind a leading
-// line end stay.
-textSlice normalised(const textSlice& text)
+string withoutLineEnds(std::wstring_view text)
 {
-    const std::wstring_view inner = trimmed(text.view(), blanks);
-    // Every level of nesting asks this of all the text below it: one fast search for each of the two.
-    if (inner.find(L'\r') == inner.npos && inner.find(L'\n') == inner.npos)
-        return text.slice(inner);
-    string joined{std::wstring(inner)};
-    joined.deleteAll(lineEnds);
-    return textSlice(std::move(joined));
-}
-
-// The parts between semicolons outside braces; none where no semicolon cuts. Quotation marks mean nothing
-// here. A trailing semicolon adds no part.
-std::vector<textSlice> partsOf(const textSlice& text)
-{
-    std::vector<textSlice> parts;
-    const std::wstring_view view = text.view();
-    if (view.find(L';') == view.npos)
-        return parts;
-    long depth = 0;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < view.size(); ++i) {
-        const wchar_t c = view[i];
-        if (c == L'{')
-            ++depth;
-        else if (c == L'}')
-            --depth;
-        else if (c == L';' && depth == 0) {
-            parts.push_back(text.slice(view.substr(start, i - start)));
-            start = i + 1;
-        }
-    }
-    if (start != 0 && start < view.size())
-        parts.push_back(text.slice(view.substr(start)));
-    return parts;
-}
-
-statement* makeBlock(const textSlice& text, const std::vector<textSlice>& parts, int flags)
-{
-    autoPtr<compoundstatement> block(new compoundstatement);
-    for (const textSlice& part : parts) {
-        if (!block->add(statementParser::instance()->createStatementFrom(part, flags))) {
-            assertMsg(L"statement::createFrom: error parsing \"%s\"", part.view());
-            return nullptr;
-        }
-    }
-    block->setText(text.view());
-    return block.release();
+    string joined{std::wstring(text)};
+    joined.deleteAll(L"\r\n");
+    return joined;
 }
 
 // The name of a call and its data type arguments, cut from what stands before the first bracket.
-struct callHead
+class callHead
 {
-    explicit callHead(std::wstring_view text) : name(std::wstring(text))
+public:
+    // Borrows `text`.
+    explicit callHead(std::wstring_view text) : mName(text)
     {
-        name.deleteAll(L"\r\n \t").toLower();
-        const std::size_t open = name.find(L'<');
-        const std::size_t close = name.rfind(L'>');
-        if (open == name.npos || close == name.npos)
+        if (std::any_of(text.begin(), text.end(), changes)) {
+            mWritten.assign(text);
+            mWritten.deleteAll(L"\r\n \t").toLower();
+            mName = mWritten;
+        }
+        const std::size_t open = mName.find(L'<');
+        const std::size_t close = open == mName.npos ? open : mName.rfind(L'>');
+        if (close == mName.npos)
             return;
-        const std::size_t length = close > open ? close - open - 1 : name.npos;
-        string(name.substr(open + 1, length)).splitAt(L",", types, false);
-        name.erase(open);
+        cutTypes(mName.substr(open + 1, close > open ? close - open - 1 : mName.npos));
+        mName.remove_suffix(mName.size() - open);
     }
 
-    string name;
-    std::vector<string> types;
+    std::wstring_view name() const noexcept { return mName; }
+    std::span<const typeWord> types() const noexcept { return mTypes.items(); }
+
+private:
+    // True for what does not stay as it is written.
+    static bool changes(wchar_t c) noexcept { return c <= L' ' || (c >= L'A' && c <= L'Z') || c >= 0x80; }
+
+    void cutTypes(std::wstring_view text)
+    {
+        for (std::size_t comma; (comma = text.find(L',')) != text.npos; text.remove_prefix(comma + 1))
+            mTypes.push(typeWord(text.substr(0, comma)));
+        mTypes.push(typeWord(text));
+    }
+
+    string mWritten; // what is left of a text that does not stay
+    std::wstring_view mName;
+    smallList<typeWord, 2> mTypes;
 };
 
 // What stands between the first bracket and the last closing one; up to the end where none closes.
@@ -107,46 +80,41 @@ std::wstring_view parameterText(std::wstring_view text, std::size_t open)
     return close == text.npos || close < start ? text.substr(start) : text.substr(start, close - start);
 }
 
-void checkBalance(const parameterSplitter& splitter, const textSlice& text)
+void checkBalance(const parameterSplitter& splitter, const textPiece& text)
 {
     if (splitter.depth() != 0)
-        throw missingBracketException(L')', text);
+        throw missingBracketException(L')', text.counted());
     if (splitter.angle() != 0)
-        throw missingBracketException(L'>', text);
+        throw missingBracketException(L'>', text.counted());
     if (splitter.inString())
-        throw missingStringEndException(text);
+        throw missingStringEndException(text.counted());
 }
 
-statement* makeBuiltin(const callText& call)
+// A call for the modules of hosts.
+struct hostCall
 {
-    const builtin* const row = findBuiltin(call.name);
-    return row ? row->create(call) : nullptr;
-}
-
-statement* askModule(const scriptModule& module, const callText& call)
-{
-    std::vector<string> params;
-    params.reserve(call.params.size());
-    for (const textSlice& param : call.params)
-        params.push_back(param.text());
-    return module.factory()(call.name, call.types, params, call.flags);
-}
-
-// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at
-// their place.
-statement* askModules(const std::set<scriptModule*, std::less<scriptModule*>>& modules, const callText& call)
-{
-    const std::span<scriptModule> builtins = builtinModuleObjects();
-    const scriptModule* const first = builtins.data();
-    const scriptModule* const last = first + builtins.size() - 1;
-    const std::less<const scriptModule*> before;
-    for (const scriptModule* module : modules) {
-        const bool isBuiltin = !before(module, first) && !before(last, module);
-        if (isBuiltin && module != first)
-            continue;
-        if (statement* const made = isBuiltin ? makeBuiltin(call) : askModule(*module, call))
-            return made;
+    explicit hostCall(const callText& call)
+        : name(std::wstring(call.name)), types(call.types.begin(), call.types.end())
+    {
+        params.reserve(call.params.size());
+        for (const textPiece& param : call.params)
+            params.push_back(param.text());
     }
+
+    string name;
+    std::vector<string> types;
+    std::vector<string> params;
+};
+
+// Asks each of these modules in turn; the first statement wins.
+statement* askModules(const std::vector<scriptModule*>& modules, const callText& call)
+{
+    if (modules.empty())
+        return nullptr;
+    const hostCall copied(call);
+    for (const scriptModule* module : modules)
+        if (statement* const made = module->factory()(copied.name, copied.types, copied.params, call.flags))
+            return made;
     return nullptr;
 }
 
@@ -157,11 +125,7 @@ void scriptModule::registerModule()
     statementParser::instance()->add(this);
 }
 
-statementParser::statementParser() : mpModules(new moduleSet)
-{
-    for (scriptModule& module : builtinModuleObjects())
-        add(&module);
-}
+statementParser::statementParser() : mpModules(new moduleSet) {}
 
 statementParser* statementParser::instance()
 {
@@ -171,50 +135,125 @@ statementParser* statementParser::instance()
 
 void statementParser::add(scriptModule* module)
 {
-    mpModules->modules.insert(module);
+    const std::span<scriptModule> builtins = builtinModuleObjects();
+    const std::less<const scriptModule*> isBefore;
+    const bool before = isBefore(module, &builtins.front());
+    if (!before && !isBefore(&builtins.back(), module))
+        return; // is there already
+    std::vector<scriptModule*>& modules = before ? mpModules->before : mpModules->behind;
+    const auto place = std::lower_bound(modules.begin(), modules.end(), module, isBefore);
+    if (place == modules.end() || *place != module)
+        modules.insert(place, module);
 }
 
 statement* statementParser::createStatementFrom(const string& text, int flags) const
 {
-    return createStatementFrom(textSlice(text), flags);
+    sourceText source(text);
+    return createStatementFrom(textPiece(source), flags);
 }
 
-statement* statementParser::createStatementFrom(const textSlice& text, int flags) const
+statement* statementParser::createStatementFrom(const textPiece& text, int flags) const
 {
     stack::check();
-    textSlice body = normalised(text);
+    // In this order: blanks behind a leading line end stay.
+    const std::wstring_view body = withoutBlanks(text.view());
+    return text.source().hasLineEnds() ? createJoined(text, withoutLineEnds(body), flags)
+                                       : createNormalised(text, text.piece(body), flags);
+}
+
+// In a function of its own: only the outermost level has line ends, and the stack is for depth.
+statement* statementParser::createJoined(const textPiece& text, string&& joined, int flags) const
+{
+    sourceText source(std::move(joined));
+    return createNormalised(text, textPiece(source), flags);
+}
+
+// `text` is what failures show.
+statement* statementParser::createNormalised(const textPiece& text, textPiece body, int flags) const
+{
     if (body.empty())
         return nullptr;
-
     if (body.view().front() == L'{') {
         if (body.view().back() != L'}')
-            throw errParsingException(text);
-        body = body.slice(trimmed(body.view().substr(1, body.size() - 2), blanks));
+            throw errParsingException(text.counted());
+        body = body.piece(withoutBlanks(body.view().substr(1, body.size() - 2)));
     }
 
-    if (const std::vector<textSlice> parts = partsOf(body); parts.size() > 1)
-        return makeBlock(body, parts, flags);
+    // A trailing semicolon adds no part.
+    const std::size_t semicolon = findSemicolon(body, 0);
+    if (semicolon != std::wstring_view::npos && semicolon + 1 < body.size())
+        return createBlock(body, semicolon, flags);
 
     const std::size_t open = body.view().find(L'(');
-    if (open == std::wstring_view::npos)
-        return nullptr;
+    return open == std::wstring_view::npos ? nullptr : createCall(text, body, open, flags);
+}
 
+statement* statementParser::createBlock(const textPiece& body, std::size_t semicolon, int flags) const
+{
+    autoPtr<compoundstatement> block(new compoundstatement);
+    for (std::size_t start = 0; start < body.size();) {
+        const textPiece part = body.piece(body.view().substr(start, semicolon - start));
+        if (!block->add(createStatementFrom(part, flags))) {
+            assertMsg(L"statement::createFrom: error parsing \"%s\"", part.view());
+            return nullptr;
+        }
+        start += part.size() + 1;
+        semicolon = findSemicolon(body, start);
+    }
+    nameAfter(*block, body, statementText::form::asWritten);
+    return block.release();
+}
+
+statement* statementParser::createCall(const textPiece& text, const textPiece& body, std::size_t open,
+                                       int flags) const
+{
     try {
         const callHead head(body.view().substr(0, open));
-        const parameterSplitter splitter(body, parameterText(body.view(), open));
+        const parameterSplitter splitter(body.piece(parameterText(body.view(), open)));
         checkBalance(splitter, body);
-        statement* const made =
-            askModules(mpModules->modules, {head.name, head.types, splitter.params(), flags});
-        if (made) {
-            made->setText(body.view());
+        if (statement* const made = ask({head.name(), head.types(), splitter.params(), flags})) {
+            nameAfter(*made, body, statementText::form::asWritten);
             return made;
         }
     } catch (const exception& caught) {
-        throw errParsingException(text, &caught);
+        throw errParsingException(text.counted(), &caught);
     } catch (...) {
-        throw errParsingException(text);
+        throw errParsingException(text.counted());
     }
-    throw errParsingException(text); // no module knows the call
+    throw errParsingException(text.counted()); // no module knows the call
+}
+
+statement* statementParser::createVariable(const textPiece& name, int flags) const
+{
+    stack::check();
+    const auto text = [&] { return textSlice(L"getvar(" + name.text() + L")"); };
+    try {
+        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags})) {
+            nameAfter(*made, name, statementText::form::variable);
+            return made;
+        }
+    } catch (const exception& caught) {
+        throw errParsingException(text(), &caught);
+    } catch (...) {
+        throw errParsingException(text());
+    }
+    throw errParsingException(text());
+}
+
+// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at
+// their place.
+statement* statementParser::ask(const callText& call) const
+{
+    if (statement* const made = askModules(mpModules->before, call))
+        return made;
+    const builtin* const row = findBuiltin(call.name);
+    statement* const made = row ? row->create(call) : nullptr;
+    return made ? made : askModules(mpModules->behind, call);
+}
+
+void statementParser::nameAfter(statement& made, const textPiece& piece, statementText::form how)
+{
+    made.mText.set(*piece.source().counted().buffer(), piece.start(), piece.size(), how);
 }
 
 } // namespace qx::script

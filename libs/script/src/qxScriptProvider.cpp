@@ -2,6 +2,7 @@
 #include "qxScriptProvider.h"
 
 #include "qxScriptParser.h"
+#include "qxScriptSource.h"
 
 #include <new>
 
@@ -57,20 +58,28 @@ bool isLiteral(std::wstring_view text)
     return text.front() == L'"' && text.back() == L'"';
 }
 
-// The provider of a call; `shown` is the text that a failure names.
-valueProvider* makeFromCall(const textSlice& call, const textSlice& shown, int flags)
+// The provider of a statement that was made of `text`.
+valueProvider* makeFrom(statement* made, const textPiece& text)
 {
-    sharedPtr<statement> nested(statementParser::instance()->createStatementFrom(call, flags));
+    sharedPtr<statement> nested(made);
     if (!nested)
-        throw errParsingException(shown);
+        throw errParsingException(text.counted());
     return new statementProvider(std::move(nested));
 }
 
-valueProvider* makeFromVariable(const textSlice& name, int flags)
+// True for a name that stays in one piece when `getvar(NAME)` is parsed.
+bool isPlainName(std::wstring_view name)
 {
-    string call(L"getvar(");
-    call.append(name.view()).push_back(L')');
-    return makeFromCall(textSlice(std::move(call)), name, flags);
+    return name.front() > L' ' && name.back() > L' ' && name.find_first_of(L"(){};,<>\"\r\n") == name.npos;
+}
+
+valueProvider* makeFromVariable(const textPiece& name, int flags)
+{
+    const statementParser& parser = *statementParser::instance();
+    if (isPlainName(name.view()))
+        return makeFrom(parser.createVariable(name, flags), name);
+    sourceText call(L"getvar(" + name.text() + L")");
+    return makeFrom(parser.createStatementFrom(textPiece(call), flags), name);
 }
 
 } // namespace
@@ -89,21 +98,23 @@ const string* valueProvider::literal() const
 
 valueProvider* valueProvider::createFrom(const string& text, int flags)
 {
-    return createFrom(textSlice(text), flags);
+    sourceText source(text);
+    return createFrom(textPiece(source), flags);
 }
 
-valueProvider* valueProvider::createFrom(const textSlice& text, int flags)
+valueProvider* valueProvider::createFrom(const textPiece& text, int flags)
 {
     const std::wstring_view view = text.view();
     if (view.empty())
-        throw errParsingException(text);
+        throw errParsingException(text.counted());
     const bool literal = isLiteral(view);
     const bool call = !literal && view.find(L'(') != view.npos;
     try {
         if (literal)
             return new constantProvider(view.size() == 1 ? std::wstring_view()
                                                          : view.substr(1, view.size() - 2));
-        return call ? makeFromCall(text, text, flags) : makeFromVariable(text, flags);
+        return call ? makeFrom(statementParser::instance()->createStatementFrom(text, flags), text)
+                    : makeFromVariable(text, flags);
     } catch (const std::bad_alloc&) {
         if (literal || call)
             throw outOfMemoryException();

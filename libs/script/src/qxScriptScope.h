@@ -22,14 +22,21 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
+    // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this one
+    // has no call in it: it is what running scripts does most.
     static genericSet::entry* variable(codecontext& context, scriptcontext& root, const scString& name) noexcept
     {
-        for (codecontext* block = &context; block; block = block->mpOuterBlock)
-            if (genericSet::entry* const local = block->mVariables.find(name))
+        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            if (block->mVariables.isIndexed()) [[unlikely]]
+                return variableIndexed(context, root, name);
+            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
                 return local;
-        if (genericSet::entry* const given = root.mParameters.find(name))
+        }
+        if (root.mParameters.isIndexed()) [[unlikely]]
+            return variableIndexed(context, root, name);
+        if (genericSet::entry* const given = root.mParameters.findByWalk(name))
             return given;
-        return global(root, name);
+        return root.mpGlobalVariables ? globalIndexed(root, name) : nullptr;
     }
     static genericSet::entry* parameter(scriptcontext& root, const scString& name) noexcept
     {
@@ -45,15 +52,12 @@ public:
     {
         block.mVariables.insert(name, std::move(value));
     }
-    // What setParameter and setGlobalContextVariable do, with a value that may be emptied.
+    // What setParameter does, with a value that may be emptied.
     static void takeParameter(scriptcontext& root, const scString& name, genericValue&& value)
     {
         root.mParameters.take(name, std::move(value));
-    }
-    static void takeReturned(scriptcontext& root, genericValue&& value)
-    {
-        root.mParameters.take(scriptcontext::returnparam(), std::move(value));
-        root.mPending = static_cast<unsigned char>(root.mPending | bitOf(raised::returned));
+        if (name == scriptcontext::returnparam())
+            root.mPending = static_cast<unsigned char>(root.mPending | bitOf(raised::returned));
     }
     // Null when nothing has been returned.
     static genericSet::entry* returned(scriptcontext& root) noexcept
@@ -68,7 +72,17 @@ public:
 
 private:
     static scriptcontext* findPlainRoot(codecontext& context) noexcept;
+    static genericSet::entry* variableIndexed(codecontext& context, scriptcontext& root,
+                                              const scString& name) noexcept;
+    static genericSet::entry* globalIndexed(scriptcontext& root, const scString& name) noexcept;
 };
+
+// raisedIn for those who want to know whether anything is.
+inline bool isAnythingRaised(codecontext& context)
+{
+    const scriptcontext* const root = scope::plainRoot(context);
+    return root ? scope::pending(*root) != 0 : raisedIn(context) != raised::nothing;
+}
 
 // The scope of a block that the engine opens.
 class blockcontext final : public codecontext

@@ -36,6 +36,18 @@ scString nameOf(const callText& call, const refusals& texts)
     return name;
 }
 
+// The T in a variable that nobody else can reach, in place. Null where it is not just that; then the long way
+// tells. What is in place stays there until something has an effect.
+template <class T>
+T* variableInPlace(codecontext& context, const scString& name)
+{
+    if (!cell::shortCutsAllowed())
+        return nullptr;
+    scriptcontext* const root = scope::plainRoot(context);
+    genericSet::entry* const variable = root ? scope::variable(context, *root, name) : nullptr;
+    return variable && !variable->isShared() ? heldInPlace<T>(variable->value()) : nullptr;
+}
+
 class createArray final : public scriptbasestatement
 {
 public:
@@ -63,7 +75,7 @@ private:
     valueArray elements(codecontext& context) const
     {
         genericValue source;
-        if (!mpSource->getValue(context, source))
+        if (!mpSource.evaluate(context, source))
             execError(this, L"error retrieving iterator");
         reference object;
         valueArray array;
@@ -102,7 +114,9 @@ private:
 class arrayStatement : public scriptbasestatement
 {
 protected:
-    explicit arrayStatement(const scString& name) : mName(name) {}
+    explicit arrayStatement(const scString& name) : mName(name) { stayInside(); }
+
+    valueArray* arrayInPlace(codecontext& context) const { return variableInPlace<valueArray>(context, mName); }
 
     heldIn<valueArray> requireArray(codecontext& context) const
     {
@@ -119,12 +133,17 @@ private:
 class sizeOfArray final : public arrayStatement
 {
 public:
-    explicit sizeOfArray(const scString& name) : arrayStatement(name) {}
+    explicit sizeOfArray(const scString& name) : arrayStatement(name) { offerShortCuts(0, writing::keepsType); }
 
     statement* clone() const override { return new sizeOfArray(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         writeToSlot(result, valueTraits<ulong32>::wrap(requireArray(context)->size()));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const valueArray* const array = arrayInPlace(context);
+        return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
     }
 
     static statement* create(const callText& call)
@@ -144,15 +163,9 @@ public:
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
     {
-        const heldIn<valueArray> array = requireArray(context);
-        if (!mpValue)
-            execError(this, L"Error retrieving value(1)");
-        genericValue value;
-        if (!mpValue->getValue(context, value))
-            execError(this, L"Error retrieving value(2)");
-        array->push_back(value);
+        if (!addShort(context))
+            add(context);
     }
-
     static statement* create(const callText& call)
     {
         static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
@@ -162,6 +175,27 @@ public:
     }
 
 private:
+    bool addShort(codecontext& context) const
+    {
+        genericValue value;
+        if (!cell::shortCutsAllowed() || !mpValue.evaluateShort(context, value))
+            return false;
+        valueArray* const array = arrayInPlace(context);
+        if (array)
+            array->push_back(std::move(value));
+        return array != nullptr;
+    }
+    void add(codecontext& context) const
+    {
+        const heldIn<valueArray> array = requireArray(context);
+        if (!mpValue)
+            execError(this, L"Error retrieving value(1)");
+        genericValue value;
+        if (!mpValue.evaluate(context, value))
+            execError(this, L"Error retrieving value(2)");
+        array->push_back(std::move(value));
+    }
+
     ownedProvider mpValue;
 };
 
@@ -169,7 +203,10 @@ class arrayElement final : public arrayStatement
 {
 public:
     arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
-    {}
+    {
+        mpIndex.fold<uint>();
+        offerShortCuts(depthOf(mpIndex), writing::replaces);
+    }
 
     statement* clone() const override { return new arrayElement(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -184,6 +221,17 @@ public:
             execError(this, L"index bigger than array size");
         result = (*array)[index];
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const genericValue* const element = elementInPlace(context);
+        return element ? smallIn(*element) : cell::refused;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        const genericValue* const element = elementInPlace(context);
+        return element && text.showInPlace(*element);
+    }
+    const genericValue* valueInPlace(codecontext& context) const override { return elementInPlace(context); }
 
     static statement* create(const callText& call)
     {
@@ -194,6 +242,15 @@ public:
     }
 
 private:
+    const genericValue* elementInPlace(codecontext& context) const
+    {
+        uint index = 0;
+        if (!cell::read(mpIndex.shortCut().smallValue(context), index))
+            return nullptr;
+        const valueArray* const array = arrayInPlace(context);
+        return array && index < array->size() ? &(*array)[index] : nullptr;
+    }
+
     ownedProvider mpIndex;
 };
 
@@ -217,7 +274,26 @@ class mapStatement : public scriptbasestatement
 protected:
     mapStatement(const callText& call, const refusals& texts)
         : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
-    {}
+    {
+        stayInside();
+        if constexpr (cell::small<K>)
+            mpKey.template fold<K>();
+    }
+
+    mapOf<K>* mapInPlace(codecontext& context) const { return variableInPlace<mapOf<K>>(context, mName); }
+    // The key by its short cut.
+    bool readKeyShort(codecontext& context, K& key) const
+    {
+        if constexpr (cell::small<K>)
+            return cell::read(mpKey.shortCut().smallValue(context), key);
+        else {
+            textScratch text;
+            if (!mpKey.shortCut().textValue(context, text))
+                return false;
+            key = text.take();
+            return true;
+        }
+    }
 
     heldIn<mapOf<K>> requireMap(codecontext& context) const
     {
@@ -237,6 +313,8 @@ protected:
 
 private:
     scString mName;
+
+protected:
     ownedProvider mpKey;
 };
 
@@ -247,6 +325,27 @@ public:
     statement* clone() const override { return new insertIntoMap(*this); }
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
+    {
+        if (!insertShort(context))
+            insert(context);
+    }
+
+    static statement* create(const callText& call) { return new insertIntoMap(call); }
+
+private:
+    bool insertShort(codecontext& context) const
+    {
+        K key{};
+        genericValue value;
+        if (!cell::shortCutsAllowed() || !this->readKeyShort(context, key) ||
+            !mpValue.evaluateShort(context, value))
+            return false;
+        mapOf<K>* const map = this->mapInPlace(context);
+        if (map)
+            map->insert_or_assign(std::move(key), std::move(value));
+        return map != nullptr;
+    }
+    void insert(codecontext& context) const
     {
         const heldIn<mapOf<K>> map = this->requireMap(context);
         const K key = this->requireKey(context);
@@ -262,9 +361,6 @@ public:
         }
     }
 
-    static statement* create(const callText& call) { return new insertIntoMap(call); }
-
-private:
     static constexpr refusals texts{3, L"insertIntoMap::createFrom: number of parameters < 3",
                                     L"insertIntoMap::createFrom: error parsing \"%s\""};
 
@@ -288,6 +384,17 @@ public:
         if (found != map->end())
             result = found->second;
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const genericValue* const found = findInPlace(context);
+        return found ? smallIn(*found) : cell::refused;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        const genericValue* const found = findInPlace(context);
+        return found && text.showInPlace(*found);
+    }
+    const genericValue* valueInPlace(codecontext& context) const override { return findInPlace(context); }
 
     static statement* create(const callText& call) { return new findInMap(call); }
 
@@ -295,7 +402,21 @@ private:
     explicit findInMap(const callText& call)
         : mapStatement<K>(call, {2, L"findInMap::createFrom: number of parameters < 2",
                                  L"findInMap::createFrom: error parsing \"%s\""})
-    {}
+    {
+        statement::offerShortCuts(depthOf(this->mpKey), statement::writing::replaces);
+    }
+
+    const genericValue* findInPlace(codecontext& context) const
+    {
+        K key{};
+        if (!this->readKeyShort(context, key))
+            return nullptr;
+        const mapOf<K>* const map = this->mapInPlace(context);
+        if (!map)
+            return nullptr;
+        const auto found = map->find(key);
+        return found == map->end() ? nullptr : &found->second;
+    }
 };
 
 // Makes the member of a family of map statements for the stated type of key.

@@ -53,6 +53,8 @@ public:
             return true;
         }
     }
+    // The same for a value that nobody else can reach, with a text of its own in place.
+    inline bool showInPlace(const genericValue& value);
     // A text of so many characters, for the caller to write. Short ones lie in here, without an allocation.
     wchar_t* room(std::size_t size)
     {
@@ -95,6 +97,22 @@ T* heldInPlace(const genericValue& value) noexcept
     if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
         return nullptr;
     return static_cast<T*>(holder->heldAddress());
+}
+
+// The word of a value that is small or null; `refused` for one with a holder.
+inline cell::word smallIn(const genericValue& value) noexcept
+{
+    const cell::word w = cell::access::load(value);
+    return cell::isHolder(w) ? cell::refused : w;
+}
+
+inline bool textScratch::showInPlace(const genericValue& value)
+{
+    if (const string* const held = heldInPlace<string>(value)) {
+        borrow(*held);
+        return true;
+    }
+    return show(smallIn(value));
 }
 
 // The text in a value that nobody else can reach at this moment, if that is a text and nobody shares its

@@ -1,38 +1,43 @@
-// Cuts the parameter text of a call at its commas.
+// Cuts the text of a statement: at its semicolons, and the parameter text of a call at its commas.
 #pragma once
 
-#include "qxTextSlice.h"
+#include "qxScriptSmallList.h"
+#include "qxScriptSource.h"
 
+#include <memory>
 #include <vector>
 
 namespace qx::script
 {
 
+// The text without blanks at its ends.
+std::wstring_view withoutBlanks(std::wstring_view text) noexcept;
+
+// The place of the first semicolon outside braces from `from` on, where the text counts as outside; npos
+// where there is none. Quotation marks mean nothing here.
+std::size_t findSemicolon(const textPiece& text, std::size_t from);
+
 class parameterSplitter
 {
 public:
-    // Cuts `text`, which lies within `buffer`.
-    parameterSplitter(const textSlice& buffer, std::wstring_view text);
+    explicit parameterSplitter(const textPiece& text);
 
-    // The parameters, trimmed. One that is a string literal has every \" exchanged for a plain quotation
-    // mark; its outer quotation marks stay.
-    const std::vector<textSlice>& params() const noexcept { return mParams; }
+    // The parameters, trimmed; valid as long as this object. One that is a string literal has every \"
+    // exchanged for a plain quotation mark; its outer quotation marks stay.
+    std::span<const textPiece> params() const noexcept { return mParams.items(); }
 
     // What was left open at the end: brackets and angle brackets (negative when more were closed), a string.
+    // Where brackets are left open, nothing else is told.
     long depth() const noexcept { return mDepth; }
     long angle() const noexcept { return mAngle; }
     bool inString() const noexcept { return mInString; }
 
 private:
-    void step(wchar_t c);
-    void stepInString(wchar_t c);
-    void emit(const textSlice& buffer, std::wstring_view token, bool evenIfEmpty);
+    void emit(const textPiece& token, bool evenIfEmpty);
 
-    std::vector<textSlice> mParams;
+    smallList<textPiece, 4> mParams;
+    std::vector<std::unique_ptr<sourceText>> mUnescaped;
     bool mInString = false;
-    bool mEscaped = false;
-    bool mAtStart =
-        true; // only blanks since the last comma or opening bracket: a quotation mark opens a string here
     long mDepth = 0;
     long mAngle = 0;
 };

@@ -23,7 +23,7 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textSlice& text)
+scString nameFrom(const textPiece& text)
 {
     string name = text.text();
     name.deleteAll(L" \t").toLower();
@@ -56,15 +56,15 @@ sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const s
 // The entry of a name that the statements of this scope see, in a chain that is plain; null for an unknown
 // name and for other chains. A variable that others can reach may have been written by them, so the epoch
 // moves.
-genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
+inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const scString& name)
 {
     scriptcontext* const root = scope::plainRoot(context);
-    if (!root)
+    if (!root) [[unlikely]]
         return nullptr;
-    genericSet::entry* const found = where == scopeVariable    ? scope::variable(context, *root, name)
+    genericSet::entry* const found = where == scopeVariable ? scope::variable(context, *root, name)
                                      : where == scopeParameter ? scope::parameter(*root, name)
                                                                : scope::global(*root, name);
-    if (found && found->isShared())
+    if (found && found->isShared()) [[unlikely]]
         epoch::move();
     return found;
 }
@@ -111,7 +111,9 @@ class assignment : public scriptbasestatement
 protected:
     assignment(eVarScope where, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
         : mScope(where), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
-    {}
+    {
+        stayInside();
+    }
 
     eVarScope mScope;
     scString mName;
@@ -130,7 +132,7 @@ public:
     // A name that is visible already stays as it is, without a failure. A global is overwritten.
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (mpValue && !mpValue->getValue(context, result))
+        if (mpValue && !mpValue.write(context, result))
             execError(this, L"error retrieving value");
         store(context, result);
     }
@@ -171,11 +173,26 @@ public:
     {}
 
     statement* clone() const override { return new setVariable(*this); }
-    void execute(codecontext& context, genericValue& result) const override { result = *write(context); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (variable) {
+            const genericSet::hold held(*variable);
+            write(context, held.value());
+            result = held.value();
+        } else {
+            const sharedPtr<genericValue> storage = requireStorage(context);
+            write(context, *storage);
+            result = *storage;
+        }
+    }
     void run(codecontext& context) const override
     {
-        if (!writeShort(context))
-            write(context);
+        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        if (!variable)
+            write(context, *requireStorage(context));
+        else if (!writeShort(context, *variable))
+            write(context, genericSet::hold(*variable).value());
     }
 
     template <eVarScope Scope>
@@ -185,85 +202,78 @@ public:
     }
 
 private:
-    // The storage is found, and held, before the value is evaluated.
-    sharedPtr<genericValue> write(codecontext& context) const
+    sharedPtr<genericValue> requireStorage(codecontext& context) const
     {
         sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
         if (!storage)
             execError(this, L"Error retrieving variable %s", mName.string());
-        if (mpValue && !mpValue->getValue(context, *storage))
-            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
         return storage;
     }
 
-    // A small value comes about without an effect, so nothing can tell when it was found out.
-    bool writeShort(codecontext& context) const
+    // The storage has been found, and is held, before the value is evaluated.
+    void write(codecontext& context, genericValue& storage) const
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
-        if (!variable)
-            return false;
+        if (mpValue && !mpValue.write(context, storage))
+            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
+    }
+
+    // A small value comes about without an effect, so nothing can tell when it was found out.
+    bool writeShort(codecontext& context, genericSet::entry& variable) const
+    {
         const shortOperand& value = mpValue.shortCut();
         const cell::word w = value.smallValue(context);
         if (w != cell::refused)
-            return writeSmall(*variable, w, value.keepsType());
+            return writeSmall(variable, w, value.keepsType());
         textScratch text;
-        if (!value.givesText() || !mayTakeText(*variable, value.keepsType()) ||
+        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) ||
             !value.textValue(context, text))
             return false;
-        variable->value() = text.takeValue();
+        cell::access::fill(variable.value(), text.takeValue());
         return true;
     }
 };
 
+template <eVarScope Scope>
 class getVariable final : public scriptbasestatement
 {
 public:
-    getVariable(eVarScope where, const scString& name) : mName(name), mScope(where)
-    {
-        offerShortCuts(0, writing::replaces);
-    }
+    explicit getVariable(const scString& name) : mName(name) { offerShortCuts(0, writing::replaces); }
 
     statement* clone() const override { return new getVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (genericSet::entry* const variable = entryOf(context, mScope, mName))
+        if (genericSet::entry* const variable = entryOf(context, Scope, mName))
             result = variable->value();
         else
             result = read(context);
     }
     std::uint64_t smallValue(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
-        if (!variable)
-            return cell::refused;
-        const cell::word w = cell::access::load(variable->value());
-        return cell::isHolder(w) ? cell::refused : w;
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable ? smallIn(variable->value()) : cell::refused;
     }
     bool textValue(codecontext& context, textScratch& text) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
-        if (!variable)
-            return false;
-        const cell::word w = cell::access::load(variable->value());
-        if (!cell::isHolder(w))
-            return text.show(w);
-        const string* const held = variable->isShared() ? nullptr : heldInPlace<string>(variable->value());
-        if (held)
-            text.borrow(*held);
-        return held != nullptr;
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
+                                                 : text.showInPlace(variable->value()));
+    }
+    const genericValue* valueInPlace(codecontext& context) const override
+    {
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable && !variable->isShared() ? &variable->value() : nullptr;
     }
 
-    template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        return new getVariable(Scope, requiredName(call, L"getVariable::createFrom: number of parameters < 1",
+        return new getVariable(requiredName(call, L"getVariable::createFrom: number of parameters < 1",
                                                    L"getVariable::parse: error setting variablename %s"));
     }
 
 private:
     const genericValue& read(codecontext& context) const
     {
-        switch (mScope) {
+        switch (Scope) {
         case scopeParameter:
             return context.parameter(mName);
         case scopeGlobal:
@@ -274,7 +284,6 @@ private:
     }
 
     scString mName;
-    eVarScope mScope;
 };
 
 // Gives the variable itself: a write through the value is a write to the variable.
@@ -471,7 +480,7 @@ const builtin rows[] = {
      .summary = L"Writes a global variable; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"getvar",
-     .create = getVariable::create<scopeVariable>,
+     .create = getVariable<scopeVariable>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of the innermost visible variable or parameter of this name.",
      .failures = {getFailures, L"Variable \"%s\" not found"}},
@@ -489,7 +498,7 @@ const builtin rows[] = {
                 L"is not looked at.",
      .failures = {addressFailures}},
     {.name = L"getparameter",
-     .create = getVariable::create<scopeParameter>,
+     .create = getVariable<scopeParameter>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of a parameter of the function.",
      .failures = {getFailures, L"Parameter \"%s\" not found"}},
@@ -507,7 +516,7 @@ const builtin rows[] = {
                 L"type is not looked at.",
      .failures = {addressFailures}},
     {.name = L"getglobalvar",
-     .create = getVariable::create<scopeGlobal>,
+     .create = getVariable<scopeGlobal>::create,
      .parameters = L"(name)",
      .summary = L"Gives the value of a global variable.",
      .failures = {getFailures, L"Global variable \"%s\" not found"}},

@@ -220,13 +220,40 @@ QXUTILS_API bool convert(word w, T& out);
     USE(qx::time)                                                                                            \
     USE(qx::timestamp)
 
-// The same, in place for what occurs most.
+// The integers in a range of kinds, and the texts among them, which have the int's value.
+constexpr bool isInteger(word w)
+{
+    return kindIn(w) - intKind <= uint64Kind - intKind;
+}
+constexpr bool isUnsigned(word w)
+{
+    return kindIn(w) == uintKind || kindIn(w) == ulongKind || kindIn(w) == uint64Kind;
+}
+
+// The same, in place for what occurs most. For short cuts: it knows the library's own conversions alone.
 template <class T>
 inline bool read(word w, T& out)
 {
     if constexpr (small<T>) {
         if (holds<T>(w)) {
             out = get<T>(w);
+            return true;
+        }
+    }
+    if constexpr (std::is_same_v<T, int> || std::is_same_v<T, long32>) {
+        if (isInteger(w)) {
+            out = valueTraits<T>::wrap(payloadIn(w));
+            return true;
+        }
+    } else if constexpr (std::is_same_v<T, uint>) {
+        if (isInteger(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
+            out = payloadIn(w);
+            return true;
+        }
+    } else if constexpr (std::is_same_v<T, double>) {
+        if (isInteger(w)) {
+            out = isUnsigned(w) ? static_cast<double>(payloadIn(w))
+                                : static_cast<double>(static_cast<int>(payloadIn(w)));
             return true;
         }
     }
@@ -248,7 +275,8 @@ public:
     {
         return __atomic_load_n(&value.mWord, __ATOMIC_RELAXED);
     }
-    // Puts a small word, or null, in place; the holder before it ends.
+    // Puts a word in place, where nobody else can reach; the holder before it ends. A holder's word comes with
+    // its count.
     static void store(genericValue& value, word small) noexcept
     {
         if (isHolder(load(value)))
@@ -271,10 +299,10 @@ public:
         source.mWord = null;
         return true;
     }
-    // Moves what `source` holds into a value that is null and nobody else's.
-    static void fill(genericValue& fresh, genericValue&& source) noexcept
+    // Moves what `source` holds to where nobody else can reach.
+    static void fill(genericValue& value, genericValue&& source) noexcept
     {
-        fresh.mWord = std::exchange(source.mWord, null);
+        store(value, std::exchange(source.mWord, null));
     }
     // A value of a small word, or null.
     static genericValue made(word small) noexcept
@@ -321,6 +349,10 @@ extern QXUTILS_API std::atomic<unsigned> longWayReasons;
 inline bool shortCutsAllowed() noexcept
 {
     return longWayReasons.load(std::memory_order_relaxed) == 0;
+}
+inline bool isTraced() noexcept
+{
+    return longWayReasons.load(std::memory_order_relaxed) & longWayTraced;
 }
 inline void setLongWay(longWay reason, bool applies) noexcept
 {

@@ -34,7 +34,10 @@ public:
         const scString& name() const noexcept { return mName; }
         qx::genericValue& value() noexcept { return mpShared ? mpShared->value : mValue; }
         // True when somebody else has the address.
-        bool isShared() const noexcept { return mpShared && interlockedRead(&mpShared->counter) != 1u; }
+        bool isShared() const noexcept
+        {
+            return mpShared && interlockedRead(&mpShared->counter) != 1u + mpShared->held;
+        }
         // A share of the storage, which does not move any more.
         sharedPtr<qx::genericValue> address();
 
@@ -48,37 +51,67 @@ public:
         sharedVariable* mpShared = nullptr; // with one count for this entry
     };
 
+    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody else.
+    class hold
+    {
+    public:
+        explicit hold(entry& kept) : mpAddress(kept.address()), mpShared(kept.mpShared) { ++mpShared->held; }
+        hold(const hold&) = delete;
+        hold& operator=(const hold&) = delete;
+        ~hold() { --mpShared->held; }
+
+        qx::genericValue& value() const noexcept { return mpShared->value; }
+
+    private:
+        sharedPtr<qx::genericValue> mpAddress;
+        sharedVariable* mpShared;
+    };
+
     genericSet() noexcept : mpEntries(own()) {}
     ~genericSet()
     {
-        for (uint i = 0; i < mCount; ++i)
-            mpEntries[i].~entry();
-        if (mpEntries != own())
+        for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
+            e->~entry();
+        if (mCapacity != ownEntries)
             giveBack();
     }
     genericSet(const genericSet&) = delete;
     genericSet& operator=(const genericSet&) = delete;
 
-    // Stores a copy of `value` under `name`: in the storage that is there already, else in a new one. `keep`
-    // makes no difference to what is stored. True when the value is stored.
-    bool setGenericValue(const scString& name, const qx::genericValue& value, bool keep);
-    // The same with a value that may be emptied.
-    void take(const scString& name, qx::genericValue&& value);
+    // Stores a copy of `value` under `name`: in the storage that is there already, else in a new one. The
+    // flag makes no difference to what is stored. True when the value is stored.
+    bool setGenericValue(const scString& name, const qx::genericValue& value, bool)
+    {
+        if (entry* const existing = find(name))
+            existing->value() = value;
+        else
+            insert(name, qx::genericValue(value));
+        return true;
+    }
+    // The same with a value that is emptied.
+    void take(const scString& name, qx::genericValue&& value)
+    {
+        if (entry* const existing = find(name))
+            existing->value() = std::move(value);
+        else
+            insert(name, std::move(value));
+    }
 
     // The storage of `name`; a null pointer for an unknown name.
     sharedPtr<qx::genericValue> genericValue(const scString& name);
     const_sharedPtr<qx::genericValue> genericValue(const scString& name) const;
 
     // The entry of `name`; null for an unknown name.
-    entry* find(const scString& name) noexcept
+    entry* find(const scString& name) noexcept { return isIndexed() ? findIndexed(name) : findByWalk(name); }
+    // The same for a set that is not indexed, for those who look into several: without a call.
+    entry* findByWalk(const scString& name) noexcept
     {
-        if (mpIndex)
-            return findIndexed(name);
         for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
             if (e->mName == name)
                 return e;
         return nullptr;
     }
+    bool isIndexed() const noexcept { return mCount > walkedAtMost; }
 
     // A new entry; the name must not be there.
     entry& insert(const scString& name, qx::genericValue&& value)
@@ -87,7 +120,7 @@ public:
             grow();
         entry* const made = new (mpEntries + mCount) entry(name, std::move(value));
         ++mCount;
-        if (mCount > walkedAtMost)
+        if (mpIndex || mCount > walkedAtMost)
             enterLast();
         return *made;
     }

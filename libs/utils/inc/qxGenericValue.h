@@ -128,19 +128,22 @@ public:
     explicit genericValue(const T& value);
 
     // Deep copies. Copying what is nested beyond the machine stack throws unexpectedErrorException.
-    genericValue(const genericValue& other);
+    genericValue(const genericValue& other) : mWord(__atomic_load_n(&other.mWord, __ATOMIC_RELAXED))
+    {
+        if (hasHolder())
+            copyHolder(other);
+    }
     genericValue& operator=(const genericValue& other);
     // Leave `other` null.
     genericValue(genericValue&& other) noexcept : mWord(other.mWord) { other.mWord = 0; }
     genericValue& operator=(genericValue&& other) noexcept;
     ~genericValue()
     {
-        // Null and small values have nothing that ends.
-        if (mWord - 1 < (std::uint64_t(1) << 48) - 1)
+        if (hasHolder())
             exchange(0);
     }
 
-    bool isNull() const noexcept;
+    bool isNull() const noexcept { return __atomic_load_n(&mWord, __ATOMIC_RELAXED) == 0; }
     // The value becomes null.
     void clear() noexcept;
 
@@ -164,6 +167,10 @@ public:
 private:
     friend class cell::access;
 
+    // Null and small values have none.
+    bool hasHolder() const noexcept { return mWord - 1 < (std::uint64_t(1) << 48) - 1; }
+    // For the constructor that has copied the word of a holder.
+    void copyHolder(const genericValue& other);
     // For constructors: takes over the first holder without a lock, as nobody else can see this value yet.
     void adopt(sharedPtr<holderbase> first) noexcept;
     // Puts a word, with the count of the holder that it may name, in place of this one; what was here ends.
@@ -195,10 +202,12 @@ struct QXUTILS_API deleteObj<genericValue::holderbase>
     static void destroy(genericValue::holderbase* holder) noexcept;
 };
 
-// A value with its counter, in one block.
+// A value with its counter, in one block. Of the shares that are counted, `held` are those of the thread that
+// owns the variable, see genericSet::hold.
 struct sharedVariable
 {
     ulong32 counter;
+    uint held;
     genericValue value;
 };
 

@@ -45,6 +45,7 @@ public:
     int messageBox(void* window, const string& text, const string& caption, uint flags) override;
 
     [[noreturn]] void divisionFault() override;
+    uint64 tick() override;
 };
 
 } // namespace qx

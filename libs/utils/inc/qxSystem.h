@@ -200,6 +200,12 @@ public:
     // reach the caller of the script.
     [[noreturn]] virtual void divisionFault() = 0;
 
+    // --- Ticks ---
+
+    // A count that moves on every few milliseconds, and is quick to ask: whoever wants to know whether time
+    // has passed at all. Unless a system says otherwise, the milliseconds of utcNow.
+    virtual uint64 tick();
+
 protected:
     system() = default;
     system(const system&) = default;

@@ -4,7 +4,8 @@
 // exists once.
 #pragma once
 
-#include "qxSharedPtr.h"
+#include "qxLocks.h"
+#include "qxRefPtr.h"
 #include "qxString.h"
 
 #include <string_view>
@@ -12,13 +13,35 @@
 namespace qx
 {
 
+// A text that its users count: it ends with the last of them. Immutable, so several threads may read it.
+class sharedText
+{
+public:
+    explicit sharedText(string text) noexcept : mText(std::move(text)) {}
+
+    std::wstring_view view() const noexcept { return mText; }
+
+    void addRef() const noexcept { interlockedIncrement(&mUsers); }
+    void release() const noexcept
+    {
+        if (interlockedDecrement(&mUsers) == 0)
+            delete this;
+    }
+
+private:
+    ~sharedText() = default;
+
+    const string mText;
+    mutable uint mUsers = 0;
+};
+
 class textSlice
 {
 public:
     textSlice() = default;
     // Copies `text` into a buffer of its own.
-    explicit textSlice(const string& text) : mBuffer(new string(text)), mView(*mBuffer) {}
-    explicit textSlice(string&& text) : mBuffer(new string(std::move(text))), mView(*mBuffer) {}
+    explicit textSlice(const string& text) : textSlice(string(text)) {}
+    explicit textSlice(string&& text) : mBuffer(new sharedText(std::move(text))), mView(mBuffer->view()) {}
 
     std::wstring_view view() const noexcept { return mView; }
     string text() const { return string(std::wstring(mView)); }
@@ -33,8 +56,11 @@ public:
         return made;
     }
 
+    // The whole text that this is a piece of; null in a slice that was made of nothing.
+    const sharedText* buffer() const noexcept { return mBuffer.get(); }
+
 private:
-    sharedPtr<string> mBuffer;
+    refPtr<const sharedText> mBuffer;
     std::wstring_view mView;
 };
 

@@ -38,18 +38,21 @@ bool convertTo(To& to, const From& from)
     }
 }
 
-// What becomes of the decimal text of `number`, read as a T: what readNumber makes of it.
+// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a T.
 template <heldNumber T>
-bool readDecimal(int number, T& out)
+bool readDecimal(long long number, T& out)
 {
     using traits = valueTraits<T>;
     if constexpr (traits::isFloating)
         out = static_cast<T>(number);
-    else {
-        const long long value = number;
-        if (value < static_cast<long long>(traits::min) || value > static_cast<long long>(traits::max))
+    else if constexpr (!traits::isInteger) {
+        if (number != 0 && number != 1)
             return false;
-        out = traits::wrap(value);
+        out = number == 1;
+    } else {
+        if (number < static_cast<long long>(traits::min) || (number > 0 && static_cast<unsigned long long>(number) > traits::max))
+            return false;
+        out = traits::wrap(number);
     }
     return true;
 }

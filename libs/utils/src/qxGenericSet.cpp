@@ -18,7 +18,7 @@ sharedPtr<qx::genericValue> genericSet::entry::address()
         void* const storage = freelists::take(sizeof(sharedVariable));
         if (!storage)
             throw std::bad_alloc();
-        mpShared = new (storage) sharedVariable{ulong32(1u), std::move(mValue)};
+        mpShared = new (storage) sharedVariable{ulong32(1u), 0, std::move(mValue)};
     }
     interlockedIncrement(&mpShared->counter);
     return sharedPtr<qx::genericValue>::attach(&mpShared->value, &mpShared->counter);
@@ -33,23 +33,6 @@ void genericSet::entry::drop() noexcept
 
 class genericSet::index : public std::unordered_map<scString, uint>
 {};
-
-bool genericSet::setGenericValue(const scString& name, const qx::genericValue& value, bool)
-{
-    if (entry* const existing = find(name))
-        existing->value() = value;
-    else
-        insert(name, qx::genericValue(value));
-    return true;
-}
-
-void genericSet::take(const scString& name, qx::genericValue&& value)
-{
-    if (entry* const existing = find(name))
-        existing->value() = std::move(value);
-    else
-        insert(name, std::move(value));
-}
 
 sharedPtr<qx::genericValue> genericSet::genericValue(const scString& name)
 {

@@ -146,11 +146,9 @@ void counterPlace<genericValue>::endShared(genericValue* value, ulong32* counter
     freelists::give(counter, sizeof(sharedVariable));
 }
 
-genericValue::genericValue(const genericValue& other) : mWord(cell::access::load(other))
+void genericValue::copyHolder(const genericValue& other)
 {
-    if (!cell::isHolder(mWord))
-        return;
-    mWord = 0;
+    mWord = cell::null;
     *this = other;
 }
 
@@ -175,11 +173,6 @@ genericValue& genericValue::operator=(genericValue&& other) noexcept
     if (this != &other)
         exchange(other.exchanged(cell::null));
     return *this;
-}
-
-bool genericValue::isNull() const noexcept
-{
-    return cell::access::load(*this) == cell::null;
 }
 
 void genericValue::clear() noexcept

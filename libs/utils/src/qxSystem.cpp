@@ -19,6 +19,11 @@ byteSink::~byteSink() = default;
 
 system::~system() = default;
 
+uint64 system::tick()
+{
+    return static_cast<uint64>(utcNow());
+}
+
 platformSystem::~platformSystem() = default;
 
 system& system::current()

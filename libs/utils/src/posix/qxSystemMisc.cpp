@@ -86,6 +86,13 @@ long long platformSystem::localNow()
     return utc + local.tm_gmtoff * 1000LL;
 }
 
+uint64 platformSystem::tick()
+{
+    timespec now{};
+    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return static_cast<uint64>(now.tv_sec) * 1000000000 + static_cast<uint64>(now.tv_nsec);
+}
+
 void* platformSystem::loadLibrary(const string& name)
 {
     const platform::nativeName native(name);

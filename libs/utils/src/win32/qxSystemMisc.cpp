@@ -59,6 +59,11 @@ long long platformSystem::localNow()
     return SystemTimeToFileTime(&local, &now) ? platform::fromWindowsTicks(ticks(now)) : utcNow();
 }
 
+uint64 platformSystem::tick()
+{
+    return GetTickCount64();
+}
+
 void* platformSystem::loadLibrary(const string& name)
 {
     return platform::isName(name) ? reinterpret_cast<void*>(LoadLibraryW(name.c_str())) : nullptr;

@@ -1,0 +1,58 @@
+// What a statement is called in messages: a piece of the text that it was parsed from.
+//
+// Most statements are never named, so the piece becomes a text of its own only when somebody asks. Until then
+// it keeps the whole parsed text, which all statements of one text share.
+#pragma once
+
+#include "qxScriptExport.h"
+#include "qxTextSlice.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace qx::script
+{
+
+class QXSCRIPT_API statementText
+{
+public:
+    // How the shown text comes of the piece.
+    enum class form : std::uint8_t
+    {
+        asWritten,
+        variable // the piece is a name N: `getvar(N)`
+    };
+
+    statementText() noexcept = default;
+    // The copy is a text of its own.
+    statementText(const statementText& other);
+    statementText& operator=(const statementText&) = delete;
+    ~statementText();
+
+    // The text, or of one with 128 characters or more the first 122 and " ...". The reference stays valid as
+    // long as this object and follows what is set later. May be called from several threads at once.
+    const string& shown() const;
+
+    // Not while another thread uses this object.
+    void set(std::wstring_view text);
+    // A piece of `whole`, which is kept.
+    void set(const sharedText& whole, std::size_t start, std::size_t size, form how);
+
+private:
+    struct shownText;
+
+    // Where set() keeps a piece: nowhere, in the text that it lies in, or in a shownText, which then keeps
+    // that text. One word, so that threads agree on it; the lowest bit marks a shownText.
+    static constexpr std::uintptr_t shownMark = 1;
+
+    static shownText* shownIn(std::uintptr_t word) noexcept;
+    static const sharedText* wholeIn(std::uintptr_t word) noexcept;
+    void assign(string text);
+
+    mutable std::atomic<std::uintptr_t> mWord{0};
+    std::uint32_t mStart = 0;
+    std::uint8_t mLength = 0; // of the piece, no more than is ever shown
+    form mForm = form::asWritten;
+};
+
+} // namespace qx::script
