@@ -62,6 +62,15 @@ public:
         mView = std::wstring_view(place, size);
         return place;
     }
+    // Changes the text in place: `work` gets it as a text of this object.
+    template <class Work>
+    void change(const Work& work)
+    {
+        if (mView.data() != mOwn.data() || mView.size() != mOwn.size())
+            mOwn.assign(mView);
+        work(mOwn);
+        mView = mOwn;
+    }
     // Leaves a piece of the text. `from` must lie within it.
     void narrow(std::size_t from, std::size_t size = std::wstring_view::npos)
     {
@@ -96,7 +105,8 @@ T* heldInPlace(const genericValue& value) noexcept
     genericValue::holderbase* const holder = cell::access::holder(value);
     if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
         return nullptr;
-    return static_cast<T*>(holder->heldAddress());
+    using exactly = genericValue::valueholder<T>;
+    return static_cast<T*>(static_cast<exactly*>(holder)->exactly::heldAddress()); // no virtual call
 }
 
 // The word of a value that is small or null; `refused` for one with a holder.
