@@ -169,7 +169,7 @@ public:
     {
         const cell::word w = smallValue(context);
         if constexpr (heldNumber<T>)
-            if (w == cell::refused && givesText())
+            if (w == cell::refused)
                 return readTextAs(context, out);
         return readShortly(w, out);
     }
@@ -194,12 +194,17 @@ public:
     const statement* nested() const noexcept { return mpNested; }
 
 private:
-    // Not inline, so that not every reader of a number has room for a text.
+    // Reads a number out of a text, in a variable or made by a statement. Not inline, so that not every reader
+    // of a number has room for a text.
     template <heldNumber T>
     [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
     {
+        if (const genericValue* const variable = valueInPlace(context)) {
+            const string* const held = heldInPlace<string>(*variable);
+            return held && readNumber(*held, out);
+        }
         textScratch text;
-        return textValue(context, text) && readNumber(text.view(), out);
+        return givesText() && textValue(context, text) && readNumber(text.view(), out);
     }
 
     const statement* mpNested = nullptr; // null for a literal
