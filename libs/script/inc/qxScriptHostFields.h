@@ -174,16 +174,33 @@ public:
     const field<Owner>& operator[](std::size_t index) const { return mFields[index]; }
 
     // size() for a name that no field has.
-    std::size_t find(std::wstring_view name) const
+    std::size_t find(const wchar_t* name) const
     {
+        if (mFields.size() <= walkedAtMost) {
+            std::size_t at = 0;
+            while (at < mFields.size() && !isName(mFields[at].name(), name))
+                ++at;
+            return at;
+        }
         const auto at = std::lower_bound(
-            mFields.begin(), mFields.end(), name,
+            mFields.begin(), mFields.end(), std::wstring_view(name),
             [](const field<Owner>& f, std::wstring_view wanted) { return f.name() < wanted; });
         const bool found = at != mFields.end() && at->name() == name;
         return found ? static_cast<std::size_t>(at - mFields.begin()) : size();
     }
 
 private:
+    // Names differ early, mostly: a walk along a few is quicker than the order, and needs no length.
+    static constexpr std::size_t walkedAtMost = 12;
+
+    static bool isName(std::wstring_view known, const wchar_t* name)
+    {
+        for (const wchar_t c : known)
+            if (*name++ != c)
+                return false;
+        return *name == 0;
+    }
+
     std::vector<field<Owner>> mFields; // by name
 };
 
@@ -269,7 +286,11 @@ private:
         string label;
     };
 
-    static const fieldTable<Derived>& table() { return Derived::fields(); }
+    static const fieldTable<Derived>& table()
+    {
+        static const fieldTable<Derived>& known = Derived::fields();
+        return known;
+    }
     static const field<Derived>* find(const wchar_t* name)
     {
         const std::size_t index = table().find(name);

@@ -84,6 +84,21 @@ void statement::execNested(codecontext& context) const
     });
 }
 
+void statement::execInside(codecontext& fresh) const
+{
+    guarded([&] {
+        if (cell::shortCutsAllowed())
+            return runInside(fresh);
+        genericValue dropped;
+        execute(fresh, dropped);
+    });
+}
+
+void statement::runInside(codecontext& fresh) const
+{
+    run(fresh);
+}
+
 void statement::run(codecontext& context) const
 {
     genericValue dropped;

@@ -19,7 +19,7 @@ T operandOf(const genericValue& value)
         if (string* const sole = soleText(value))
             return std::move(*sole);
     T operand{};
-    if (!value.getValue(operand))
+    if (!readValue(value, operand))
         throw false;
     return operand;
 }
