@@ -135,6 +135,8 @@ protected:
 private:
     std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
     bool takeTextShortCut(codecontext& context, genericValue& result) const;
+    bool isPlainRun() const noexcept;
+    void runGuarded(codecontext& context) const;
     template <class Work>
     void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);
