@@ -37,7 +37,7 @@ bool boundOperand::evaluateText(codecontext& context, genericValue& value) const
 bool boundOperand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;
-    if (!mpBound || !mpBound->getValue(context, value))
+    if (!write(context, value))
         return false;
     if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
         return true;

@@ -37,7 +37,14 @@ protected:
     bool read(const wchar_t* name, codecontext& context, T& out) const
     {
         genericValue value;
-        return getParamValue(name, context, value) && value.getValue(out);
+        if (!getParamValue(name, context, value))
+            return false;
+        if constexpr (std::is_same_v<T, string>)
+            if (string* const sole = soleText(value)) {
+                out = std::move(*sole);
+                return true;
+            }
+        return value.getValue(out);
     }
 
     // The same for a parameter that has to be there: raises `failure` otherwise.
@@ -174,9 +181,9 @@ public:
     {
         const cell::word w = smallValue(context);
         if constexpr (heldNumber<T>)
-            if (w == cell::refused && givesText())
+            if (w == cell::refused)
                 return readTextAs(context, out);
-        return cell::read(w, out);
+        return readShortly(w, out);
     }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
@@ -199,12 +206,17 @@ public:
     const statement* nested() const noexcept { return mpNested; }
 
 private:
-    // Not inline, so that not every reader of a number has room for a text.
+    // Reads a number out of a text, in a variable or made by a statement. Not inline, so that not every reader
+    // of a number has room for a text.
     template <heldNumber T>
     [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
     {
+        if (const genericValue* const variable = valueInPlace(context)) {
+            const string* const held = heldInPlace<string>(*variable);
+            return held && readNumber(*held, out);
+        }
         textScratch text;
-        return textValue(context, text) && readNumber(text.view(), out);
+        return givesText() && textValue(context, text) && readNumber(text.view(), out);
     }
 
     const statement* mpNested = nullptr; // null for a literal
@@ -251,8 +263,8 @@ public:
                write(context, value);
     }
 
-    // Evaluates the provider into a value that may hold something, as its statement or literal writes it. False
-    // as above.
+    // Evaluates the provider into a value that may hold something, as its statement or literal writes it.
+    // False as above.
     bool write(codecontext& context, genericValue& value) const
     {
         if (!mShort.nested())

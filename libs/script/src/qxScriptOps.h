@@ -50,11 +50,15 @@ struct shortly<string>
 {
     static constexpr bool possible = true;
 
+    shortly() noexcept; // as that of the scratch
+
     bool read(const shortOperand& operand, codecontext& context) { return operand.textValue(context, text); }
     std::wstring_view get() const { return text.view(); }
 
     textScratch text;
 };
+
+inline shortly<string>::shortly() noexcept = default;
 
 // What the statements with two operands have in common. Operands that the call does not give are no failure
 // before the run.

@@ -72,13 +72,24 @@ inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const s
 class variableExists final : public scriptbasestatement
 {
 public:
-    variableExists(eVarScope where, const scString& name) : mScope(where), mName(name) {}
+    variableExists(eVarScope where, const scString& name) : mScope(where), mName(name)
+    {
+        offerShortCuts(0, writing::replaces);
+    }
 
     statement* clone() const override { return new variableExists(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         replaceResult(result, mScope == scopeGlobal ? context.hasGlobalContextVariable(mName)
                                                     : context.hasVariable(mName));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        scriptcontext* const root = scope::plainRoot(context);
+        if (!root)
+            return cell::refused;
+        return cell::make((mScope == scopeGlobal ? scope::global(*root, mName)
+                                                 : scope::variable(context, *root, mName)) != nullptr);
     }
 
     template <eVarScope Scope>
@@ -340,7 +351,11 @@ template <class T>
 class isoftype final : public scriptbasestatement
 {
 public:
-    explicit isoftype(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit isoftype(ownedProvider value) : mpValue(std::move(value))
+    {
+        if constexpr (isShort)
+            offerShortCuts(depthOf(mpValue), writing::replaces);
+    }
 
     statement* clone() const override { return new isoftype(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -348,8 +363,21 @@ public:
         T converted{};
         replaceResult(result, mpValue.read(context, converted));
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        if constexpr (isShort) {
+            T converted{};
+            const cell::word w = mpValue.shortCut().smallValue(context);
+            if (w != cell::refused)
+                return cell::make(cell::read(w, converted));
+        }
+        return cell::refused;
+    }
 
 private:
+    // Small values become such a type by the library's own conversions alone.
+    static constexpr bool isShort = cell::small<T> || std::is_same_v<T, timestamp>;
+
     ownedProvider mpValue;
 };
 
