@@ -23,19 +23,12 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textPiece& text)
-{
-    string name = text.text();
-    name.deleteAll(L" \t").toLower();
-    return scString::createFrom(name);
-}
-
 // The name that the first parameter gives. `failure` names the statement in the report of an empty one.
 scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t* failure)
 {
     if (call.params.empty())
         refuse(tooFew);
-    const scString name = nameFrom(call.params[0]);
+    const scString name = call.params[0].name();
     if (name.string().empty())
         refuse(failure, call.params[0].view());
     return name;
