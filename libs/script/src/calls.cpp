@@ -232,4 +232,9 @@ statement* createReturn(const callText& call)
     return new _return(providerOf(call, 0));
 }
 
+bool isReturn(const statement& made)
+{
+    return dynamic_cast<const _return*>(&made) != nullptr;
+}
+
 } // namespace qx::script

@@ -25,14 +25,14 @@ statement* statement::createFrom(const string& text, int flags)
     return statementParser::instance()->createStatementFrom(text, flags);
 }
 
-// The guarded run of `work`. Apart from the short cuts, which want few registers.
+// The guarded run of `work`, with all that may go with it.
 template <class Work>
 [[gnu::noinline]] void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
         const bool traced = cell::isTraced();
-        if (traced) [[unlikely]]
+        if (traced)
             trace(L"trying to exec (%s)");
         if (mStaysInside)
             work();
@@ -40,11 +40,17 @@ template <class Work>
             const epoch::outside leaving;
             work();
         }
-        if (traced) [[unlikely]]
+        if (traced)
             trace(L"exec (%s) OK");
     } catch (...) {
         raiseCaught();
     }
+}
+
+// True where there is nothing to do but the work itself: the usual case.
+inline bool statement::isPlainRun() const noexcept
+{
+    return mStaysInside && cell::shortCutsAllowed() && !stack::isExhausted();
 }
 
 void statement::exec(codecontext& context, genericValue& result) const
@@ -70,11 +76,40 @@ void statement::execNested(codecontext& context, genericValue& result) const
     const cell::word w = shortCut(context, result);
     if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
         return;
-    if (!mGivesText || !takeTextShortCut(context, result))
-        guarded([&] { execute(context, result); });
+    if (mGivesText && takeTextShortCut(context, result))
+        return;
+    if (!isPlainRun())
+        return guarded([&] { execute(context, result); });
+    try {
+        execute(context, result);
+    } catch (...) {
+        raiseCaught();
+    }
 }
 
 void statement::execNested(codecontext& context) const
+{
+    if (!isPlainRun())
+        return runGuarded(context);
+    try {
+        run(context);
+    } catch (...) {
+        raiseCaught();
+    }
+}
+
+void statement::execInside(codecontext& fresh) const
+{
+    if (!isPlainRun())
+        return runGuarded(fresh);
+    try {
+        runInside(fresh);
+    } catch (...) {
+        raiseCaught();
+    }
+}
+
+void statement::runGuarded(codecontext& context) const
 {
     guarded([&] {
         if (cell::shortCutsAllowed())
@@ -82,6 +117,11 @@ void statement::execNested(codecontext& context) const
         genericValue dropped;
         execute(context, dropped);
     });
+}
+
+void statement::runInside(codecontext& fresh) const
+{
+    run(fresh);
 }
 
 void statement::run(codecontext& context) const

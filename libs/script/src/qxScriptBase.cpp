@@ -25,6 +25,15 @@ void writeToSlot(genericValue& result, string&& text)
     writeToSlot(result, std::as_const(text));
 }
 
+bool boundOperand::evaluateText(codecontext& context, genericValue& value) const
+{
+    textScratch text;
+    if (!mShort.textValue(context, text))
+        return false;
+    cell::access::fill(value, text.takeValue());
+    return true;
+}
+
 bool boundOperand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;
@@ -61,6 +70,11 @@ void compoundstatement::execute(codecontext& context, genericValue& result) cons
 void compoundstatement::run(codecontext& context) const
 {
     blockcontext block(context);
+    runInside(block);
+}
+
+void compoundstatement::runInside(codecontext& block) const
+{
     for (const sharedPtr<statement>& child : mStatements) {
         child->execNested(block);
         if (isAnythingRaised(block))

@@ -86,6 +86,11 @@ statement* createNamed(const callText& call)
 template <writable T>
 void writeToSlot(genericValue& result, const T& value)
 {
+    if constexpr (cell::small<T>) {
+        const cell::word w = cell::shortCutsAllowed() ? cell::make(value) : cell::refused;
+        if (w != cell::refused && writeTyped(result, w))
+            return;
+    }
     if (!result.setValue(value, false))
         throw false;
 }
@@ -97,6 +102,12 @@ void writeToSlot(genericValue& result, string&& text);
 template <holdable T>
 void replaceResult(genericValue& result, const T& value)
 {
+    if constexpr (cell::small<T>) {
+        const cell::word w = cell::make(value);
+        const cell::word before = cell::access::load(result);
+        if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
+            return;
+    }
     result = genericValue(value);
 }
 inline void replaceResult(genericValue& result, string&& text)
@@ -119,6 +130,7 @@ public:
     // anything.
     void execute(codecontext& context, genericValue& result) const override;
     void run(codecontext& context) const override;
+    void runInside(codecontext& block) const override;
 
 private:
     std::vector<sharedPtr<statement>> mStatements;
@@ -165,7 +177,7 @@ public:
     // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
     // read.
     template <class T>
-    bool read(codecontext& context, T& out) const
+    [[gnu::always_inline]] bool read(codecontext& context, T& out) const
     {
         const cell::word w = smallValue(context);
         if constexpr (heldNumber<T>)
@@ -292,15 +304,7 @@ public:
     }
 
 private:
-    // Not inline, so that an operand without a text does not have the room for one on the stack.
-    [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
-    {
-        textScratch text;
-        if (!mShort.textValue(context, text))
-            return false;
-        cell::access::fill(value, text.takeValue());
-        return true;
-    }
+    bool evaluateText(codecontext& context, genericValue& value) const;
     bool readLongText(codecontext& context, textScratch& text) const;
 
     const valueProvider* mpBound;

@@ -1,5 +1,6 @@
 #include "qxScriptFunction.h"
 
+#include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
@@ -39,7 +40,10 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
     made->mFile = source;
-    made->mIsBlock = dynamic_cast<const compoundstatement*>(made->mpStatement.get()) != nullptr;
+    if (dynamic_cast<const compoundstatement*>(made->mpStatement.get()))
+        made->mKind = bodyKind::block;
+    else if (isReturn(*made->mpStatement))
+        made->mKind = bodyKind::returned;
     made->mDirectory = genericValue(source.entryName().path(0));
     made->mTimestamp = time;
     return made;
@@ -89,10 +93,12 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
 {
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
-    if (mIsBlock)
-        mpStatement->execNested(context);
-    else
+    if (mKind == bodyKind::returned)
+        result.clear();
+    if (mKind == bodyKind::any)
         mpStatement->execNested(context, result);
+    else
+        mpStatement->execNested(context);
     scriptcontext* const root = scope::plainRoot(context);
     if (kind != callee::ofHost && root) {
         genericSet::entry* const returned = scope::returned(*root);

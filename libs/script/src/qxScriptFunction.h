@@ -52,7 +52,15 @@ private:
     void run(scriptcontext& context, callee kind, genericValue& result) const;
 
     sharedPtr<statement> mpStatement;
-    bool mIsBlock = false; // the body has no value but what it returns
+    // What the value of the body is, where that is known: a block has none but what it returns, and a `return`
+    // ends with what it returns.
+    enum class bodyKind
+    {
+        any,
+        block,
+        returned
+    };
+    bodyKind mKind = bodyKind::any;
     std::vector<inParameter> mParameters;
     file mFile;
     genericValue mDirectory; // of the file

@@ -27,6 +27,8 @@ public:
     static genericSet::entry* variable(codecontext& context, scriptcontext& root, const scString& name) noexcept
     {
         for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            if (block->mVariables.isEmpty())
+                continue;
             if (block->mVariables.isIndexed()) [[unlikely]]
                 return variableIndexed(context, root, name);
             if (genericSet::entry* const local = block->mVariables.findByWalk(name))

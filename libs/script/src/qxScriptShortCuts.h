@@ -176,6 +176,25 @@ inline cell::word writtenOver(cell::word before, cell::word w, bool keepsType)
     return cell::isHolder(before) ? cell::refused : cell::convertedLike(before, w);
 }
 
+// Writes a small word into a value that others may reach, as a statement that keeps the type of its result.
+// False, with nothing changed, where the long way has to.
+inline bool writeTyped(genericValue& result, cell::word w)
+{
+    const cell::word before = cell::access::load(result);
+    const cell::word written = cell::isHolder(before) ? cell::refused : writtenOver(before, w, true);
+    return written != cell::refused && cell::access::storeIf(result, before, written);
+}
+
+// Reads a value that has been evaluated, in place where it is small.
+template <class T>
+bool readValue(const genericValue& value, T& out)
+{
+    if constexpr (cell::small<T>)
+        if (cell::shortCutsAllowed() && cell::read(cell::access::load(value), out))
+            return true;
+    return value.getValue(out);
+}
+
 // Writes a small word, or null, into a variable. False, with nothing changed, where the long way has to.
 inline bool writeSmall(genericSet::entry& variable, cell::word w, bool keepsType)
 {

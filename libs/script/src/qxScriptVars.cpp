@@ -23,19 +23,12 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textPiece& text)
-{
-    string name = text.text();
-    name.deleteAll(L" \t").toLower();
-    return scString::createFrom(name);
-}
-
 // The name that the first parameter gives. `failure` names the statement in the report of an empty one.
 scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t* failure)
 {
     if (call.params.empty())
         refuse(tooFew);
-    const scString name = nameFrom(call.params[0]);
+    const scString name = call.params[0].name();
     if (name.string().empty())
         refuse(failure, call.params[0].view());
     return name;
@@ -164,18 +157,19 @@ private:
     }
 };
 
+template <eVarScope Scope>
 class setVariable final : public assignment
 {
 public:
-    setVariable(eVarScope where, const callText& call)
-        : assignment(where, call, L"setVariable::createFrom: number of parameters < 1",
+    explicit setVariable(const callText& call)
+        : assignment(Scope, call, L"setVariable::createFrom: number of parameters < 1",
                      L"setVariable::createFrom: error setting variablename \"%s\"")
     {}
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (variable) {
             const genericSet::hold held(*variable);
             write(context, held.value());
@@ -188,23 +182,19 @@ public:
     }
     void run(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (!variable)
             write(context, *requireStorage(context));
         else if (!writeShort(context, *variable))
             write(context, genericSet::hold(*variable).value());
     }
 
-    template <eVarScope Scope>
-    static statement* create(const callText& call)
-    {
-        return new setVariable(Scope, call);
-    }
+    static statement* create(const callText& call) { return new setVariable(call); }
 
 private:
     sharedPtr<genericValue> requireStorage(codecontext& context) const
     {
-        sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
+        sharedPtr<genericValue> storage = storageOf(context, Scope, mName);
         if (!storage)
             execError(this, L"Error retrieving variable %s", mName.string());
         return storage;
@@ -224,9 +214,13 @@ private:
         const cell::word w = value.smallValue(context);
         if (w != cell::refused)
             return writeSmall(variable, w, value.keepsType());
+        return value.givesText() && mayTakeText(variable, value.keepsType()) && writeText(context, variable);
+    }
+    // Not inline: it has room for a text.
+    [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable) const
+    {
         textScratch text;
-        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) ||
-            !value.textValue(context, text))
+        if (!mpValue.shortCut().textValue(context, text))
             return false;
         cell::access::fill(variable.value(), text.takeValue());
         return true;
@@ -465,17 +459,17 @@ const builtin rows[] = {
      .summary = L"Makes or overwrites a global variable; gives the value.",
      .failures = {createFailures}},
     {.name = L"setvar",
-     .create = setVariable::create<scopeVariable>,
+     .create = setVariable<scopeVariable>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a visible variable or parameter; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"setparameter",
-     .create = setVariable::create<scopeParameter>,
+     .create = setVariable<scopeParameter>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a parameter of the function; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"setglobalvar",
-     .create = setVariable::create<scopeGlobal>,
+     .create = setVariable<scopeGlobal>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a global variable; gives its value afterwards.",
      .failures = {setFailures}},

@@ -106,11 +106,13 @@ public:
     // The same for a set that is not indexed, for those who look into several: without a call.
     entry* findByWalk(const scString& name) noexcept
     {
-        for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
+        entry* e = mpEntries;
+        for (uint left = mCount; left != 0; --left, ++e)
             if (e->mName == name)
                 return e;
         return nullptr;
     }
+    bool isEmpty() const noexcept { return mCount == 0; }
     bool isIndexed() const noexcept { return mCount > walkedAtMost; }
 
     // A new entry; the name must not be there.

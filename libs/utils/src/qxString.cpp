@@ -43,6 +43,15 @@ void mapCase(std::wstring& text, wchar_t first, const caseRange* ranges, std::si
         c = mapped(c, ranges, count);
 }
 
+// Tells whether a character is one of these few. A loop over them: a search in them costs several times as
+// much.
+auto among(std::wstring_view characters)
+{
+    return [characters](wchar_t c) {
+        return std::any_of(characters.begin(), characters.end(), [c](wchar_t wanted) { return c == wanted; });
+    };
+}
+
 } // namespace
 
 string string::lower() const
@@ -66,24 +75,19 @@ string& string::toUpper()
 
 string& string::deleteLeading(std::wstring_view characters)
 {
-    erase(0, find_first_not_of(characters));
+    erase(0, static_cast<size_type>(std::find_if_not(begin(), end(), among(characters)) - begin()));
     return *this;
 }
 
 string& string::deleteTrailing(std::wstring_view characters)
 {
-    erase(find_last_not_of(characters) + 1);
+    erase(static_cast<size_type>(std::find_if_not(rbegin(), rend(), among(characters)).base() - begin()));
     return *this;
 }
 
 string& string::deleteAll(std::wstring_view characters)
 {
-    // A loop over these few characters: a search in them for each character of the text costs several times
-    // as much.
-    std::erase_if(*this, [characters](wchar_t c) {
-        return std::any_of(characters.begin(), characters.end(),
-                           [c](wchar_t deleted) { return c == deleted; });
-    });
+    std::erase_if(*this, among(characters));
     return *this;
 }
 
