@@ -135,7 +135,9 @@ protected:
 private:
     std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
     bool takeTextShortCut(codecontext& context, genericValue& result) const;
-    bool isPlainRun() const noexcept;
+    static bool isPlainRun() noexcept;
+    template <class Work>
+    void plainly(const Work& work) const;
     void runGuarded(codecontext& context) const;
     template <class Work>
     void guarded(const Work& work) const;

@@ -47,10 +47,25 @@ template <class Work>
     }
 }
 
-// True where there is nothing to do but the work itself: the usual case.
-inline bool statement::isPlainRun() const noexcept
+// Nothing goes with the work but what this can do without a call: the usual case.
+inline bool statement::isPlainRun() noexcept
 {
-    return mStaysInside && cell::shortCutsAllowed() && !stack::isExhausted();
+    return cell::shortCutsAllowed() && !stack::isExhausted();
+}
+
+// The guarded run of `work` in the usual case.
+template <class Work>
+[[gnu::always_inline]] inline void statement::plainly(const Work& work) const
+{
+    const unsigned leaves = mStaysInside ? 0 : 1;
+    try {
+        epoch::current += leaves;
+        work();
+        epoch::current += leaves;
+    } catch (...) {
+        epoch::move();
+        raiseCaught();
+    }
 }
 
 void statement::exec(codecontext& context, genericValue& result) const
@@ -80,33 +95,21 @@ void statement::execNested(codecontext& context, genericValue& result) const
         return;
     if (!isPlainRun())
         return guarded([&] { execute(context, result); });
-    try {
-        execute(context, result);
-    } catch (...) {
-        raiseCaught();
-    }
+    plainly([&] { execute(context, result); });
 }
 
 void statement::execNested(codecontext& context) const
 {
     if (!isPlainRun())
         return runGuarded(context);
-    try {
-        run(context);
-    } catch (...) {
-        raiseCaught();
-    }
+    plainly([&] { run(context); });
 }
 
 void statement::execInside(codecontext& fresh) const
 {
     if (!isPlainRun())
         return runGuarded(fresh);
-    try {
-        runInside(fresh);
-    } catch (...) {
-        raiseCaught();
-    }
+    plainly([&] { runInside(fresh); });
 }
 
 void statement::runGuarded(codecontext& context) const

@@ -25,15 +25,6 @@ void writeToSlot(genericValue& result, string&& text)
     writeToSlot(result, std::as_const(text));
 }
 
-bool boundOperand::evaluateText(codecontext& context, genericValue& value) const
-{
-    textScratch text;
-    if (!mShort.textValue(context, text))
-        return false;
-    cell::access::fill(value, text.takeValue());
-    return true;
-}
-
 bool boundOperand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;

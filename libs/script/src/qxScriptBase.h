@@ -304,7 +304,15 @@ public:
     }
 
 private:
-    bool evaluateText(codecontext& context, genericValue& value) const;
+    // Not inline, so that an operand without a text does not have the room for one on the stack.
+    [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
+    {
+        textScratch text;
+        if (!mShort.textValue(context, text))
+            return false;
+        cell::access::fill(value, text.takeValue());
+        return true;
+    }
     bool readLongText(codecontext& context, textScratch& text) const;
 
     const valueProvider* mpBound;
