@@ -232,33 +232,59 @@ definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definiti
     return definitionResult::read;
 }
 
-bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found)
+namespace
 {
-    const string wanted = name.lower();
-    bool isFound = false;
+
+// Calls `use` with each definition that can be cut, in order.
+template <class Use>
+void visitDefinitions(scrdefReader& reader, const Use& use)
+{
     try {
         reader.rewind();
         reader.fill();
-        std::vector<string> parameters;
         for (std::wstring_view text; reader.readText(text) && !text.empty();) {
             const outline parts(text);
             if (parts.hasBlankInName())
-                break;
-            if (!isSameName(parts.name, wanted))
-                continue;
-            isFound = true;
-            parameters.swap(found.parameters);
-            parts.cutInto(found);
-            // Those that an earlier definition has more of stay.
-            for (std::size_t i = found.parameters.size(); i < parameters.size(); ++i)
-                found.parameters.push_back(std::move(parameters[i]));
+                return;
+            use(parts);
         }
     } catch (const exception& caught) {
         throw readFileException(reader.source(), &caught);
     } catch (...) {
         throw readFileException(reader.source(), nullptr);
     }
+}
+
+// Puts a later definition of a name over the earlier ones, whose further declarations stay.
+void cutOver(const outline& parts, scriptDefinition& earlier)
+{
+    std::vector<string> parameters;
+    parameters.swap(earlier.parameters);
+    parts.cutInto(earlier);
+    for (std::size_t i = earlier.parameters.size(); i < parameters.size(); ++i)
+        earlier.parameters.push_back(std::move(parameters[i]));
+}
+
+} // namespace
+
+bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found)
+{
+    const string wanted = name.lower();
+    bool isFound = false;
+    visitDefinitions(reader, [&](const outline& parts) {
+        if (!isSameName(parts.name, wanted))
+            return;
+        isFound = true;
+        cutOver(parts, found);
+    });
     return isFound;
+}
+
+void findDefinitions(scrdefReader& reader, definitionTable& found)
+{
+    visitDefinitions(reader, [&](const outline& parts) {
+        cutOver(parts, found[string(std::wstring(parts.name)).toLower()]);
+    });
 }
 
 } // namespace qx::script
