@@ -60,8 +60,8 @@ public:
     static statement* createFrom(const string& text, int flags);
 
     // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
-    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's alone
-    // while it lasts.
+    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's
+    // alone while it lasts.
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;

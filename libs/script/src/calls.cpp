@@ -102,8 +102,8 @@ private:
                        atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
     }
 
-    // The base path of the run where it is a text that nobody else can reach and no visible variable redirects
-    // the search. Null otherwise.
+    // The base path of the run where it is a text that nobody else can reach and no visible variable
+    // redirects the search. Null otherwise.
     static const string* basePathInPlace(codecontext& context)
     {
         scriptcontext* const root = scope::plainRoot(context);

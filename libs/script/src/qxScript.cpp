@@ -157,8 +157,8 @@ std::uint64_t statement::shortCut(codecontext& context, const genericValue& resu
     return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
 }
 
-// The same for a text, written at once. Not inline, so that statements without a text do not have the room for
-// one on the stack.
+// The same for a text, written at once. Not inline, so that statements without a text do not have the room
+// for one on the stack.
 bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
 {
     const cell::word before = cell::access::load(result);

@@ -206,8 +206,8 @@ public:
     const statement* nested() const noexcept { return mpNested; }
 
 private:
-    // Reads a number out of a text, in a variable or made by a statement. Not inline, so that not every reader
-    // of a number has room for a text.
+    // Reads a number out of a text, in a variable or made by a statement. Not inline, so that not every
+    // reader of a number has room for a text.
     template <heldNumber T>
     [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
     {

@@ -16,7 +16,8 @@ namespace qx::script
 namespace
 {
 
-// True when the base path of the run is this very text already, so that nobody can tell whether it is written.
+// True when the base path of the run is this very text already, so that nobody can tell whether it is
+// written.
 bool isScriptBasePath(scriptcontext& context, const genericValue& directoryName)
 {
     scriptcontext* const root = scope::plainRoot(context);
@@ -49,8 +50,8 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     return made;
 }
 
-void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
-                    genericValue& result) const
+void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+                    callee kind, genericValue& result) const
 {
     bind(name, arguments, context);
     try {

@@ -23,9 +23,9 @@ timestamp modificationTime(const file& scriptFile)
     return timestamp::fromTimer(scriptFile.lastModificationTime());
 }
 
-// The definitions of the file from which a function was loaded last, kept from its second function on: without
-// them, loading all functions of a file costs the square of their number. They hold as long as the file has the
-// time that it had before and after it was read.
+// The definitions of the file from which a function was loaded last, kept from its second function on:
+// without them, loading all functions of a file costs the square of their number. They hold as long as the
+// file has the time that it had before and after it was read.
 class recentFile
 {
 public:
@@ -206,10 +206,7 @@ struct pinnedFunction::memory
     }
 
     // The calling thread's; null for one that ends. Made when the thread first calls.
-    static memory* own()
-    {
-        return current || ended ? current : make();
-    }
+    static memory* own() { return current || ended ? current : make(); }
 
 private:
     struct keeper;

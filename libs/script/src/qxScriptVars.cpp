@@ -54,7 +54,7 @@ inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const s
     scriptcontext* const root = scope::plainRoot(context);
     if (!root) [[unlikely]]
         return nullptr;
-    genericSet::entry* const found = where == scopeVariable ? scope::variable(context, *root, name)
+    genericSet::entry* const found = where == scopeVariable    ? scope::variable(context, *root, name)
                                      : where == scopeParameter ? scope::parameter(*root, name)
                                                                : scope::global(*root, name);
     if (found && found->isShared()) [[unlikely]]
@@ -261,7 +261,7 @@ public:
     static statement* create(const callText& call)
     {
         return new getVariable(requiredName(call, L"getVariable::createFrom: number of parameters < 1",
-                                                   L"getVariable::parse: error setting variablename %s"));
+                                            L"getVariable::parse: error setting variablename %s"));
     }
 
 private:

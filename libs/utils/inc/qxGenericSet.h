@@ -19,9 +19,11 @@ public:
     class entry
     {
     public:
-        entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value)) {}
+        entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value))
+        {}
         entry(entry&& other) noexcept
-            : mName(other.mName), mValue(std::move(other.mValue)), mpShared(std::exchange(other.mpShared, nullptr))
+            : mName(other.mName), mValue(std::move(other.mValue)),
+              mpShared(std::exchange(other.mpShared, nullptr))
         {}
         entry(const entry&) = delete;
         entry& operator=(const entry&) = delete;
@@ -47,11 +49,12 @@ public:
         void drop() noexcept;
 
         scString mName;
-        qx::genericValue mValue;             // unless it is shared
+        qx::genericValue mValue;            // unless it is shared
         sharedVariable* mpShared = nullptr; // with one count for this entry
     };
 
-    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody else.
+    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody
+    // else.
     class hold
     {
     public:
