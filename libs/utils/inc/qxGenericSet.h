@@ -16,7 +16,7 @@ class QXUTILS_API genericSet
 {
 public:
     // A name and its storage. Borrowed until the set is changed.
-    class entry
+    class QXUTILS_API entry
     {
     public:
         entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value))
