@@ -29,7 +29,11 @@ std::string held(const qx::genericValue::holderbase& holder, const qx::genericVa
             text += (text.empty() ? "" : ", ") + valueText(element);
         return text.insert(0, 1, '[').append(1, ']');
     } else if constexpr (std::is_same_v<T, reference>) {
-        return std::string("to ").append(what ? valueText(*what) : "nothing");
+        static thread_local int nesting = 0; // references may go in circles
+        std::string text = "to ";
+        text.append(!what ? "nothing" : ++nesting > 8 ? "..." : valueText(*what));
+        nesting -= what ? 1 : 0;
+        return text;
     } else if constexpr (std::is_same_v<T, object>) {
         return what.isValid() ? "to an object" : "to nothing";
     } else if constexpr (requires { typename T::mapped_type; }) {
