@@ -195,6 +195,92 @@ TEST(conversion, shortestDigitsReadBack)
     }
 }
 
+// A number of few digits reads as with so many zeros behind it that all digits have to be looked at.
+template <class Number>
+void expectReadsAsWithZeros(std::uint64_t random)
+{
+    const std::size_t size = 1 + random % std::numeric_limits<Number>::digits10;
+    string digits = std::to_wstring(random).substr(0, size);
+    digits.insert(random / 32 % (size + 1), L".");
+    Number number = -1;
+    Number padded = -2;
+    ASSERT_TRUE(qx::readNumber(digits, number) && qx::readNumber(digits + std::wstring(30, L'0'), padded));
+    ASSERT_EQ(number, padded) << digits.utf8();
+}
+
+TEST(conversion, shortDecimalsReadAsLongOnes)
+{
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 100000; ++i) {
+        const std::uint64_t bits = random();
+        ASSERT_NO_FATAL_FAILURE(expectReadsAsWithZeros<double>(bits));
+        ASSERT_NO_FATAL_FAILURE(expectReadsAsWithZeros<float>(bits));
+    }
+}
+
+TEST(conversion, integersOfEveryLengthToText)
+{
+    for (uint64 power = 1; power < uint64(1) << 63; power *= 10)
+        for (const uint64 number : {power - 1, power, power + 1}) {
+            EXPECT_EQ(as<string>(number), std::to_wstring(number));
+            const auto negative = static_cast<int>(0 - number);
+            EXPECT_EQ(as<string>(negative), std::to_wstring(negative));
+            if (number <= uint64(1) << 53) {
+                EXPECT_EQ(as<string>(static_cast<double>(number)), std::to_wstring(number));
+            }
+        }
+    EXPECT_EQ(as<string>(9007199254740991.0, -9007199254740992.0, 16777215.0f, -16777216.0f, -0.0f),
+              L"9007199254740991|-9007199254740992|16777215|-16777216|-0");
+}
+
+// What a value of this text reads as in every type of numbers, with a bar in between.
+string readAsNumbers(const string& text)
+{
+    const genericValue value(text);
+    string all;
+    const auto read = [&]<class T>(T number) {
+        const bool isRead = value.getValue(number);
+        all += isRead ? converted<string>(number) + L"|" : string(L"refused|");
+    };
+    read(bool());
+    read(short());
+    read(ushort());
+    read(int());
+    read(qx::uint());
+    read(long32());
+    read(ulong32());
+    read(float());
+    read(double());
+    return all;
+}
+
+// Values keep such a text as a number. A blank in front of it makes it a text like any other.
+TEST(conversion, textsThatAreIntsReadAsOtherTexts)
+{
+    for (const wchar_t* number : {L"0", L"1", L"2", L"-1", L"32767", L"32768", L"-32768", L"-32769", L"65535",
+                                  L"65536", L"16777217", L"2147483647", L"-2147483648"})
+        EXPECT_EQ(readAsNumbers(number), readAsNumbers(string(L" ") + number));
+}
+
+TEST(conversion, numbersWrittenIntoTextsThatAreInts)
+{
+    const auto expectWritten = [](auto... numbers) {
+        const auto written = [](auto number) {
+            genericValue value(string(L"7"));
+            string text;
+            return value.setValue(number) && value.getValue(text) && value.setValue(string(L"a")) ? text
+                                                                                                  : L"";
+        };
+        string all;
+        ((all += (all.empty() ? L"" : L"|") + written(numbers)), ...);
+        EXPECT_EQ(all, as<string>(numbers...));
+    };
+    expectWritten(true, short(-1), ushort(65535), -5, 0u, 2147483647u, 2147483648u, long32(-5), ulong32(~0u),
+                  uint64(5), uint64(1) << 31, uint64(1) << 40, 1.5f);
+    expectWritten(3.0, -3.0, 0.0, -0.0, 0.5, 2147483647.0, 2147483648.0, -2147483647.0, -2147483648.0, 1e300,
+                  infinity, notANumber);
+}
+
 TEST(conversion, numberToNumber)
 {
     EXPECT_EQ(as<short>(65535, 32768, 32767.5, 32768.0f), L"-1|-32768|32767|refused");

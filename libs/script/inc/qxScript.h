@@ -9,5 +9,6 @@
 #include "qxScriptParser.h"
 #include "qxScriptProvider.h"
 #include "qxScriptReference.h"
+#include "qxScriptSettings.h"
 #include "qxScriptStatement.h"
 #include "qxScriptTypes.h"

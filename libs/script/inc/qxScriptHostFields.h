@@ -173,17 +173,44 @@ public:
     std::size_t size() const { return mFields.size(); }
     const field<Owner>& operator[](std::size_t index) const { return mFields[index]; }
 
-    // size() for a name that no field has.
-    std::size_t find(std::wstring_view name) const
+    // Null for a name that no field has.
+    const field<Owner>* find(const wchar_t* name) const
+    {
+        const field<Owner>* const first = mFields.data();
+        const field<Owner>* const end = first + mFields.size();
+        if (mFields.size() > walkedAtMost)
+            return findInOrder(name);
+        for (const field<Owner>* at = first; at != end; ++at)
+            if (isName(at->name(), name))
+                return at;
+        return nullptr;
+    }
+    // The place of a field in the order of the table; size() for a name that none has.
+    std::size_t indexOf(const wchar_t* name) const
+    {
+        const field<Owner>* const found = find(name);
+        return found ? static_cast<std::size_t>(found - mFields.data()) : size();
+    }
+
+private:
+    // Names differ early, mostly: a walk along a few is quicker than the order, and needs no length.
+    static constexpr std::size_t walkedAtMost = 12;
+
+    static bool isName(std::wstring_view known, const wchar_t* name)
+    {
+        for (const wchar_t c : known)
+            if (*name++ != c)
+                return false;
+        return *name == 0;
+    }
+    const field<Owner>* findInOrder(std::wstring_view name) const
     {
         const auto at = std::lower_bound(
             mFields.begin(), mFields.end(), name,
             [](const field<Owner>& f, std::wstring_view wanted) { return f.name() < wanted; });
-        const bool found = at != mFields.end() && at->name() == name;
-        return found ? static_cast<std::size_t>(at - mFields.begin()) : size();
+        return at != mFields.end() && at->name() == name ? &*at : nullptr;
     }
 
-private:
     std::vector<field<Owner>> mFields; // by name
 };
 
@@ -203,7 +230,7 @@ template <class Derived, class... More>
 class fieldObject : public withFields<More...>
 {
 public:
-    bool hasField(const wchar_t* name) override { return table().find(name) < table().size(); }
+    bool hasField(const wchar_t* name) override { return table().find(name) != nullptr; }
 
     bool getValue(const wchar_t* name, genericValue& value) override
     {
@@ -269,12 +296,12 @@ private:
         string label;
     };
 
-    static const fieldTable<Derived>& table() { return Derived::fields(); }
-    static const field<Derived>* find(const wchar_t* name)
+    static const fieldTable<Derived>& table()
     {
-        const std::size_t index = table().find(name);
-        return index < table().size() ? &table()[index] : nullptr;
+        static const fieldTable<Derived>& known = Derived::fields();
+        return known;
     }
+    static const field<Derived>* find(const wchar_t* name) { return table().find(name); }
     Derived& self() { return static_cast<Derived&>(*this); }
 
     template <class T>
@@ -296,7 +323,7 @@ private:
     }
     state stateOf(const wchar_t* name) const
     {
-        const std::size_t index = table().find(name);
+        const std::size_t index = table().indexOf(name);
         if (index < mStates.size())
             return mStates[index];
         return index < table().size() ? initialState(index) : state();
@@ -305,7 +332,7 @@ private:
     template <class Change>
     bool change(const wchar_t* name, const Change& apply)
     {
-        const std::size_t index = table().find(name);
+        const std::size_t index = table().indexOf(name);
         if (index == table().size())
             return false;
         while (mStates.size() < table().size())

@@ -72,24 +72,34 @@ protected:
     virtual ~object() = default;
 
 private:
-    void* find(std::wstring_view name)
+    // Names of the engine's own have mostly the address of ours; only others are compared as texts.
+    void* find(const wchar_t* name)
+    {
+        void* const found = findBy(name, [](const wchar_t* a, const wchar_t* b) { return a == b; });
+        return found ? found : findBy(name, [](const wchar_t* a, const wchar_t* b) {
+            return std::wstring_view(a) == b;
+        });
+    }
+
+    template <class Same>
+    void* findBy(const wchar_t* name, const Same& same)
     {
         void* found = nullptr;
-        if (name == intrface::interfaceName<unknown>)
+        if (same(name, intrface::interfaceName<unknown>))
             found = root();
         else
-            static_cast<void>((offer<First>(name, found) || ... || offer<More>(name, found)));
+            static_cast<void>((offer<First>(name, same, found) || ... || offer<More>(name, same, found)));
         return found;
     }
 
-    template <class Interface>
-    bool offer(std::wstring_view name, void*& found)
+    template <class Interface, class Same>
+    bool offer(const wchar_t* name, const Same& same, void*& found)
     {
-        if (name == intrface::interfaceName<Interface>)
+        if (same(name, intrface::interfaceName<Interface>))
             found = static_cast<Interface*>(this);
         // The one interface that extends another answers to both names.
         if constexpr (std::is_same_v<Interface, intrface::restrictionsaccess>)
-            if (name == intrface::interfaceName<intrface::fieldaccess>)
+            if (same(name, intrface::interfaceName<intrface::fieldaccess>))
                 found = static_cast<intrface::fieldaccess*>(this);
         return found != nullptr;
     }

@@ -209,31 +209,50 @@ class object;
 // The name by which an interface is asked for.
 template <class T>
 inline constexpr const wchar_t* interfaceName = nullptr;
+// The texts have one address for all who share this library, where the system's loader sees to that: equal
+// addresses are equal names, different ones say nothing.
+namespace names
+{
+inline constexpr QX_SHARED wchar_t unknown[] = L"qx::intrface::unknown";
+inline constexpr QX_SHARED wchar_t fieldaccess[] = L"qx::intrface::fieldaccess";
+inline constexpr QX_SHARED wchar_t arrayfieldaccess[] = L"qx::intrface::arrayfieldaccess";
+inline constexpr QX_SHARED wchar_t propertyaccess[] = L"qx::intrface::propertyaccess";
+inline constexpr QX_SHARED wchar_t restrictionsaccess[] = L"qx::intrface::restrictionsaccess";
+inline constexpr QX_SHARED wchar_t triggerEvents[] = L"qx::intrface::triggerEvents";
+inline constexpr QX_SHARED wchar_t relationaccess[] = L"qx::intrface::relationaccess";
+inline constexpr QX_SHARED wchar_t transientdataaccess[] = L"qx::intrface::transientdataaccess";
+inline constexpr QX_SHARED wchar_t messagesaccess[] = L"qx::intrface::messagesaccess";
+inline constexpr QX_SHARED wchar_t forwardIterator[] = L"qx::intrface::forwardIterator";
+inline constexpr QX_SHARED wchar_t bidirectionalIterator[] = L"qx::intrface::bidirectionalIterator";
+inline constexpr QX_SHARED wchar_t backwardIterator[] = L"qx::intrface::backwardIterator";
+inline constexpr QX_SHARED wchar_t object[] = L"qx::intrface::object";
+} // namespace names
+
 template <>
-inline constexpr const wchar_t* interfaceName<unknown> = L"qx::intrface::unknown";
+inline constexpr const wchar_t* interfaceName<unknown> = names::unknown;
 template <>
-inline constexpr const wchar_t* interfaceName<fieldaccess> = L"qx::intrface::fieldaccess";
+inline constexpr const wchar_t* interfaceName<fieldaccess> = names::fieldaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<arrayfieldaccess> = L"qx::intrface::arrayfieldaccess";
+inline constexpr const wchar_t* interfaceName<arrayfieldaccess> = names::arrayfieldaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<propertyaccess> = L"qx::intrface::propertyaccess";
+inline constexpr const wchar_t* interfaceName<propertyaccess> = names::propertyaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<restrictionsaccess> = L"qx::intrface::restrictionsaccess";
+inline constexpr const wchar_t* interfaceName<restrictionsaccess> = names::restrictionsaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<triggerEvents> = L"qx::intrface::triggerEvents";
+inline constexpr const wchar_t* interfaceName<triggerEvents> = names::triggerEvents;
 template <>
-inline constexpr const wchar_t* interfaceName<relationaccess> = L"qx::intrface::relationaccess";
+inline constexpr const wchar_t* interfaceName<relationaccess> = names::relationaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<transientdataaccess> = L"qx::intrface::transientdataaccess";
+inline constexpr const wchar_t* interfaceName<transientdataaccess> = names::transientdataaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<messagesaccess> = L"qx::intrface::messagesaccess";
+inline constexpr const wchar_t* interfaceName<messagesaccess> = names::messagesaccess;
 template <>
-inline constexpr const wchar_t* interfaceName<forwardIterator> = L"qx::intrface::forwardIterator";
+inline constexpr const wchar_t* interfaceName<forwardIterator> = names::forwardIterator;
 template <>
-inline constexpr const wchar_t* interfaceName<bidirectionalIterator> = L"qx::intrface::bidirectionalIterator";
+inline constexpr const wchar_t* interfaceName<bidirectionalIterator> = names::bidirectionalIterator;
 template <>
-inline constexpr const wchar_t* interfaceName<backwardIterator> = L"qx::intrface::backwardIterator";
+inline constexpr const wchar_t* interfaceName<backwardIterator> = names::backwardIterator;
 template <>
-inline constexpr const wchar_t* interfaceName<object> = L"qx::intrface::object";
+inline constexpr const wchar_t* interfaceName<object> = names::object;
 
 } // namespace qx::intrface

@@ -82,7 +82,8 @@ private:
     statement* createJoined(const textPiece& text, string&& joined, int flags) const;
     statement* createNormalised(const textPiece& text, textPiece body, int flags) const;
     statement* createBlock(const textPiece& body, std::size_t semicolon, int flags) const;
-    statement* createCall(const textPiece& text, const textPiece& body, std::size_t open, int flags) const;
+    statement* createPart(const textPiece& part, int flags) const;
+    statement* createSingle(const textPiece& text, const textPiece& body, int flags) const;
     statement* ask(const callText& call) const;
     static void nameAfter(statement& made, const textPiece& piece, statementText::form how);
 

@@ -39,7 +39,7 @@ protected:
 template <class T>
 class QX_SHARED const_interfaceptr : public const_interfaceptrbase
 {
-    static_assert(interfaceName<T> != nullptr, "the interface has no name to ask for");
+    static_assert(interfaceName<T>[0] != L'\0', "the interface has no name to ask for");
 
 public:
     const_interfaceptr() noexcept = default;

@@ -45,6 +45,8 @@ public:
 
     // The work for a caller that drops the value. For exec alone to call.
     virtual void run(codecontext& context) const;
+    // The same in a block that has just been opened for it: a statement that opens one does not need to.
+    virtual void runInside(codecontext& fresh) const;
     // The word of the value that exec would write into a null value, see qxCell.h: `refused` unless that is
     // small and comes about without any effect.
     virtual std::uint64_t smallValue(codecontext& context) const;
@@ -58,8 +60,8 @@ public:
     static statement* createFrom(const string& text, int flags);
 
     // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
-    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's alone
-    // while it lasts.
+    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's
+    // alone while it lasts.
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
@@ -67,6 +69,8 @@ public:
     // is not sure calls exec.
     void execNested(codecontext& context, genericValue& result) const;
     void execNested(codecontext& context) const;
+    // The same in a block that has just been opened for it.
+    void execInside(codecontext& fresh) const;
 
     // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
     // valid as long as the statement.
@@ -131,6 +135,10 @@ protected:
 private:
     std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
     bool takeTextShortCut(codecontext& context, genericValue& result) const;
+    static bool isPlainRun() noexcept;
+    template <class Work>
+    void plainly(const Work& work) const;
+    void runGuarded(codecontext& context) const;
     template <class Work>
     void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);

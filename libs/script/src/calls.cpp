@@ -102,8 +102,8 @@ private:
                        atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
     }
 
-    // The base path of the run where it is a text that nobody else can reach and no visible variable redirects
-    // the search. Null otherwise.
+    // The base path of the run where it is a text that nobody else can reach and no visible variable
+    // redirects the search. Null otherwise.
     static const string* basePathInPlace(codecontext& context)
     {
         scriptcontext* const root = scope::plainRoot(context);
@@ -230,6 +230,11 @@ statement* createTreatasfunction(const callText& call)
 statement* createReturn(const callText& call)
 {
     return new _return(providerOf(call, 0));
+}
+
+bool isReturn(const statement& made)
+{
+    return dynamic_cast<const _return*>(&made) != nullptr;
 }
 
 } // namespace qx::script

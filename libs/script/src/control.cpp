@@ -52,7 +52,7 @@ public:
         if (!branch)
             return;
         blockcontext block(context);
-        branch->execNested(block);
+        branch->execInside(block);
     }
 
     static statement* create(const callText& call);
@@ -144,7 +144,7 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
         blockcontext block(context);
         prepare(block);
         if (body)
-            body->execNested(block);
+            body->execInside(block);
         return !isAnythingRaised(block) || goesOn(context, result);
     } catch (const exception& caught) {
         statement::execError(loop, &caught, nullptr);

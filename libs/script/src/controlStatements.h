@@ -10,6 +10,9 @@ statement* createCallfunction(const callText& call);
 statement* createTreatasfunction(const callText& call);
 statement* createReturn(const callText& call);
 
+// True for a statement that createReturn has made.
+bool isReturn(const statement& made);
+
 statement* createThrowerror(const callText& call);
 statement* createThrowmessage(const callText& call);
 statement* createAssert(const callText& call);

@@ -38,7 +38,6 @@ public:
     {
         const auto fields = requireObject<Access>(context);
         const memberName name = getFieldName(context);
-        replaceResult(result, fieldDefault<T>());
         if (!getInto(*fields.get(), name.c_str(), result))
             execError(this, L"error calling the objects get-method for field %s", name.text());
     }
@@ -47,19 +46,29 @@ protected:
     using fieldstatement::fieldstatement;
 
 private:
-    // `result` holds a T, which takes what the host writes.
+    // The result becomes a T, which takes what the host writes.
     bool getInto(Access& fields, const wchar_t* name, genericValue& result) const
     {
-        if constexpr (cell::small<T>) {
-            auto value = fieldDefault<T>();
-            const bool isGiven = fields.getValue(name, &value);
-            replaceResult(result, value);
-            return isGiven;
-        } else {
+        if constexpr (cell::small<T>)
+            return getSmall(fields, name, result);
+        else {
+            replaceResult(result, fieldDefault<T>());
             const heldIn<T> value(&result);
             if (!value)
                 execError(this, L"internal error");
             return fields.getValue(name, value.get());
+        }
+    }
+    static bool getSmall(Access& fields, const wchar_t* name, genericValue& result)
+    {
+        auto value = fieldDefault<T>();
+        try {
+            const bool isGiven = fields.getValue(name, &value);
+            replaceResult(result, value);
+            return isGiven;
+        } catch (...) {
+            replaceResult(result, value);
+            throw;
         }
     }
 };
@@ -146,7 +155,7 @@ public:
         if (!mpValue.evaluate(context, given))
             execError(this, L"unable to retrieve value for field \"%s\" (1)", name.text());
         T value{};
-        if (!given.getValue(value))
+        if (!readValue(given, value))
             execError(this, L"unable to retrieve value for field \"%s\" (2)", name.text());
         if (!write(*fields.get(), name.c_str(), value))
             execError(this, L"error calling the objects set-method");

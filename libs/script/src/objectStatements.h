@@ -30,15 +30,24 @@ protected:
     template <class T>
     intrface::interfaceptr<T> requireObject(codecontext& context) const
     {
+        if (objectRef* const object = objectInPlace(context))
+            return requireInterface<T>(*object);
         objectRef object = getObject(context);
+        return requireInterface<T>(object);
+    }
+
+private:
+    template <class T>
+    intrface::interfaceptr<T> requireInterface(objectRef& object) const
+    {
         intrface::interfaceptr<T> found(object);
         epoch::move(); // the object has been asked, and an operand that comes yet may call a function
         if (!found.isValid())
             execError(this, L"unable to retrieve object");
         return found;
     }
-
-private:
+    // The object in a variable that nobody else can reach; null where it is not just that.
+    objectRef* objectInPlace(codecontext& context) const;
     // Null where the value holds anything but an object: nothing is converted.
     objectRef getObject(codecontext& context) const;
 

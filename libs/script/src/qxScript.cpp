@@ -25,14 +25,14 @@ statement* statement::createFrom(const string& text, int flags)
     return statementParser::instance()->createStatementFrom(text, flags);
 }
 
-// The guarded run of `work`. Apart from the short cuts, which want few registers.
+// The guarded run of `work`, with all that may go with it.
 template <class Work>
 [[gnu::noinline]] void statement::guarded(const Work& work) const
 {
     try {
         stack::check();
         const bool traced = cell::isTraced();
-        if (traced) [[unlikely]]
+        if (traced)
             trace(L"trying to exec (%s)");
         if (mStaysInside)
             work();
@@ -40,9 +40,30 @@ template <class Work>
             const epoch::outside leaving;
             work();
         }
-        if (traced) [[unlikely]]
+        if (traced)
             trace(L"exec (%s) OK");
     } catch (...) {
+        raiseCaught();
+    }
+}
+
+// Nothing goes with the work but what this can do without a call: the usual case.
+inline bool statement::isPlainRun() noexcept
+{
+    return cell::shortCutsAllowed() && !stack::isExhausted();
+}
+
+// The guarded run of `work` in the usual case.
+template <class Work>
+[[gnu::always_inline]] inline void statement::plainly(const Work& work) const
+{
+    const unsigned leaves = mStaysInside ? 0 : 1;
+    try {
+        epoch::current += leaves;
+        work();
+        epoch::current += leaves;
+    } catch (...) {
+        epoch::move();
         raiseCaught();
     }
 }
@@ -70,11 +91,28 @@ void statement::execNested(codecontext& context, genericValue& result) const
     const cell::word w = shortCut(context, result);
     if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
         return;
-    if (!mGivesText || !takeTextShortCut(context, result))
-        guarded([&] { execute(context, result); });
+    if (mGivesText && takeTextShortCut(context, result))
+        return;
+    if (!isPlainRun())
+        return guarded([&] { execute(context, result); });
+    plainly([&] { execute(context, result); });
 }
 
 void statement::execNested(codecontext& context) const
+{
+    if (!isPlainRun())
+        return runGuarded(context);
+    plainly([&] { run(context); });
+}
+
+void statement::execInside(codecontext& fresh) const
+{
+    if (!isPlainRun())
+        return runGuarded(fresh);
+    plainly([&] { runInside(fresh); });
+}
+
+void statement::runGuarded(codecontext& context) const
 {
     guarded([&] {
         if (cell::shortCutsAllowed())
@@ -82,6 +120,11 @@ void statement::execNested(codecontext& context) const
         genericValue dropped;
         execute(context, dropped);
     });
+}
+
+void statement::runInside(codecontext& fresh) const
+{
+    run(fresh);
 }
 
 void statement::run(codecontext& context) const
@@ -114,8 +157,8 @@ std::uint64_t statement::shortCut(codecontext& context, const genericValue& resu
     return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
 }
 
-// The same for a text, written at once. Not inline, so that statements without a text do not have the room for
-// one on the stack.
+// The same for a text, written at once. Not inline, so that statements without a text do not have the room
+// for one on the stack.
 bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
 {
     const cell::word before = cell::access::load(result);

@@ -28,7 +28,7 @@ void writeToSlot(genericValue& result, string&& text)
 bool boundOperand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;
-    if (!mpBound || !mpBound->getValue(context, value))
+    if (!write(context, value))
         return false;
     if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
         return true;
@@ -61,6 +61,11 @@ void compoundstatement::execute(codecontext& context, genericValue& result) cons
 void compoundstatement::run(codecontext& context) const
 {
     blockcontext block(context);
+    runInside(block);
+}
+
+void compoundstatement::runInside(codecontext& block) const
+{
     for (const sharedPtr<statement>& child : mStatements) {
         child->execNested(block);
         if (isAnythingRaised(block))

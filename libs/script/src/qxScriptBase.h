@@ -37,7 +37,14 @@ protected:
     bool read(const wchar_t* name, codecontext& context, T& out) const
     {
         genericValue value;
-        return getParamValue(name, context, value) && value.getValue(out);
+        if (!getParamValue(name, context, value))
+            return false;
+        if constexpr (std::is_same_v<T, string>)
+            if (string* const sole = soleText(value)) {
+                out = std::move(*sole);
+                return true;
+            }
+        return value.getValue(out);
     }
 
     // The same for a parameter that has to be there: raises `failure` otherwise.
@@ -79,6 +86,11 @@ statement* createNamed(const callText& call)
 template <writable T>
 void writeToSlot(genericValue& result, const T& value)
 {
+    if constexpr (cell::small<T>) {
+        const cell::word w = cell::shortCutsAllowed() ? cell::make(value) : cell::refused;
+        if (w != cell::refused && writeTyped(result, w))
+            return;
+    }
     if (!result.setValue(value, false))
         throw false;
 }
@@ -90,6 +102,12 @@ void writeToSlot(genericValue& result, string&& text);
 template <holdable T>
 void replaceResult(genericValue& result, const T& value)
 {
+    if constexpr (cell::small<T>) {
+        const cell::word w = cell::make(value);
+        const cell::word before = cell::access::load(result);
+        if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
+            return;
+    }
     result = genericValue(value);
 }
 inline void replaceResult(genericValue& result, string&& text)
@@ -112,6 +130,7 @@ public:
     // anything.
     void execute(codecontext& context, genericValue& result) const override;
     void run(codecontext& context) const override;
+    void runInside(codecontext& block) const override;
 
 private:
     std::vector<sharedPtr<statement>> mStatements;
@@ -158,13 +177,13 @@ public:
     // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
     // read.
     template <class T>
-    bool read(codecontext& context, T& out) const
+    [[gnu::always_inline]] bool read(codecontext& context, T& out) const
     {
         const cell::word w = smallValue(context);
         if constexpr (heldNumber<T>)
-            if (w == cell::refused && givesText())
+            if (w == cell::refused)
                 return readTextAs(context, out);
-        return cell::read(w, out);
+        return readShortly(w, out);
     }
     // Its value as text, see statement::textValue.
     bool textValue(codecontext& context, textScratch& text) const
@@ -187,12 +206,17 @@ public:
     const statement* nested() const noexcept { return mpNested; }
 
 private:
-    // Not inline, so that not every reader of a number has room for a text.
+    // Reads a number out of a text, in a variable or made by a statement. Not inline, so that not every
+    // reader of a number has room for a text.
     template <heldNumber T>
     [[gnu::noinline]] bool readTextAs(codecontext& context, T& out) const
     {
+        if (const genericValue* const variable = valueInPlace(context)) {
+            const string* const held = heldInPlace<string>(*variable);
+            return held && readNumber(*held, out);
+        }
         textScratch text;
-        return textValue(context, text) && readNumber(text.view(), out);
+        return givesText() && textValue(context, text) && readNumber(text.view(), out);
     }
 
     const statement* mpNested = nullptr; // null for a literal
@@ -227,11 +251,7 @@ public:
             cell::access::store(value, w);
             return true;
         }
-        textScratch text;
-        if (!mShort.givesText() || !mShort.textValue(context, text))
-            return false;
-        cell::access::fill(value, text.takeValue());
-        return true;
+        return mShort.givesText() && evaluateText(context, value);
     }
 
     // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
@@ -243,8 +263,8 @@ public:
                write(context, value);
     }
 
-    // Evaluates the provider into a value that may hold something, as its statement or literal writes it. False
-    // as above.
+    // Evaluates the provider into a value that may hold something, as its statement or literal writes it.
+    // False as above.
     bool write(codecontext& context, genericValue& value) const
     {
         if (!mShort.nested())
@@ -284,6 +304,15 @@ public:
     }
 
 private:
+    // Not inline, so that an operand without a text does not have the room for one on the stack.
+    [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
+    {
+        textScratch text;
+        if (!mShort.textValue(context, text))
+            return false;
+        cell::access::fill(value, text.takeValue());
+        return true;
+    }
     bool readLongText(codecontext& context, textScratch& text) const;
 
     const valueProvider* mpBound;

@@ -86,6 +86,10 @@ calculation<Value>::calculation(const callText& call, calculationMode mode, cons
 {
     if (!unit.move && call.params.size() > 2)
         mpUnused = requireProvider(call, 2, kindOf<Value>::unreadableText);
+    mpValue.fold<Value>();
+    mpQuantity.fold<uint>();
+    if (unit.move)
+        offerShortCuts(depthOf(mpValue, mpQuantity), writing::replaces);
 }
 
 template <class Value>
@@ -101,6 +105,21 @@ void calculation<Value>::execute(codecontext& context, genericValue& result) con
         execError(this, kindOf<Value>::noValue);
     mpUnit->move(value, quantity, mMode);
     replaceResult(result, value);
+}
+
+template <class Value>
+std::uint64_t calculation<Value>::smallValue(codecontext& context) const
+{
+    uint quantity = 0;
+    Value value;
+    if (!mpQuantity.shortCut().read(context, quantity) || !mpValue.shortCut().read(context, value))
+        return cell::refused;
+    try {
+        mpUnit->move(value, quantity, mMode);
+        return cell::make(value);
+    } catch (bool) { // beyond the calendar
+        return cell::refused;
+    }
 }
 
 template class calculation<date>;

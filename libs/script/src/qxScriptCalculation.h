@@ -28,6 +28,7 @@ public:
 
     statement* clone() const override { return new calculation(*this); }
     void execute(codecontext& context, genericValue& result) const override;
+    std::uint64_t smallValue(codecontext& context) const override;
 
 private:
     calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit);

@@ -75,13 +75,29 @@ public:
         typename Kind::type value;
         if (!mpValue.read(context, value))
             execError(this, Kind::noValue);
-        if (mInfo < 0 || mInfo >= static_cast<int>(std::size(Kind::readOuts)) || !Kind::readOuts[mInfo])
+        if (!isReadOut())
             execError(this, L"invalid infotype %d", mInfo);
         writeToSlot(result, Kind::readOuts[mInfo](value));
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        typename Kind::type value;
+        return mpValue.shortCut().read(context, value) ? cell::make(Kind::readOuts[mInfo](value))
+                                                       : cell::refused;
+    }
 
 private:
-    infoOf(int info, ownedProvider value) : mInfo(info), mpValue(std::move(value)) {}
+    infoOf(int info, ownedProvider value) : mInfo(info), mpValue(std::move(value))
+    {
+        mpValue.template fold<typename Kind::type>();
+        if (isReadOut())
+            offerShortCuts(depthOf(mpValue), writing::keepsType);
+    }
+
+    bool isReadOut() const
+    {
+        return mInfo >= 0 && mInfo < static_cast<int>(std::size(Kind::readOuts)) && Kind::readOuts[mInfo];
+    }
 
     int mInfo;
     ownedProvider mpValue;

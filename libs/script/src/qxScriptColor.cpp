@@ -11,9 +11,12 @@ namespace qx::script
 namespace
 {
 
-void writeColour(genericValue& result, const rgbColor& colour)
+ulong32 numberOf(uint red, uint green, uint blue)
 {
-    writeToSlot(result, ulong32(colour.colorValue()));
+    rgbColor colour;
+    colour.setRGB(static_cast<unsigned char>(red), static_cast<unsigned char>(green),
+                  static_cast<unsigned char>(blue));
+    return ulong32(colour.colorValue());
 }
 
 class rgb_make final : public scriptbasestatement
@@ -34,19 +37,30 @@ public:
         const uint green = requirePart(mpGreen, context, L"Error getting value for green");
         const uint blue = requirePart(mpBlue, context, L"Error getting value for blue");
         try {
-            rgbColor colour;
-            colour.setRGB(static_cast<unsigned char>(red), static_cast<unsigned char>(green),
-                          static_cast<unsigned char>(blue));
-            writeColour(result, colour);
+            writeToSlot(result, numberOf(red, green, blue));
         } catch (...) {
             execError(this, L"Error executing qx::rgbColor");
         }
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        uint red = 0;
+        uint green = 0;
+        uint blue = 0;
+        if (mpRed.shortCut().read(context, red) && mpGreen.shortCut().read(context, green) &&
+            mpBlue.shortCut().read(context, blue))
+            return cell::make(numberOf(red, green, blue));
+        return cell::refused;
     }
 
 private:
     explicit rgb_make(const callText& call)
         : mpRed(partOf(call, 0)), mpGreen(partOf(call, 1)), mpBlue(partOf(call, 2))
-    {}
+    {
+        for (ownedProvider* const part : {&mpRed, &mpGreen, &mpBlue})
+            part->fold<uint>();
+        offerShortCuts(depthOf(mpRed, mpGreen, mpBlue), writing::keepsType);
+    }
 
     static ownedProvider partOf(const callText& call, std::size_t place)
     {
@@ -72,29 +86,24 @@ public:
     template <unsigned char Red, unsigned char Green, unsigned char Blue>
     static statement* create(const callText&)
     {
-        return new rgb_const(+[] {
-            rgbColor colour;
-            colour.setRGB(Red, Green, Blue);
-            return colour;
-        });
+        return new rgb_const(numberOf(Red, Green, Blue));
     }
 
     statement* clone() const override { return new rgb_const(*this); }
     void execute(codecontext&, genericValue& result) const override
     {
         try {
-            writeColour(result, mGenerator());
+            writeToSlot(result, mNumber);
         } catch (...) {
             execError(this, L"Error executing function call");
         }
     }
+    std::uint64_t smallValue(codecontext&) const override { return cell::make(mNumber); }
 
 private:
-    using generator = rgbColor (*)();
+    explicit rgb_const(ulong32 number) : mNumber(number) { offerShortCuts(0, writing::keepsType); }
 
-    explicit rgb_const(generator made) : mGenerator(made) {}
-
-    generator mGenerator;
+    ulong32 mNumber;
 };
 
 // --- Table ---

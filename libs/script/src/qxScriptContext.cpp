@@ -7,6 +7,14 @@
 namespace qx::script
 {
 
+namespace
+{
+
+// Made when the library is loaded: each parameter that is set is compared with it.
+const scString returnedName = scString::createFrom(L"#return#");
+
+} // namespace
+
 // --- scope ---
 
 scriptcontext* scope::findPlainRoot(codecontext& context) noexcept
@@ -206,8 +214,7 @@ scriptcontext::~scriptcontext()
 
 const scString& scriptcontext::returnparam()
 {
-    static const scString name = scString::createFrom(L"#return#");
-    return name;
+    return returnedName;
 }
 
 bool scriptcontext::hasGlobalContextVariable(const scString& name) const
@@ -251,7 +258,7 @@ bool scriptcontext::hasParameter(const scString& name) const
 bool scriptcontext::setParameter(const scString& name, const genericValue& value)
 {
     mParameters.setGenericValue(name, value, true);
-    if (name == returnparam())
+    if (name == returnedName)
         markPending(raised::returned, true);
     return true;
 }
@@ -259,7 +266,7 @@ bool scriptcontext::setParameter(const scString& name, const genericValue& value
 bool scriptcontext::deleteParameter(const scString& name)
 {
     mParameters.erase(name);
-    if (name == returnparam())
+    if (name == returnedName)
         markPending(raised::returned, false);
     return true;
 }

@@ -52,23 +52,45 @@ public:
         date given;
         if (!mpDate.read(context, given))
             execError(this, dateKind::noValue);
+        string text;
+        if (!write(given, text))
+            execError(this, L"invalid kind of string %d", mForm);
+        replaceResult(result, std::move(text));
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        date given;
+        string written;
+        if (!mpDate.shortCut().read(context, given) || !write(given, written))
+            return false;
+        text.own(std::move(written));
+        return true;
+    }
+
+private:
+    dateAsString(ownedProvider given, int form) : mpDate(std::move(given)), mForm(form)
+    {
+        mpDate.fold<date>();
+        offerShortCuts(depthOf(mpDate), writing::textReplaces);
+    }
+
+    // False for a form that is none.
+    bool write(const date& given, string& text) const
+    {
         const string year = digitsOf(given.year(), 4);
         const string month = digitsOf(given.month(), 2);
         const string day = digitsOf(given.dayOfMonth(), 2);
         switch (mForm) {
         case 0: // with apostrophes, as database queries want it
-            replaceResult(result, string::sformat(L"'%s-%s-%s'", year, month, day));
-            return;
+            text = L"'" + year + L"-" + month + L"-" + day + L"'";
+            return true;
         case 1: // REQUIRED: the same in every locale
-            replaceResult(result, string::sformat(L"%s.%s.%s", day, month, year));
-            return;
+            text = day + L"." + month + L"." + year;
+            return true;
         default:
-            execError(this, L"invalid kind of string %d", mForm);
+            return false;
         }
     }
-
-private:
-    dateAsString(ownedProvider given, int form) : mpDate(std::move(given)), mForm(form) {}
 
     ownedProvider mpDate;
     int mForm;

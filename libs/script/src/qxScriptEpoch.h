@@ -1,5 +1,5 @@
-// The epoch of a thread: it moves whenever code outside the engine may have run on the thread, or the engine has
-// touched the system. What was found out about files holds within an epoch.
+// The epoch of a thread: it moves whenever code outside the engine may have run on the thread, or the engine
+// has touched the system. What was found out about files holds within an epoch.
 #pragma once
 
 #include "qxExport.h"

@@ -16,19 +16,26 @@ constexpr char scrambleKey[] = "k2#Vq9!xLm4$Zt7&Rb1~Yw6*Hs3%Pn8^Jd5(Cg0)Fu_+Ea=?
 static_assert(sizeof scrambleKey == 48 + 1);
 
 constexpr std::wstring_view definitionMark = L"scrdef ";
+constexpr std::wstring_view blanks = L" \t";
 
 // What counts of a line: without leading blanks and without its comment.
 // REQUIRED: the comment begins at the first "//", also inside a quoted string.
 std::wstring_view withoutBlanksAndComment(std::wstring_view line)
 {
-    line.remove_prefix(std::min(line.find_first_not_of(L" \t"), line.size()));
-    return line.substr(0, line.find(L"//"));
+    while (!line.empty() && (line.front() == L' ' || line.front() == L'\t'))
+        line.remove_prefix(1);
+    for (std::size_t slash = line.find(L'/'); slash != line.npos; slash = line.find(L'/', slash + 1))
+        if (slash + 1 < line.size() && line[slash + 1] == L'/')
+            return line.substr(0, slash);
+    return line;
 }
 
 bool opensDefinition(std::wstring_view line)
 {
-    if (line.size() < definitionMark.size() || (line.front() != L's' && line.front() != L'S'))
-        return false; // no other character is an s in lower case
+    // No other characters become an s and a c in lower case.
+    if (line.size() < definitionMark.size() || (line[0] != L's' && line[0] != L'S') ||
+        (line[1] != L'c' && line[1] != L'C'))
+        return false;
     return string(std::wstring(line.substr(0, definitionMark.size()))).lower() == definitionMark;
 }
 
@@ -38,7 +45,12 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
 {
     bool inString = false;
     bool escaped = false;
-    bool startsNew = true;
+    std::wstring declaration;
+    const auto add = [&] {
+        if (!declaration.empty())
+            parameters.emplace_back(declaration);
+        declaration.clear();
+    };
     std::size_t at = 0;
     for (; at < text.size(); ++at) {
         const wchar_t c = text[at];
@@ -47,7 +59,7 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
             break;
         }
         if (c == L',' && !inString) {
-            startsNew = true;
+            add();
             continue;
         }
         if (c == L'\\' && inString) {
@@ -58,14 +70,11 @@ std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& par
         }
         if (c == L'"' && !escaped)
             inString = !inString;
-        if (startsNew) {
-            parameters.emplace_back();
-            startsNew = false;
-        }
-        parameters.back() += c;
+        declaration += c;
     }
+    add();
     if (parameters.size() == 1) {
-        parameters.front().deleteLeading(L" \t").deleteTrailing(L" \t");
+        parameters.front().deleteLeading(blanks).deleteTrailing(blanks);
         if (parameters.front().empty())
             parameters.clear();
     }
@@ -83,7 +92,7 @@ struct outline
     // `text` is not empty.
     explicit outline(std::wstring_view text)
     {
-        text = trimmed(text, L" \t");
+        text = trimmed(text, blanks);
         const std::size_t nameEnd = std::min(text.find(L'('), text.size());
         name = text.substr(0, nameEnd);
         text.remove_prefix(nameEnd);
@@ -223,33 +232,59 @@ definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definiti
     return definitionResult::read;
 }
 
-bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found)
+namespace
 {
-    const string wanted = name.lower();
-    bool isFound = false;
+
+// Calls `use` with each definition that can be cut, in order.
+template <class Use>
+void visitDefinitions(scrdefReader& reader, const Use& use)
+{
     try {
         reader.rewind();
         reader.fill();
-        std::vector<string> parameters;
         for (std::wstring_view text; reader.readText(text) && !text.empty();) {
             const outline parts(text);
             if (parts.hasBlankInName())
-                break;
-            if (!isSameName(parts.name, wanted))
-                continue;
-            isFound = true;
-            parameters.swap(found.parameters);
-            parts.cutInto(found);
-            // Those that an earlier definition has more of stay.
-            for (std::size_t i = found.parameters.size(); i < parameters.size(); ++i)
-                found.parameters.push_back(std::move(parameters[i]));
+                return;
+            use(parts);
         }
     } catch (const exception& caught) {
         throw readFileException(reader.source(), &caught);
     } catch (...) {
         throw readFileException(reader.source(), nullptr);
     }
+}
+
+// Puts a later definition of a name over the earlier ones, whose further declarations stay.
+void cutOver(const outline& parts, scriptDefinition& earlier)
+{
+    std::vector<string> parameters;
+    parameters.swap(earlier.parameters);
+    parts.cutInto(earlier);
+    for (std::size_t i = earlier.parameters.size(); i < parameters.size(); ++i)
+        earlier.parameters.push_back(std::move(parameters[i]));
+}
+
+} // namespace
+
+bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found)
+{
+    const string wanted = name.lower();
+    bool isFound = false;
+    visitDefinitions(reader, [&](const outline& parts) {
+        if (!isSameName(parts.name, wanted))
+            return;
+        isFound = true;
+        cutOver(parts, found);
+    });
     return isFound;
+}
+
+void findDefinitions(scrdefReader& reader, definitionTable& found)
+{
+    visitDefinitions(reader, [&](const outline& parts) {
+        cutOver(parts, found[string(std::wstring(parts.name)).toLower()]);
+    });
 }
 
 } // namespace qx::script

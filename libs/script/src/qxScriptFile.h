@@ -11,6 +11,8 @@
 #include <array>
 #include <cstdint>
 
+#include <unordered_map>
+
 namespace qx::script
 {
 
@@ -91,9 +93,15 @@ enum class definitionResult
 // Reads the definition at the reader's position and moves behind it.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
 
-// Reads all definitions and gives what those of this name, in any case, make together: the body of the last
-// one, and of each declaration the last. False when there is none. Reading ends silently at a definition that
-// cannot be cut. Throws readFileException with the reader's file for whatever fails.
+// What the definitions of one name, in any case, make together: the body of the last one, and of each
+// declaration the last. These two read all definitions, from the reader's beginning. Reading ends silently at
+// a definition that cannot be cut. They throw readFileException with the reader's file for whatever fails.
+
+// The one of this name. False when there is none.
 bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& found);
+
+// All of them, by their lower-case names.
+using definitionTable = std::unordered_map<string, scriptDefinition>;
+void findDefinitions(scrdefReader& reader, definitionTable& found);
 
 } // namespace qx::script

@@ -1,5 +1,6 @@
 #include "qxScriptFunction.h"
 
+#include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
@@ -15,7 +16,8 @@ namespace qx::script
 namespace
 {
 
-// True when the base path of the run is this very text already, so that nobody can tell whether it is written.
+// True when the base path of the run is this very text already, so that nobody can tell whether it is
+// written.
 bool isScriptBasePath(scriptcontext& context, const genericValue& directoryName)
 {
     scriptcontext* const root = scope::plainRoot(context);
@@ -39,14 +41,17 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
     made->mFile = source;
-    made->mIsBlock = dynamic_cast<const compoundstatement*>(made->mpStatement.get()) != nullptr;
+    if (dynamic_cast<const compoundstatement*>(made->mpStatement.get()))
+        made->mKind = bodyKind::block;
+    else if (isReturn(*made->mpStatement))
+        made->mKind = bodyKind::returned;
     made->mDirectory = genericValue(source.entryName().path(0));
     made->mTimestamp = time;
     return made;
 }
 
-void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
-                    genericValue& result) const
+void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+                    callee kind, genericValue& result) const
 {
     bind(name, arguments, context);
     try {
@@ -89,10 +94,12 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
 {
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
-    if (mIsBlock)
-        mpStatement->execNested(context);
-    else
+    if (mKind == bodyKind::returned)
+        result.clear();
+    if (mKind == bodyKind::any)
         mpStatement->execNested(context, result);
+    else
+        mpStatement->execNested(context);
     scriptcontext* const root = scope::plainRoot(context);
     if (kind != callee::ofHost && root) {
         genericSet::entry* const returned = scope::returned(*root);

@@ -34,13 +34,13 @@ public:
     // What is known of the context of a call.
     enum class callee
     {
-        ofHost,        // it stays, with the parameters and what was returned
-        ofCall,        // it ends with the call
-        ofCallAtHome   // the same, and the base path is the directory of the function already
+        ofHost,      // it stays, with the parameters and what was returned
+        ofCall,      // it ends with the call
+        ofCallAtHome // the same, and the base path is the directory of the function already
     };
-    // Runs the function in `context`, with parameters made of the arguments, which may be emptied, in order of
-    // declaration; missing ones take their defaults. What is returned goes to `result`. `name` is the function
-    // in what is thrown: prepareParameterException, with what is bound by then left bound, and
+    // Runs the function in `context`, with parameters made of the arguments, which may be emptied, in order
+    // of declaration; missing ones take their defaults. What is returned goes to `result`. `name` is the
+    // function in what is thrown: prepareParameterException, with what is bound by then left bound, and
     // scriptExecException.
     void call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
               genericValue& result) const;
@@ -52,7 +52,15 @@ private:
     void run(scriptcontext& context, callee kind, genericValue& result) const;
 
     sharedPtr<statement> mpStatement;
-    bool mIsBlock = false; // the body has no value but what it returns
+    // What the value of the body is, where that is known: a block has none but what it returns, and a
+    // `return` ends with what it returns.
+    enum class bodyKind
+    {
+        any,
+        block,
+        returned
+    };
+    bodyKind mKind = bodyKind::any;
     std::vector<inParameter> mParameters;
     file mFile;
     genericValue mDirectory; // of the file

@@ -10,6 +10,7 @@
 #include "qxSystem.h"
 
 #include <atomic>
+#include <memory>
 
 namespace qx::script
 {
@@ -22,18 +23,89 @@ timestamp modificationTime(const file& scriptFile)
     return timestamp::fromTimer(scriptFile.lastModificationTime());
 }
 
-// Reads the file for one function. A null pointer when the file does not define it, or without a statement.
+// The definitions of the file from which a function was loaded last, kept from its second function on:
+// without them, loading all functions of a file costs the square of their number. They hold as long as the
+// file has the time that it had before and after it was read.
+class recentFile
+{
+public:
+    // Null for another file and where they are not kept.
+    std::shared_ptr<const definitionTable> definitions(const file& source, const timestamp& time)
+    {
+        const std::lock_guard<std::mutex> guard(mMutex);
+        return mTable && isThis(source, time) ? mTable : nullptr;
+    }
+    // Remembers that the file has been read for one function. True when it is the second time.
+    bool isReadAgain(const file& source, const timestamp& time)
+    {
+        const std::lock_guard<std::mutex> guard(mMutex);
+        if (isThis(source, time))
+            return true;
+        mName = source.fullName();
+        mTime = time;
+        mTable.reset();
+        return false;
+    }
+    void keep(const file& source, const timestamp& time, std::shared_ptr<const definitionTable> table)
+    {
+        const std::lock_guard<std::mutex> guard(mMutex);
+        if (isThis(source, time))
+            mTable.swap(table); // the one before ends behind the lock
+    }
+
+    static recentFile& instance()
+    {
+        static recentFile* const file = new recentFile; // never destroyed: scripts may run to the end
+        return *file;
+    }
+
+private:
+    bool isThis(const file& source, const timestamp& time) const
+    {
+        return mTime == time && mName == source.fullName();
+    }
+
+    std::mutex mMutex;
+    string mName;
+    timestamp mTime;
+    std::shared_ptr<const definitionTable> mTable;
+};
+
+sharedPtr<function> parseDefinition(const scriptDefinition& definition, const file& source,
+                                    const timestamp& time)
+{
+    return function::parse(definition.body, definition.parameters, source, time);
+}
+
+sharedPtr<function> parseFrom(const definitionTable& definitions, const string& name, const file& source,
+                              const timestamp& time)
+{
+    const auto found = definitions.find(name);
+    return found == definitions.end() ? sharedPtr<function>() : parseDefinition(found->second, source, time);
+}
+
+// Loads one function. A null pointer when the file does not define it, or without a statement.
 sharedPtr<function> loadFunction(const file& source, const string& name)
 {
+    recentFile& recent = recentFile::instance();
+    const timestamp before = modificationTime(source);
+    if (const auto kept = recent.definitions(source, before))
+        return parseFrom(*kept, name, source, before);
+
     binaryBuffer text;
     readScriptText(source, text); // a file that cannot be read defines nothing
     scrdefReader reader(std::move(text));
     const timestamp time = modificationTime(source);
+    if (time == before && recent.isReadAgain(source, time)) {
+        const auto all = std::make_shared<definitionTable>();
+        findDefinitions(reader, *all);
+        recent.keep(source, time, all);
+        return parseFrom(*all, name, source, time);
+    }
     scriptDefinition definition;
     const bool isFound = findDefinition(reader, name, definition);
     reader.clear();
-    return isFound ? function::parse(definition.body, definition.parameters, source, time)
-                   : sharedPtr<function>();
+    return isFound ? parseDefinition(definition, source, time) : sharedPtr<function>();
 }
 
 std::uint64_t nextIdentity() noexcept
@@ -134,10 +206,7 @@ struct pinnedFunction::memory
     }
 
     // The calling thread's; null for one that ends. Made when the thread first calls.
-    static memory* own()
-    {
-        return current || ended ? current : make();
-    }
+    static memory* own() { return current || ended ? current : make(); }
 
 private:
     struct keeper;

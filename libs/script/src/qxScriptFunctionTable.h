@@ -1,10 +1,10 @@
 // The functions that are loaded, and what each thread remembers of them.
 //
-// The table is shared; a look-up searches the file, asks its time and takes a mutex. Calls from script to script
-// go through the memory of their thread: what a call found holds as long as nothing but the engine has run on
-// the thread (qxScriptEpoch.h), the clock has not ticked, and the search would begin in the same directory. So a
-// change of a file that this thread made or can know of is noticed at the next call, any other one a tick of the
-// clock later at most.
+// The table is shared; a look-up searches the file, asks its time and takes a mutex. Calls from script to
+// script go through the memory of their thread: what a call found holds as long as nothing but the engine has
+// run on the thread (qxScriptEpoch.h), the clock has not ticked, and the search would begin in the same
+// directory. So a change of a file that this thread made or can know of is noticed at the next call, any
+// other one a tick of the clock later at most.
 #pragma once
 
 #include "qxScriptCode.h"
@@ -47,8 +47,8 @@ public:
     // The one table of the process; never destroyed.
     static functionTable& instance();
 
-    // Searches the file and gives its function, loaded anew if the file is newer. Throws fileNotFoundException,
-    // scriptFunctionNotFoundException and what loading throws.
+    // Searches the file and gives its function, loaded anew if the file is newer. Throws
+    // fileNotFoundException, scriptFunctionNotFoundException and what loading throws.
     sharedPtr<function> get(const string& basePath, const codeCall& call);
 
 private:
@@ -59,8 +59,8 @@ private:
     std::map<string, sharedPtr<function>> mFunctions;
 };
 
-// A function for the length of one run: kept by a plain count of the thread, so that threads which run the same
-// function do not meet at a counter.
+// A function for the length of one run: kept by a plain count of the thread, so that threads which run the
+// same function do not meet at a counter.
 class pinnedFunction
 {
 public:

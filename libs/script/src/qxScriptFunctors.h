@@ -40,7 +40,6 @@ struct operand
     using first = T;
 };
 
-
 // The value in a type in which sums, differences and products do not overflow.
 template <heldNumber T>
 constexpr typename valueTraits<T>::wide wideOf(const T& value)

@@ -52,19 +52,23 @@ private:
             place = {row.name, &row};
     }
 
-    // The slot of a name, or the empty one where it would be.
+    // The slot of a name, or the empty one where it would be. Some characters tell the names apart well
+    // enough.
     std::size_t slotOf(std::wstring_view name) const noexcept
     {
-        std::size_t hash = name.size();
-        for (const wchar_t c : name)
-            hash = hash * 31 + static_cast<std::size_t>(c);
+        if (name.empty())
+            return slotCount;
+        const auto at = [name](std::size_t place) { return static_cast<std::size_t>(name[place]); };
+        const std::size_t last = name.size() - 1;
+        std::size_t hash =
+            (((name.size() * 31 + at(0)) * 31 + at(last / 3)) * 31 + at(last / 2)) * 31 + at(last);
         hash ^= hash >> 10;
         while (mSlots[hash % slotCount].row && mSlots[hash % slotCount].name != name)
             ++hash;
         return hash % slotCount;
     }
 
-    slot mSlots[slotCount];
+    slot mSlots[slotCount + 1]; // the last one stays empty
 };
 
 // The factory of the module at `Place`, for those who ask a module object itself.

@@ -12,14 +12,16 @@ methodstatement::methodstatement(const callText& call, const objectRefusals& tex
     mpObject = requireProvider(call, 0, texts.unusable);
 }
 
+objectRef* methodstatement::objectInPlace(codecontext& context) const
+{
+    if (!cell::shortCutsAllowed())
+        return nullptr;
+    const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
+    return variable ? heldInPlace<objectRef>(*variable) : nullptr;
+}
+
 objectRef methodstatement::getObject(codecontext& context) const
 {
-    if (cell::shortCutsAllowed()) {
-        const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
-        const objectRef* const object = variable ? heldInPlace<objectRef>(*variable) : nullptr;
-        if (object)
-            return *object;
-    }
     genericValue value;
     if (!mpObject.evaluate(context, value))
         execError(this, nullptr);

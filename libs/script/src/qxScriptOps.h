@@ -19,7 +19,7 @@ T operandOf(const genericValue& value)
         if (string* const sole = soleText(value))
             return std::move(*sole);
     T operand{};
-    if (!value.getValue(operand))
+    if (!readValue(value, operand))
         throw false;
     return operand;
 }
@@ -36,7 +36,10 @@ struct shortly<T>
 {
     static constexpr bool possible = true;
 
-    bool read(const shortOperand& operand, codecontext& context) { return operand.read(context, value); }
+    [[gnu::always_inline]] bool read(const shortOperand& operand, codecontext& context)
+    {
+        return operand.read(context, value);
+    }
     const T& get() const { return value; }
 
     T value{};
@@ -47,11 +50,15 @@ struct shortly<string>
 {
     static constexpr bool possible = true;
 
+    shortly() noexcept; // as that of the scratch
+
     bool read(const shortOperand& operand, codecontext& context) { return operand.textValue(context, text); }
     std::wstring_view get() const { return text.view(); }
 
     textScratch text;
 };
+
+inline shortly<string>::shortly() noexcept = default;
 
 // What the statements with two operands have in common. Operands that the call does not give are no failure
 // before the run.

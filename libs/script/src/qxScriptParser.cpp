@@ -40,7 +40,7 @@ public:
     // Borrows `text`.
     explicit callHead(std::wstring_view text) : mName(text)
     {
-        if (std::any_of(text.begin(), text.end(), changes)) {
+        if (!isWrittenPlainly(text)) {
             mWritten.assign(text);
             mWritten.deleteAll(L"\r\n \t").toLower();
             mName = mWritten;
@@ -57,9 +57,6 @@ public:
     std::span<const typeWord> types() const noexcept { return mTypes.items(); }
 
 private:
-    // True for what does not stay as it is written.
-    static bool changes(wchar_t c) noexcept { return c <= L' ' || (c >= L'A' && c <= L'Z') || c >= 0x80; }
-
     void cutTypes(std::wstring_view text)
     {
         for (std::size_t comma; (comma = text.find(L',')) != text.npos; text.remove_prefix(comma + 1))
@@ -184,8 +181,16 @@ statement* statementParser::createNormalised(const textPiece& text, textPiece bo
     if (semicolon != std::wstring_view::npos && semicolon + 1 < body.size())
         return createBlock(body, semicolon, flags);
 
-    const std::size_t open = body.view().find(L'(');
-    return open == std::wstring_view::npos ? nullptr : createCall(text, body, open, flags);
+    return createSingle(text, body, flags);
+}
+
+// A part of a block. No semicolon cuts it, unless it is a block itself.
+statement* statementParser::createPart(const textPiece& part, int flags) const
+{
+    stack::check();
+    const textPiece body = part.piece(withoutBlanks(part.view()));
+    return body.view().starts_with(L'{') ? createNormalised(part, body, flags)
+                                         : createSingle(part, body, flags);
 }
 
 statement* statementParser::createBlock(const textPiece& body, std::size_t semicolon, int flags) const
@@ -193,7 +198,7 @@ statement* statementParser::createBlock(const textPiece& body, std::size_t semic
     autoPtr<compoundstatement> block(new compoundstatement);
     for (std::size_t start = 0; start < body.size();) {
         const textPiece part = body.piece(body.view().substr(start, semicolon - start));
-        if (!block->add(createStatementFrom(part, flags))) {
+        if (!block->add(createPart(part, flags))) {
             assertMsg(L"statement::createFrom: error parsing \"%s\"", part.view());
             return nullptr;
         }
@@ -204,9 +209,11 @@ statement* statementParser::createBlock(const textPiece& body, std::size_t semic
     return block.release();
 }
 
-statement* statementParser::createCall(const textPiece& text, const textPiece& body, std::size_t open,
-                                       int flags) const
+statement* statementParser::createSingle(const textPiece& text, const textPiece& body, int flags) const
 {
+    const std::size_t open = body.view().find(L'(');
+    if (open == std::wstring_view::npos)
+        return nullptr;
     try {
         const callHead head(body.view().substr(0, open));
         const parameterSplitter splitter(body.piece(parameterText(body.view(), open)));

@@ -22,11 +22,14 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
-    // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this one
-    // has no call in it: it is what running scripts does most.
-    static genericSet::entry* variable(codecontext& context, scriptcontext& root, const scString& name) noexcept
+    // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this
+    // one has no call in it: it is what running scripts does most.
+    static genericSet::entry* variable(codecontext& context, scriptcontext& root,
+                                       const scString& name) noexcept
     {
         for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            if (block->mVariables.isEmpty())
+                continue;
             if (block->mVariables.isIndexed()) [[unlikely]]
                 return variableIndexed(context, root, name);
             if (genericSet::entry* const local = block->mVariables.findByWalk(name))

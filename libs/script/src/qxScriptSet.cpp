@@ -116,7 +116,10 @@ class arrayStatement : public scriptbasestatement
 protected:
     explicit arrayStatement(const scString& name) : mName(name) { stayInside(); }
 
-    valueArray* arrayInPlace(codecontext& context) const { return variableInPlace<valueArray>(context, mName); }
+    valueArray* arrayInPlace(codecontext& context) const
+    {
+        return variableInPlace<valueArray>(context, mName);
+    }
 
     heldIn<valueArray> requireArray(codecontext& context) const
     {
@@ -133,7 +136,10 @@ private:
 class sizeOfArray final : public arrayStatement
 {
 public:
-    explicit sizeOfArray(const scString& name) : arrayStatement(name) { offerShortCuts(0, writing::keepsType); }
+    explicit sizeOfArray(const scString& name) : arrayStatement(name)
+    {
+        offerShortCuts(0, writing::keepsType);
+    }
 
     statement* clone() const override { return new sizeOfArray(*this); }
     void execute(codecontext& context, genericValue& result) const override

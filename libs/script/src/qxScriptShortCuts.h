@@ -17,7 +17,8 @@ namespace qx::script
 class textScratch
 {
 public:
-    textScratch() = default;
+    // Not defaulted in here: otherwise some forms of initialisation would fill the room with zeros.
+    textScratch() noexcept;
     textScratch(const textScratch&) = delete;
     textScratch& operator=(const textScratch&) = delete;
 
@@ -32,14 +33,25 @@ public:
     // The text of what a small word holds. False for null and for what is no small value.
     bool show(cell::word w)
     {
-        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+        switch (cell::kindIn(w)) {
+        case cell::intKind:
+        case cell::decimalKind:
+        case cell::longKind:
+        case cell::shortKind:
+        case cell::ushortKind:
             mView = mNumber.emplace(static_cast<int>(cell::payloadIn(w))).view();
             return true;
+        case cell::uintKind:
+        case cell::ulongKind:
+        case cell::uint64Kind:
+            mView = mNumber.emplace(static_cast<uint>(cell::payloadIn(w))).view();
+            return true;
+        default:
+            if (!cell::convert(w, mOwn))
+                return false;
+            mView = mOwn;
+            return true;
         }
-        if (!cell::convert(w, mOwn))
-            return false;
-        mView = mOwn;
-        return true;
     }
     // The same for a value that nobody else can reach, with a text of its own in place.
     inline bool showInPlace(const genericValue& value);
@@ -49,6 +61,15 @@ public:
         wchar_t* const place = size <= std::size(mRoom) ? mRoom : (mOwn.resize(size), mOwn.data());
         mView = std::wstring_view(place, size);
         return place;
+    }
+    // Changes the text in place: `work` gets it as a text of this object.
+    template <class Work>
+    void change(const Work& work)
+    {
+        if (mView.data() != mOwn.data() || mView.size() != mOwn.size())
+            mOwn.assign(mView);
+        work(mOwn);
+        mView = mOwn;
     }
     // Leaves a piece of the text. `from` must lie within it.
     void narrow(std::size_t from, std::size_t size = std::wstring_view::npos)
@@ -74,6 +95,8 @@ private:
     wchar_t mRoom[64];
 };
 
+inline textScratch::textScratch() noexcept = default;
+
 // The holder's value, if `value` holds exactly a T behind a holder; nothing is converted. For values that
 // nobody else can reach at this moment, or whose holder somebody keeps.
 template <class T>
@@ -82,7 +105,8 @@ T* heldInPlace(const genericValue& value) noexcept
     genericValue::holderbase* const holder = cell::access::holder(value);
     if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
         return nullptr;
-    return static_cast<T*>(holder->heldAddress());
+    using exactly = genericValue::valueholder<T>;
+    return static_cast<T*>(static_cast<exactly*>(holder)->exactly::heldAddress()); // no virtual call
 }
 
 // The word of a value that is small or null; `refused` for one with a holder.
@@ -112,6 +136,32 @@ inline string* soleText(const genericValue& value) noexcept
     return held;
 }
 
+// Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions, so
+// that what occurs most, integers as int and double and double as int, is read in place.
+template <class T>
+bool readShortly(cell::word w, T& out)
+{
+    if constexpr (std::is_same_v<T, int>) {
+        if (cell::isIntegral(w)) { // of any width, cut to that of an int
+            out = static_cast<int>(cell::payloadIn(w));
+            return true;
+        }
+        if (cell::isDouble(w)) {
+            const auto value = cell::get<double>(w);
+            if (!(value > -2147483649.0 && value < 2147483648.0))
+                return false;
+            out = static_cast<int>(value);
+            return true;
+        }
+    }
+    if constexpr (std::is_same_v<T, double>)
+        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+            out = static_cast<int>(cell::payloadIn(w));
+            return true;
+        }
+    return cell::read(w, out);
+}
+
 inline bool isSameKind(cell::word a, cell::word b)
 {
     return cell::isDouble(a) ? cell::isDouble(b) : cell::kindIn(a) == cell::kindIn(b);
@@ -124,6 +174,25 @@ inline cell::word writtenOver(cell::word before, cell::word w, bool keepsType)
     if (!keepsType || before == cell::null || isSameKind(before, w))
         return w;
     return cell::isHolder(before) ? cell::refused : cell::convertedLike(before, w);
+}
+
+// Writes a small word into a value that others may reach, as a statement that keeps the type of its result.
+// False, with nothing changed, where the long way has to.
+inline bool writeTyped(genericValue& result, cell::word w)
+{
+    const cell::word before = cell::access::load(result);
+    const cell::word written = cell::isHolder(before) ? cell::refused : writtenOver(before, w, true);
+    return written != cell::refused && cell::access::storeIf(result, before, written);
+}
+
+// Reads a value that has been evaluated, in place where it is small.
+template <class T>
+bool readValue(const genericValue& value, T& out)
+{
+    if constexpr (cell::small<T>)
+        if (cell::shortCutsAllowed() && cell::read(cell::access::load(value), out))
+            return true;
+    return value.getValue(out);
 }
 
 // Writes a small word, or null, into a variable. False, with nothing changed, where the long way has to.

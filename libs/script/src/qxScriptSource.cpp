@@ -37,6 +37,15 @@ const textSlice& sourceText::counted()
     return mCounted;
 }
 
+scString textPiece::name() const
+{
+    if (isWrittenPlainly(mView))
+        return scString::intern(mView);
+    string cleaned = text();
+    cleaned.deleteAll(L" \t").toLower();
+    return scString::createFrom(cleaned);
+}
+
 textSlice textPiece::counted() const
 {
     const textSlice& whole = mpSource->counted();

@@ -6,6 +6,7 @@
 // in it.
 #pragma once
 
+#include "qxScString.h"
 #include "qxTextSlice.h"
 
 #include <cstdint>
@@ -14,6 +15,15 @@
 
 namespace qx::script
 {
+
+// True for a text without blanks, line ends and capitals. Also false for some that are such.
+inline bool isWrittenPlainly(std::wstring_view text) noexcept
+{
+    for (const wchar_t c : text)
+        if (c <= L' ' || (c >= L'A' && c <= L'Z') || c >= 0x80)
+            return false;
+    return true;
+}
 
 // Where the brackets of a text close, as far as a walk has come across them. Places are offsets.
 class closingPlaces
@@ -93,6 +103,9 @@ public:
     {
         return static_cast<std::size_t>(mView.data() - mpSource->view().data());
     }
+
+    // What it names: the text without blanks and lower-cased.
+    scString name() const;
 
     // `part` must lie within this piece.
     textPiece piece(std::wstring_view part) const noexcept { return textPiece(*mpSource, part); }

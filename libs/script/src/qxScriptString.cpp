@@ -22,7 +22,10 @@ struct lowerCase
     static constexpr const wchar_t* unreadable[] = {noText};
     using operands = operandTypes<string>;
 
-    static void of(textScratch& text) { text.own(std::move(text.take().toLower())); }
+    static void of(textScratch& text)
+    {
+        text.change([](string& all) { all.toLower(); });
+    }
 };
 
 struct upperCase
@@ -32,7 +35,10 @@ struct upperCase
     static constexpr const wchar_t* unreadable[] = {noText};
     using operands = operandTypes<string>;
 
-    static void of(textScratch& text) { text.own(std::move(text.take().toUpper())); }
+    static void of(textScratch& text)
+    {
+        text.change([](string& all) { all.toUpper(); });
+    }
 };
 
 struct replacement
@@ -46,7 +52,7 @@ struct replacement
     static void of(textScratch& text, std::wstring_view what, std::wstring_view with)
     {
         if (text.view().find(what) != std::wstring_view::npos)
-            text.own(std::move(text.take().replace(what, with)));
+            text.change([&](string& all) { all.replace(what, with); });
     }
 };
 
@@ -67,7 +73,7 @@ struct withoutSpaces
         else if (word == L"trailing")
             text.narrow(0, text.view().find_last_not_of(spaces) + 1);
         else if (word == L"all")
-            text.own(std::move(text.take().deleteAll(spaces)));
+            text.change([&](string& all) { all.deleteAll(spaces); });
     }
 };
 
@@ -101,9 +107,26 @@ public:
     {
         const auto text = require<string>(0, context);
         const auto where = require<string>(1, context);
-        std::vector<string> parts;
-        text.splitAt(where, parts, false);
-        replaceResult(result, valueArray(parts.begin(), parts.end()));
+        sharedPtr<genericValue::holderbase> parts(
+            new genericValue::valueholder<valueArray>(cut(text, where)));
+        result.swapHolder(parts);
+    }
+
+private:
+    // One part more than there are separators; an empty one never occurs.
+    static valueArray cut(std::wstring_view text, std::wstring_view separator)
+    {
+        valueArray parts;
+        textScratch part;
+        std::size_t hit = 0;
+        while (!separator.empty() && (hit = text.find(separator)) != text.npos) {
+            part.borrow(text.substr(0, hit));
+            parts.push_back(part.takeValue());
+            text.remove_prefix(hit + separator.size());
+        }
+        part.borrow(text);
+        parts.push_back(part.takeValue());
+        return parts;
     }
 };
 

@@ -23,19 +23,12 @@ enum eVarScope
     scopeGlobal = 2     // the global variables
 };
 
-scString nameFrom(const textPiece& text)
-{
-    string name = text.text();
-    name.deleteAll(L" \t").toLower();
-    return scString::createFrom(name);
-}
-
 // The name that the first parameter gives. `failure` names the statement in the report of an empty one.
 scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t* failure)
 {
     if (call.params.empty())
         refuse(tooFew);
-    const scString name = nameFrom(call.params[0]);
+    const scString name = call.params[0].name();
     if (name.string().empty())
         refuse(failure, call.params[0].view());
     return name;
@@ -61,7 +54,7 @@ inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const s
     scriptcontext* const root = scope::plainRoot(context);
     if (!root) [[unlikely]]
         return nullptr;
-    genericSet::entry* const found = where == scopeVariable ? scope::variable(context, *root, name)
+    genericSet::entry* const found = where == scopeVariable    ? scope::variable(context, *root, name)
                                      : where == scopeParameter ? scope::parameter(*root, name)
                                                                : scope::global(*root, name);
     if (found && found->isShared()) [[unlikely]]
@@ -72,13 +65,24 @@ inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const s
 class variableExists final : public scriptbasestatement
 {
 public:
-    variableExists(eVarScope where, const scString& name) : mScope(where), mName(name) {}
+    variableExists(eVarScope where, const scString& name) : mScope(where), mName(name)
+    {
+        offerShortCuts(0, writing::replaces);
+    }
 
     statement* clone() const override { return new variableExists(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         replaceResult(result, mScope == scopeGlobal ? context.hasGlobalContextVariable(mName)
                                                     : context.hasVariable(mName));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        scriptcontext* const root = scope::plainRoot(context);
+        if (!root)
+            return cell::refused;
+        return cell::make((mScope == scopeGlobal ? scope::global(*root, mName)
+                                                 : scope::variable(context, *root, mName)) != nullptr);
     }
 
     template <eVarScope Scope>
@@ -153,18 +157,19 @@ private:
     }
 };
 
+template <eVarScope Scope>
 class setVariable final : public assignment
 {
 public:
-    setVariable(eVarScope where, const callText& call)
-        : assignment(where, call, L"setVariable::createFrom: number of parameters < 1",
+    explicit setVariable(const callText& call)
+        : assignment(Scope, call, L"setVariable::createFrom: number of parameters < 1",
                      L"setVariable::createFrom: error setting variablename \"%s\"")
     {}
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (variable) {
             const genericSet::hold held(*variable);
             write(context, held.value());
@@ -177,23 +182,19 @@ public:
     }
     void run(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, mScope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (!variable)
             write(context, *requireStorage(context));
         else if (!writeShort(context, *variable))
             write(context, genericSet::hold(*variable).value());
     }
 
-    template <eVarScope Scope>
-    static statement* create(const callText& call)
-    {
-        return new setVariable(Scope, call);
-    }
+    static statement* create(const callText& call) { return new setVariable(call); }
 
 private:
     sharedPtr<genericValue> requireStorage(codecontext& context) const
     {
-        sharedPtr<genericValue> storage = storageOf(context, mScope, mName);
+        sharedPtr<genericValue> storage = storageOf(context, Scope, mName);
         if (!storage)
             execError(this, L"Error retrieving variable %s", mName.string());
         return storage;
@@ -213,9 +214,13 @@ private:
         const cell::word w = value.smallValue(context);
         if (w != cell::refused)
             return writeSmall(variable, w, value.keepsType());
+        return value.givesText() && mayTakeText(variable, value.keepsType()) && writeText(context, variable);
+    }
+    // Not inline: it has room for a text.
+    [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable) const
+    {
         textScratch text;
-        if (!value.givesText() || !mayTakeText(variable, value.keepsType()) ||
-            !value.textValue(context, text))
+        if (!mpValue.shortCut().textValue(context, text))
             return false;
         cell::access::fill(variable.value(), text.takeValue());
         return true;
@@ -256,7 +261,7 @@ public:
     static statement* create(const callText& call)
     {
         return new getVariable(requiredName(call, L"getVariable::createFrom: number of parameters < 1",
-                                                   L"getVariable::parse: error setting variablename %s"));
+                                            L"getVariable::parse: error setting variablename %s"));
     }
 
 private:
@@ -339,7 +344,11 @@ template <class T>
 class isoftype final : public scriptbasestatement
 {
 public:
-    explicit isoftype(ownedProvider value) : mpValue(std::move(value)) {}
+    explicit isoftype(ownedProvider value) : mpValue(std::move(value))
+    {
+        if constexpr (isShort)
+            offerShortCuts(depthOf(mpValue), writing::replaces);
+    }
 
     statement* clone() const override { return new isoftype(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -347,8 +356,21 @@ public:
         T converted{};
         replaceResult(result, mpValue.read(context, converted));
     }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        if constexpr (isShort) {
+            T converted{};
+            const cell::word w = mpValue.shortCut().smallValue(context);
+            if (w != cell::refused)
+                return cell::make(cell::read(w, converted));
+        }
+        return cell::refused;
+    }
 
 private:
+    // Small values become such a type by the library's own conversions alone.
+    static constexpr bool isShort = cell::small<T> || std::is_same_v<T, timestamp>;
+
     ownedProvider mpValue;
 };
 
@@ -437,17 +459,17 @@ const builtin rows[] = {
      .summary = L"Makes or overwrites a global variable; gives the value.",
      .failures = {createFailures}},
     {.name = L"setvar",
-     .create = setVariable::create<scopeVariable>,
+     .create = setVariable<scopeVariable>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a visible variable or parameter; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"setparameter",
-     .create = setVariable::create<scopeParameter>,
+     .create = setVariable<scopeParameter>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a parameter of the function; gives its value afterwards.",
      .failures = {setFailures}},
     {.name = L"setglobalvar",
-     .create = setVariable::create<scopeGlobal>,
+     .create = setVariable<scopeGlobal>::create,
      .parameters = L"(name, [value])",
      .summary = L"Writes a global variable; gives its value afterwards.",
      .failures = {setFailures}},

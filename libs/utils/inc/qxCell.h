@@ -99,6 +99,11 @@ constexpr kind kindIn(word w)
 {
     return static_cast<kind>(w >> 32);
 }
+// An integer of whichever width, or a text that is one.
+constexpr bool isIntegral(word w)
+{
+    return kindIn(w) - intKind <= uint64Kind - intKind;
+}
 constexpr std::uint32_t payloadIn(word w)
 {
     return static_cast<std::uint32_t>(w);
@@ -270,8 +275,8 @@ public:
     {
         return __atomic_load_n(&value.mWord, __ATOMIC_RELAXED);
     }
-    // Puts a word in place, where nobody else can reach; the holder before it ends. A holder's word comes with
-    // its count.
+    // Puts a word in place, where nobody else can reach; the holder before it ends. A holder's word comes
+    // with its count.
     static void store(genericValue& value, word small) noexcept
     {
         if (isHolder(load(value)))
@@ -310,7 +315,7 @@ public:
     static genericValue made(sharedPtr<genericValue::holderbase> holder) noexcept
     {
         genericValue value;
-        value.adopt(std::move(holder));
+        value.mWord = reinterpret_cast<word>(holder.detach());
         return value;
     }
     // The holder of a value that nobody else can reach at this moment; null where it has none.

@@ -16,12 +16,14 @@ class QXUTILS_API genericSet
 {
 public:
     // A name and its storage. Borrowed until the set is changed.
-    class entry
+    class QXUTILS_API entry
     {
     public:
-        entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value)) {}
+        entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value))
+        {}
         entry(entry&& other) noexcept
-            : mName(other.mName), mValue(std::move(other.mValue)), mpShared(std::exchange(other.mpShared, nullptr))
+            : mName(other.mName), mValue(std::move(other.mValue)),
+              mpShared(std::exchange(other.mpShared, nullptr))
         {}
         entry(const entry&) = delete;
         entry& operator=(const entry&) = delete;
@@ -47,11 +49,12 @@ public:
         void drop() noexcept;
 
         scString mName;
-        qx::genericValue mValue;             // unless it is shared
+        qx::genericValue mValue;            // unless it is shared
         sharedVariable* mpShared = nullptr; // with one count for this entry
     };
 
-    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody else.
+    // Keeps the storage of an entry, which may be erased or moved meanwhile, without counting as somebody
+    // else.
     class hold
     {
     public:
@@ -106,11 +109,13 @@ public:
     // The same for a set that is not indexed, for those who look into several: without a call.
     entry* findByWalk(const scString& name) noexcept
     {
-        for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
+        entry* e = mpEntries;
+        for (uint left = mCount; left != 0; --left, ++e)
             if (e->mName == name)
                 return e;
         return nullptr;
     }
+    bool isEmpty() const noexcept { return mCount == 0; }
     bool isIndexed() const noexcept { return mCount > walkedAtMost; }
 
     // A new entry; the name must not be there.

@@ -158,8 +158,8 @@ public:
     template <writable T>
     bool setValue(const T& value, bool replace = false);
 
-    // Shares the holder for the length of one operation; a null pointer for a null value. A small value, which
-    // lies in this object, moves into a holder for that, and stays there until it is replaced.
+    // Shares the holder for the length of one operation; a null pointer for a null value. A small value,
+    // which lies in this object, moves into a holder for that, and stays there until it is replaced.
     sharedPtr<holderbase> holderCopy() const noexcept;
     // Puts `other` in place and leaves the previous holder in the argument.
     void swapHolder(sharedPtr<holderbase>& other) noexcept;
@@ -220,7 +220,8 @@ struct QXUTILS_API counterPlace<genericValue>
     static void end(genericValue* value, ulong32* counter) noexcept
     {
         // Two blocks of their own are too far from each other for this.
-        if (reinterpret_cast<char*>(value) == reinterpret_cast<char*>(counter) + offsetof(sharedVariable, value))
+        if (reinterpret_cast<char*>(value) ==
+            reinterpret_cast<char*>(counter) + offsetof(sharedVariable, value))
             return endShared(value, counter);
         Delete::destroy(value);
         shptr::releaseCounter(counter);

@@ -30,8 +30,8 @@ bool readSmall(cell::word w, T& out)
         return cell::read(w, out);
     else
         return cell::visit(w, [&out]<class From>(const From& from) {
-            return typeconvert::typeConversionManager::instance().convert(typeid(T), &out, typeid(From), &from,
-                                                                          0, nullptr);
+            return typeconvert::typeConversionManager::instance().convert(typeid(T), &out, typeid(From),
+                                                                          &from, 0, nullptr);
         });
 }
 

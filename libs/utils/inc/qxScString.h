@@ -13,9 +13,11 @@ namespace qx
 class QXUTILS_API scString
 {
 public:
-    // Interns `text`; a null text is the empty name. Safe from several threads. Throws std::bad_alloc.
+    // Interns `text`; a null text is the empty name. Safe from several threads; no lock is taken for a name
+    // that exists. Throws std::bad_alloc.
     static scString createFrom(const qx::string& text);
     static scString createFrom(const wchar_t* text);
+    static scString intern(std::wstring_view text);
 
     const wchar_t* c_str() const noexcept { return mpText->c_str(); }
     const qx::string& string() const noexcept { return *mpText; }

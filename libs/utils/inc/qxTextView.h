@@ -11,9 +11,18 @@ namespace qx
 // The text without any of these characters at its ends; an empty piece of it where nothing else is in it.
 inline std::wstring_view trimmed(std::wstring_view text, std::wstring_view characters = L" \t\r\n")
 {
-    const std::size_t first = text.find_first_not_of(characters);
-    return first == text.npos ? text.substr(0, 0)
-                              : text.substr(first, text.find_last_not_of(characters) + 1 - first);
+    // A loop over these few characters: a search in them costs a call for each character of the text.
+    const auto goes = [characters](wchar_t c) {
+        for (const wchar_t deleted : characters)
+            if (c == deleted)
+                return true;
+        return false;
+    };
+    while (!text.empty() && goes(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && goes(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 // Whether the pattern fits the whole text: `*` stands for any characters, `?` for one.

@@ -38,7 +38,8 @@ bool convertTo(To& to, const From& from)
     }
 }
 
-// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a T.
+// A text that is an int reads as what its digits say: nothing wraps. False where the text does not read as a
+// T.
 template <heldNumber T>
 bool readDecimal(long long number, T& out)
 {
@@ -50,7 +51,8 @@ bool readDecimal(long long number, T& out)
             return false;
         out = number == 1;
     } else {
-        if (number < static_cast<long long>(traits::min) || (number > 0 && static_cast<unsigned long long>(number) > traits::max))
+        if (number < static_cast<long long>(traits::min) ||
+            (number > 0 && static_cast<unsigned long long>(number) > traits::max))
             return false;
         out = traits::wrap(number);
     }

@@ -1,8 +1,8 @@
 // Conditions: the text becomes a list of steps, and a test of a value runs down that list.
 #include "qxCondition.h"
 
-#include "qxCell.h"
 #include "qxAutoPtr.h"
+#include "qxCell.h"
 #include "qxHeldTypes.h"
 #include "qxNumberText.h"
 #include "qxReference.h"
@@ -94,7 +94,8 @@ private:
     // A small value gets a holder of its own, so that the tested one stays small.
     static sharedPtr<genericValue::holderbase> heldBy(const genericValue& value)
     {
-        return cell::isSmall(cell::access::load(value)) ? genericValue(value).holderCopy() : value.holderCopy();
+        return cell::isSmall(cell::access::load(value)) ? genericValue(value).holderCopy()
+                                                        : value.holderCopy();
     }
 
     template <class T>

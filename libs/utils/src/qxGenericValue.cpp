@@ -171,7 +171,7 @@ genericValue& genericValue::operator=(const genericValue& other)
 genericValue& genericValue::operator=(genericValue&& other) noexcept
 {
     if (this != &other)
-        exchange(other.exchanged(cell::null));
+        exchange(std::exchange(other.mWord, cell::null)); // nobody else is to see what may be moved from
     return *this;
 }
 
