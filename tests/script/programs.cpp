@@ -164,7 +164,7 @@ std::vector<string> parameterLists(const qx::script::statementInfo& built)
         if (name.empty())
             continue;
         const std::size_t place = lists.size() - 1;
-        lists.push_back(lists.back() + (place == 0 ? L"" : L", ") + shapeOf(built, name, place));
+        lists.emplace_back(lists.back() + (place == 0 ? L"" : L", ") + shapeOf(built, name, place));
         if (name[0] != L'[' && name != L"...")
             required = place + 1;
     }
@@ -195,7 +195,7 @@ const std::vector<string>& listedShapes()
                 continue;
             for (const string& parameters : parameterLists(built))
                 for (const string& types : typeLists(built))
-                    all.push_back(built.name + types + L"(" + parameters + L")");
+                    all.emplace_back(built.name + types + L"(" + parameters + L")");
         }
         return all;
     }();

@@ -51,7 +51,7 @@ public:
 std::string shown(const genericValue& value)
 {
     double number = 0;
-    const std::string text = valueText(value);
+    std::string text = valueText(value);
     if (!text.starts_with("double nan") || !value.getValue(number))
         return text;
     return text + (std::signbit(number) ? " negative" : "");

@@ -273,7 +273,7 @@ pinnedFunction::~pinnedFunction()
 
 const function& pinnedFunction::operator*() const noexcept
 {
-    return *mFound.found.get();
+    return *mFound.found;
 }
 
 bool pinnedFunction::isAtHome() const noexcept

@@ -101,6 +101,8 @@ std::size_t findSemicolon(const textPiece& text, std::size_t from)
     return view.npos;
 }
 
+// One loop over the text, with its state in local variables: all parsing runs through it.
+// NOLINTNEXTLINE(readability-function-size)
 parameterSplitter::parameterSplitter(const textPiece& text)
 {
     const std::wstring_view view = text.view();

@@ -40,12 +40,14 @@ struct statementText::shownText
 
 statementText::shownText* statementText::shownIn(std::uintptr_t word) noexcept
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a pointer and a mark in one word
     return word & shownMark ? reinterpret_cast<shownText*>(word & ~shownMark) : nullptr;
 }
 
 const sharedText* statementText::wholeIn(std::uintptr_t word) noexcept
 {
     const shownText* const made = shownIn(word);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a pointer and a mark in one word
     return made ? made->whole.get() : reinterpret_cast<const sharedText*>(word);
 }
 
@@ -64,8 +66,8 @@ statementText::statementText(const statementText& other)
 statementText::~statementText()
 {
     const std::uintptr_t word = mWord.load(std::memory_order_relaxed);
-    if (shownText* const made = shownIn(word))
-        delete made;
+    if (word & shownMark)
+        delete shownIn(word);
     else if (word != 0)
         wholeIn(word)->release();
 }
@@ -85,7 +87,7 @@ const string& statementText::shown() const
             if (const sharedText* const whole = made->whole.get())
                 whole->release(); // the word's own count
             word = marked;
-            made.release();
+            static_cast<void>(made.release()); // the word has it now
         }
     }
     return shownIn(word)->text;
