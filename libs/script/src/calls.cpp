@@ -2,6 +2,7 @@
 #include "controlStatements.h"
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptFunctionTable.h"
 #include "qxScriptSignals.h"
 
@@ -96,6 +97,8 @@ private:
     {
         if (mpCall->type() != codeTypeScript)
             return;
+        if (!isOfRun)
+            epoch::move(); // contexts of a host's own class may have run anything
         const pinnedFunction called = pinnedFunction::find(base, *mpCall);
         const bool atHome = isOfRun && called.isAtHome();
         (*called).call(mpCall->function(), arguments, callee,

@@ -2,6 +2,7 @@
 // stands here; calls and messages have sources of their own.
 #include "controlStatements.h"
 #include "qxScriptBase.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptInterfaces.h"
 #include "qxScriptModules.h"
 #include "qxScriptReference.h"
@@ -247,6 +248,7 @@ private:
         for (step move = &forwardIterator::first;; move = &forwardIterator::next) {
             objectRef element;
             (iterator.get()->*move)(element.receive());
+            epoch::move(); // the object may have run anything
             if (iterator->isEnd() || !runWith(genericValue(element), context, result))
                 return;
         }

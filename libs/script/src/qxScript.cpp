@@ -176,6 +176,7 @@ bool statement::takeTextShortCut(codecontext& context, genericValue& result) con
 void statement::trace(const wchar_t* format) const
 {
     qxlog::logManager::getLogger(loggerName)->log_trace(format, text());
+    epoch::move(); // whoever listens may have run anything
 }
 
 // Turns the exception that is being handled into this statement's failure.

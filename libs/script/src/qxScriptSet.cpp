@@ -4,6 +4,7 @@
 // its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
 // here.
 #include "qxScriptBase.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptHeld.h"
 #include "qxScriptModules.h"
 #include "qxScriptReference.h"
@@ -46,6 +47,17 @@ T* variableInPlace(codecontext& context, const scString& name)
     scriptcontext* const root = scope::plainRoot(context);
     genericSet::entry* const variable = root ? scope::variable(context, *root, name) : nullptr;
     return variable && !variable->isShared() ? heldInPlace<T>(variable->value()) : nullptr;
+}
+
+// The same in the long way. A variable that others can reach may have been written by them, so the epoch
+// moves.
+template <class T>
+heldIn<T> heldInVariable(codecontext& context, const scString& name)
+{
+    const sharedPtr<genericValue> storage = context.variableAddress(name);
+    if (storage.useCount() > 2u) // the set, and we
+        epoch::move();
+    return heldIn<T>(storage.get());
 }
 
 class createArray final : public scriptbasestatement
@@ -123,7 +135,7 @@ protected:
 
     heldIn<valueArray> requireArray(codecontext& context) const
     {
-        heldIn<valueArray> array(context.variableAddress(mName).get());
+        heldIn<valueArray> array = heldInVariable<valueArray>(context, mName);
         if (!array)
             execError(this, L"Error retrieving array");
         return array;
@@ -303,7 +315,7 @@ protected:
 
     heldIn<mapOf<K>> requireMap(codecontext& context) const
     {
-        heldIn<mapOf<K>> map(context.variableAddress(mName).get());
+        heldIn<mapOf<K>> map = heldInVariable<mapOf<K>>(context, mName);
         if (!map)
             execError(this, L"Map not found");
         return map;
