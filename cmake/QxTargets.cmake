@@ -69,5 +69,10 @@ function(qx_library name export_definition)
     if(NOT WIN32)
         # A call inside the library need not go through the table that lets a program replace it.
         target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+        target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)
+    endif()
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Which statement stands behind a virtual call cannot be guessed: 1 to 2 % of all instructions.
+        target_compile_options(${name} PRIVATE -fno-devirtualize-speculatively)
     endif()
 endfunction()

@@ -24,6 +24,7 @@
 #include "qxHeldTypes.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <initializer_list>
 #include <typeinfo>
 
@@ -181,7 +182,7 @@ public:
         if (mFields.size() > walkedAtMost)
             return findInOrder(name);
         for (const field<Owner>* at = first; at != end; ++at)
-            if (isName(at->name(), name))
+            if (isName(at->name().data(), name))
                 return at;
         return nullptr;
     }
@@ -196,14 +197,11 @@ private:
     // Names differ early, mostly: a walk along a few is quicker than the order, and needs no length.
     static constexpr std::size_t walkedAtMost = 12;
 
-    static bool isName(std::wstring_view known, const wchar_t* name)
+    static bool isName(const wchar_t* known, const wchar_t* name)
     {
-        for (const wchar_t c : known)
-            if (*name++ != c)
-                return false;
-        return *name == 0;
+        return *known == *name && std::wcscmp(known, name) == 0;
     }
-    const field<Owner>* findInOrder(std::wstring_view name) const
+    [[gnu::noinline]] const field<Owner>* findInOrder(std::wstring_view name) const
     {
         const auto at = std::lower_bound(
             mFields.begin(), mFields.end(), name,

@@ -76,9 +76,11 @@ private:
     void* find(const wchar_t* name)
     {
         void* const found = findBy(name, [](const wchar_t* a, const wchar_t* b) { return a == b; });
-        return found ? found : findBy(name, [](const wchar_t* a, const wchar_t* b) {
-            return std::wstring_view(a) == b;
-        });
+        return found ? found : findByText(name);
+    }
+    [[gnu::noinline]] void* findByText(const wchar_t* name)
+    {
+        return findBy(name, [](const wchar_t* a, const wchar_t* b) { return std::wstring_view(a) == b; });
     }
 
     template <class Same>

@@ -47,7 +47,13 @@ private:
         return found;
     }
     // The object in a variable that nobody else can reach; null where it is not just that.
-    objectRef* objectInPlace(codecontext& context) const;
+    objectRef* objectInPlace(codecontext& context) const
+    {
+        if (!cell::shortCutsAllowed())
+            return nullptr;
+        const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
+        return variable ? heldInPlace<objectRef>(*variable) : nullptr;
+    }
     // Null where the value holds anything but an object: nothing is converted.
     objectRef getObject(codecontext& context) const;
 
@@ -76,9 +82,15 @@ protected:
     fieldstatement(const callText& call, const objectRefusals& texts);
 
     // REQUIRED: empty where the value has no text.
-    memberName getFieldName(codecontext& context) const;
+    memberName getFieldName(codecontext& context) const
+    {
+        const string* const literal = mpFieldName.shortCut().literal();
+        return literal ? memberName(*literal) : evaluateFieldName(context);
+    }
 
 private:
+    memberName evaluateFieldName(codecontext& context) const;
+
     ownedProvider mpFieldName;
 };
 

@@ -5,6 +5,7 @@
 #include "qxScriptContext.h"
 #include "qxScriptEpoch.h"
 #include "qxScriptParser.h"
+#include "qxScriptScope.h"
 #include "qxScriptShortCuts.h"
 #include "qxStack.h"
 
@@ -71,6 +72,7 @@ template <class Work>
 void statement::exec(codecontext& context, genericValue& result) const
 {
     epoch::move();
+    scope::plainRoot(context); // once, for all look-ups of the run
     const cell::word w = shortCut(context, result);
     if (w != cell::refused)
         cell::access::store(result, w);

@@ -12,14 +12,6 @@ methodstatement::methodstatement(const callText& call, const objectRefusals& tex
     mpObject = requireProvider(call, 0, texts.unusable);
 }
 
-objectRef* methodstatement::objectInPlace(codecontext& context) const
-{
-    if (!cell::shortCutsAllowed())
-        return nullptr;
-    const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
-    return variable ? heldInPlace<objectRef>(*variable) : nullptr;
-}
-
 objectRef methodstatement::getObject(codecontext& context) const
 {
     genericValue value;
@@ -33,10 +25,8 @@ fieldstatement::fieldstatement(const callText& call, const objectRefusals& texts
     : methodstatement(call, texts), mpFieldName(requireProvider(call, 1, texts.unusable))
 {}
 
-memberName fieldstatement::getFieldName(codecontext& context) const
+memberName fieldstatement::evaluateFieldName(codecontext& context) const
 {
-    if (const string* const literal = mpFieldName.shortCut().literal())
-        return memberName(*literal);
     genericValue value;
     if (!mpFieldName.evaluate(context, value))
         execError(this, nullptr);

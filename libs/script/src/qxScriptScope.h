@@ -22,8 +22,28 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
+    // The value of a variable whose address nobody has ever asked for, in a chain that is known to be plain.
+    // Null where `variable` has to look. It is what running scripts does most, and calls nothing, so that who
+    // asks here first and calls for the rest last saves no registers: a third of what a read takes.
+    static genericValue* ownVariable(codecontext& context, const scString& name) noexcept
+    {
+        scriptcontext* const root = context.mpPlainRoot;
+        if (!root) [[unlikely]]
+            return nullptr;
+        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            if (block->mVariables.isIndexed()) [[unlikely]]
+                return nullptr;
+            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
+                return local->own();
+        }
+        if (root->mParameters.isIndexed()) [[unlikely]]
+            return nullptr;
+        genericSet::entry* const given = root->mParameters.findByWalk(name);
+        return given ? given->own() : nullptr;
+    }
+
     // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this
-    // one has no call in it: it is what running scripts does most.
+    // one has no call in it.
     static genericSet::entry* variable(codecontext& context, scriptcontext& root,
                                        const scString& name) noexcept
     {

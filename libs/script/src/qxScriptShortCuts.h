@@ -139,7 +139,7 @@ inline string* soleText(const genericValue& value) noexcept
 // Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions, so
 // that what occurs most, integers as int and double and double as int, is read in place.
 template <class T>
-bool readShortly(cell::word w, T& out)
+[[gnu::always_inline]] inline bool readShortly(cell::word w, T& out)
 {
     if constexpr (std::is_same_v<T, int>) {
         if (cell::isIntegral(w)) { // of any width, cut to that of an int

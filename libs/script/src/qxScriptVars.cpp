@@ -62,6 +62,14 @@ inline genericSet::entry* entryOf(codecontext& context, eVarScope where, const s
     return found;
 }
 
+// The same value where it can be had without a call; null where entryOf has to look. Such a variable nobody
+// else can reach.
+template <eVarScope Scope>
+genericValue* ownVariable(codecontext& context, const scString& name) noexcept
+{
+    return Scope == scopeVariable ? scope::ownVariable(context, name) : nullptr;
+}
+
 class variableExists final : public scriptbasestatement
 {
 public:
@@ -182,11 +190,15 @@ public:
     }
     void run(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (!variable)
-            write(context, *requireStorage(context));
-        else if (!writeShort(context, *variable))
-            write(context, genericSet::hold(*variable).value());
+        genericValue* const own = ownVariable<Scope>(context, mName);
+        const shortOperand& value = mpValue.shortCut();
+        const cell::word w = own ? value.smallValue(context) : cell::refused;
+        if (w != cell::refused) {
+            const cell::word written = writtenOver(cell::access::load(*own), w, value.keepsType());
+            if (written != cell::refused)
+                return cell::access::store(*own, written);
+        }
+        runOtherwise(context, own && w == cell::refused);
     }
 
     static statement* create(const callText& call) { return new setVariable(call); }
@@ -200,6 +212,17 @@ private:
         return storage;
     }
 
+    // Not inline, so that what occurs most saves fewer registers. A value that is known not to be small is
+    // not asked for it again.
+    [[gnu::noinline]] void runOtherwise(codecontext& context, bool isNotSmall) const
+    {
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        if (!variable)
+            write(context, *requireStorage(context));
+        else if (!writeShort(context, *variable, isNotSmall))
+            write(context, genericSet::hold(*variable).value());
+    }
+
     // The storage has been found, and is held, before the value is evaluated.
     void write(codecontext& context, genericValue& storage) const
     {
@@ -208,10 +231,10 @@ private:
     }
 
     // A small value comes about without an effect, so nothing can tell when it was found out.
-    bool writeShort(codecontext& context, genericSet::entry& variable) const
+    bool writeShort(codecontext& context, genericSet::entry& variable, bool isNotSmall) const
     {
         const shortOperand& value = mpValue.shortCut();
-        const cell::word w = value.smallValue(context);
+        const cell::word w = isNotSmall ? cell::refused : value.smallValue(context);
         if (w != cell::refused)
             return writeSmall(variable, w, value.keepsType());
         return value.givesText() && mayTakeText(variable, value.keepsType()) && writeText(context, variable);
@@ -243,19 +266,21 @@ public:
     }
     std::uint64_t smallValue(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        return variable ? smallIn(variable->value()) : cell::refused;
+        const genericValue* const own = ownVariable<Scope>(context, mName);
+        return own ? smallIn(*own) : smallOtherwise(context);
     }
     bool textValue(codecontext& context, textScratch& text) const override
     {
+        if (const genericValue* const own = ownVariable<Scope>(context, mName))
+            return text.showInPlace(*own);
         genericSet::entry* const variable = entryOf(context, Scope, mName);
         return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
                                                  : text.showInPlace(variable->value()));
     }
     const genericValue* valueInPlace(codecontext& context) const override
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        return variable && !variable->isShared() ? &variable->value() : nullptr;
+        const genericValue* const own = ownVariable<Scope>(context, mName);
+        return own ? own : inPlaceOtherwise(context);
     }
 
     static statement* create(const callText& call)
@@ -265,6 +290,16 @@ public:
     }
 
 private:
+    [[gnu::noinline]] cell::word smallOtherwise(codecontext& context) const
+    {
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable ? smallIn(variable->value()) : cell::refused;
+    }
+    [[gnu::noinline]] const genericValue* inPlaceOtherwise(codecontext& context) const
+    {
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        return variable && !variable->isShared() ? &variable->value() : nullptr;
+    }
     const genericValue& read(codecontext& context) const
     {
         switch (Scope) {

@@ -279,10 +279,10 @@ public:
     // with its count.
     static void store(genericValue& value, word small) noexcept
     {
-        if (isHolder(load(value)))
-            value.exchange(small);
-        else
-            __atomic_store_n(&value.mWord, small, __ATOMIC_RELAXED);
+        const word before = load(value);
+        __atomic_store_n(&value.mWord, small, __ATOMIC_RELAXED);
+        if (isHolder(before))
+            genericValue::end(before);
     }
     // The same for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.

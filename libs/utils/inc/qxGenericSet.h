@@ -21,6 +21,7 @@ public:
     public:
         entry(const scString& name, qx::genericValue&& value) noexcept : mName(name), mValue(std::move(value))
         {}
+        entry(const scString& name, const qx::genericValue& value) : mName(name), mValue(value) {}
         entry(entry&& other) noexcept
             : mName(other.mName), mValue(std::move(other.mValue)),
               mpShared(std::exchange(other.mpShared, nullptr))
@@ -40,6 +41,8 @@ public:
         {
             return mpShared && interlockedRead(&mpShared->counter) != 1u + mpShared->held;
         }
+        // The value, if nobody has ever asked for its address; null otherwise.
+        qx::genericValue* own() noexcept { return mpShared ? nullptr : &mValue; }
         // A share of the storage, which does not move any more.
         sharedPtr<qx::genericValue> address();
 
@@ -73,10 +76,8 @@ public:
     genericSet() noexcept : mpEntries(own()) {}
     ~genericSet()
     {
-        for (entry *e = mpEntries, *end = e + mCount; e != end; ++e)
-            e->~entry();
-        if (mCapacity != ownEntries)
-            giveBack();
+        if (mCapacity != ownEntries || !isSmall())
+            end();
     }
     genericSet(const genericSet&) = delete;
     genericSet& operator=(const genericSet&) = delete;
@@ -85,10 +86,10 @@ public:
     // flag makes no difference to what is stored. True when the value is stored.
     bool setGenericValue(const scString& name, const qx::genericValue& value, bool)
     {
-        if (entry* const existing = find(name))
-            existing->value() = value;
-        else
-            insert(name, qx::genericValue(value));
+        if (mpIndex || mCount == mCapacity || findByWalk(name))
+            return storeOtherwise(name, value);
+        new (mpEntries + mCount) entry(name, value);
+        ++mCount;
         return true;
     }
     // The same with a value that is emptied.
@@ -140,8 +141,18 @@ private:
 
     entry* own() noexcept { return reinterpret_cast<entry*>(mOwn); }
     entry* findIndexed(const scString& name) noexcept;
+    bool storeOtherwise(const scString& name, const qx::genericValue& value);
     void grow();
-    void giveBack() noexcept;
+    // True when all values lie in the entries, so that there is nothing to end.
+    bool isSmall() const noexcept
+    {
+        const entry* e = mpEntries;
+        for (uint left = mCount; left != 0; --left, ++e)
+            if (e->mpShared || e->mValue.hasHolder())
+                return false;
+        return true;
+    }
+    void end() noexcept;
     void enterLast();
 
     entry* mpEntries;

@@ -140,10 +140,12 @@ public:
     ~genericValue()
     {
         if (hasHolder())
-            exchange(0);
+            end(mWord);
     }
 
     bool isNull() const noexcept { return __atomic_load_n(&mWord, __ATOMIC_RELAXED) == 0; }
+    // Null and small values, which lie in this object, have none.
+    bool hasHolder() const noexcept { return mWord - 1 < (std::uint64_t(1) << 48) - 1; }
     // The value becomes null.
     void clear() noexcept;
 
@@ -167,8 +169,6 @@ public:
 private:
     friend class cell::access;
 
-    // Null and small values have none.
-    bool hasHolder() const noexcept { return mWord - 1 < (std::uint64_t(1) << 48) - 1; }
     // For the constructor that has copied the word of a holder.
     void copyHolder(const genericValue& other);
     // For constructors: takes over the first holder without a lock, as nobody else can see this value yet.
@@ -176,6 +176,8 @@ private:
     // Puts a word, with the count of the holder that it may name, in place of this one; what was here ends.
     void exchange(std::uint64_t word) noexcept;
     std::uint64_t exchanged(std::uint64_t word) noexcept;
+    // Lets go of the holder that a word names which nobody can read any more.
+    static void end(std::uint64_t word) noexcept;
 
     mutable std::uint64_t mWord = 0; // see qxCell.h; hosts need not know
 };

@@ -44,17 +44,19 @@ genericValue::genericValue(const T& value) : mWord(smallWord(value))
     adopt(sharedPtr<holderbase>(valueholder<T>::make(value)));
 }
 
+// Reads what a value without a small word holds. Not inline, for the sake of those that have one.
+template <class T>
+[[gnu::noinline]] bool readHeld(const genericValue& value, T& out)
+{
+    genericValue::ptrholder<T> target(&out);
+    return cell::copyHeld(value, target);
+}
+
 template <readable T>
 bool genericValue::getValue(T& out) const
 {
     const cell::word w = cell::access::load(*this);
-    if (cell::isSmall(w))
-        return readSmall(w, out);
-    const sharedPtr<holderbase> shared = holderCopy();
-    if (!shared)
-        return false;
-    ptrholder<T> target(&out);
-    return shared->copyTo(target);
+    return cell::isSmall(w) ? readSmall(w, out) : readHeld(*this, out);
 }
 
 // A value of the type that the small word `held` holds, made of `value`. False where that does not convert.

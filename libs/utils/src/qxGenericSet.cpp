@@ -72,6 +72,16 @@ genericSet::entry* genericSet::findIndexed(const scString& name) noexcept
     return found == mpIndex->end() ? nullptr : mpEntries + found->second;
 }
 
+// Where there is no room for a new name at once, or the name is there already.
+bool genericSet::storeOtherwise(const scString& name, const qx::genericValue& value)
+{
+    if (entry* const existing = find(name))
+        existing->value() = value;
+    else
+        insert(name, qx::genericValue(value));
+    return true;
+}
+
 void genericSet::grow()
 {
     const uint capacity = mCapacity * 2;
@@ -88,10 +98,13 @@ void genericSet::grow()
     mCapacity = capacity;
 }
 
-void genericSet::giveBack() noexcept
+void genericSet::end() noexcept
 {
+    for (uint i = 0; i < mCount; ++i)
+        mpEntries[i].~entry();
     delete mpIndex;
-    freelists::give(mpEntries, mCapacity * sizeof(entry));
+    if (mCapacity != ownEntries)
+        freelists::give(mpEntries, mCapacity * sizeof(entry));
 }
 
 // The last entry is new, and the set too large for a walk.

@@ -218,6 +218,11 @@ void genericValue::swapHolder(sharedPtr<holderbase>& other) noexcept
     other = cell::isSmall(previous) ? sharedPtr<holderbase>(promoted(previous)) : attached(previous);
 }
 
+void genericValue::end(std::uint64_t word) noexcept
+{
+    attached(word);
+}
+
 void genericValue::exchange(std::uint64_t word) noexcept
 {
     attached(exchanged(word));
