@@ -87,6 +87,12 @@ genericValue::holderbase* promoted(cell::word word) noexcept
     });
 }
 
+// Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level
+// works off.
+constexpr int nestedAtMost = 32;
+constinit QX_THREAD_LOCAL int nesting = 0;
+constinit QX_THREAD_LOCAL blockHeader* waiting = nullptr;
+
 } // namespace
 
 genericValue::holderbase::~holderbase() = default;
@@ -119,11 +125,6 @@ ulong32* counterPlace<genericValue::holderbase>::obtain(genericValue::holderbase
 
 void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* holder) noexcept
 {
-    // Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level
-    // works off.
-    constexpr int nestedAtMost = 32;
-    static thread_local int nesting = 0;
-    static thread_local blockHeader* waiting = nullptr;
     if (nesting == nestedAtMost) {
         blockHeader* const header = headerOf(holder);
         header->next = waiting;
