@@ -1,4 +1,5 @@
 // The dictionary from names to values, small and large.
+#include "qxCell.h"
 #include "qxGenericSet.h"
 #include "qxHolder.h"
 
@@ -6,6 +7,7 @@
 
 #include <memory>
 #include <random>
+#include <thread>
 
 using qx::genericSet;
 using qx::genericValue;
@@ -91,5 +93,41 @@ TEST(genericSet, agreesWithAPlainList)
             if (handedOut.size() > names / 2)
                 handedOut.erase(handedOut.begin() + upTo(handedOut.size()));
         }
+    }
+}
+
+// A set is for one thread, but whoever has the address of a variable may use it from another.
+TEST(genericSet, anotherThreadUsesAddresses)
+{
+    for (int round = 0; round < 200; ++round) {
+        genericSet set;
+        std::vector<qx::sharedPtr<genericValue>> handedOut;
+        for (int n = 0; n < 4; ++n) {
+            set.take(name(n), genericValue(n));
+            handedOut.push_back(set.genericValue(name(n)));
+        }
+        std::thread other([given = std::move(handedOut)]() mutable {
+            for (int i = 0; !given.empty(); ++i) {
+                for (const qx::sharedPtr<genericValue>& address : given)
+                    address->setValue(i % 4);
+                if (i % 8 == 7)
+                    given.pop_back();
+            }
+        });
+        for (int i = 0; i < 64; ++i) {
+            const int n = i % 4;
+            if (genericSet::entry* const found = set.find(name(n))) {
+                const genericSet::hold held(*found);
+                EXPECT_LT(numberIn(set, n), 4);
+                if (found->isShared())
+                    held.value() = genericValue(n);
+                else // nobody else can reach it any more
+                    qx::cell::access::store(held.value(), qx::cell::make(n));
+            }
+            set.take(name(4 + i), genericValue(i));
+            if (i > 40)
+                set.erase(name(n));
+        }
+        other.join();
     }
 }
