@@ -7,6 +7,7 @@
 #include "qxScriptSettings.h"
 #include "qxScriptShortCuts.h"
 
+#include "qxOutside.h"
 #include "qxSystem.h"
 
 #include <atomic>
@@ -107,6 +108,17 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     reader.clear();
     return isFound ? parseDefinition(definition, source, time) : sharedPtr<function>();
 }
+
+// Told by the library below while this one is loaded.
+struct listening
+{
+    listening() { outside::setListener(epoch::move); }
+    ~listening() { outside::setListener(nullptr); }
+    listening(const listening&) = delete;
+    listening& operator=(const listening&) = delete;
+};
+
+const listening whileLoaded;
 
 std::uint64_t nextIdentity() noexcept
 {
