@@ -170,6 +170,8 @@ TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)
         {L"createvar(c, getglobalvar(sglobal))"},
         {L"createvar(c, sizeofarray(slist))"},
         {L"createvar(c, arrayelement(slist, \"0\"))"},
+        {L"createvar(c, strcat(setvar(shared, CALL), CALL))"},
+        {L"createvar(c, strcat(treatasfunction(strcat(keepreturned(return(own)), CALL)), CALL))"},
         {L"createvar(c, add<int>(ref, own))"},
         {L"if(ref, {})"},
         {L"setvar(ref, \"2\")"},
@@ -185,9 +187,13 @@ TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)
         {L"for_each(x, it, {})"},
         {L"obj_set<int>(o, \"f\", CALL, \"1\")"},
         {L"obj_set<int>(o, \"f\", \"1\", CALL)"},
+        {L"obj_set<int>(o, CALL, \"1\", CALL)"},
         {L"obj_has(o, CALL)"},
         {L"createvar(c, add<int>(list, own))"},
         {L"if(isoftype<int>(list), {})"},
+        {L"callfunction($OTHER$f)"}, // whose text is parsed
+        // The machine, which may be the host's own.
+        {L"createvar(c, strlen(loc))"},
     };
     for (const bool shortCuts : {true, false}) {
         const shortCutsSet inForce(shortCuts);

@@ -152,6 +152,7 @@ sharedPtr<function> functionTable::get(const string& basePath, const codeCall& c
     if (sharedPtr<function> cached = find(call.key()); cached && !(cached->time() < time))
         return cached;
     const sharedPtr<function> loaded = loadFunction(source, call.function());
+    epoch::move(); // the parser asks the modules of hosts
     if (!loaded)
         throw scriptFunctionNotFoundException(call.function().c_str(), source);
     return insert(call.key(), loaded);
