@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,12 +56,14 @@ public:
     std::vector<std::string> take() { return std::exchange(mNoted, {}); }
     void note(const std::string& what) const
     {
+        whenAsked();
         if (!isQuiet)
             mNoted.push_back(what);
     }
 
     qx::uint references = 1;
     bool isQuiet = false;
+    std::function<void()> whenAsked = [] {}; // runs within every operation
 
 private:
     void* find(const qx::string& name)
@@ -106,7 +109,11 @@ public:
         if (--movesLeft == 0)
             throw qx::unexpectedErrorException(L"iterator broken");
     }
-    bool isEnd() override { return mAt >= mObjects.size(); }
+    bool isEnd() override
+    {
+        whenAsked();
+        return mAt >= mObjects.size();
+    }
 
     int movesLeft = -1; // moves until one throws
 

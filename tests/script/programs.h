@@ -2,6 +2,8 @@
 // new one takes part by itself, and of the tables in twins.txt.
 #pragma once
 
+#include "utils/fakeSystem.h"
+
 #include <qxScript>
 
 #include <random>
@@ -24,6 +26,19 @@ const std::vector<programVariable>& programVariables();
 // A shape for each statement, type and number of parameters, apart from those that do not end, leave the
 // machine, or tell its state. The signs in it are those of twins.txt.
 const std::vector<qx::string>& listedShapes();
+
+// The machine that programs run on: it says the same in every run, and has division faults thrown.
+class quietMachine final : public stoppedClock
+{
+public:
+    quietMachine() : stoppedClock(1710028799999) {}
+    int messageBox(void*, const qx::string& text, const qx::string& caption, qx::uint) override
+    {
+        qx::assertMsg(L"box %s|%s", caption, text);
+        return 1;
+    }
+    [[noreturn]] void divisionFault() override { throw qx::unexpectedErrorException(L"fault of the host"); }
+};
 
 // Replaces each sign of a shape by what `make` gives for it.
 template <class Make>

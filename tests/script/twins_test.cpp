@@ -34,19 +34,6 @@ constexpr unsigned programCount = 2000;
 
 // --- The world of a run ---
 
-// Says the same in every run, and has division faults thrown.
-class quietMachine final : public stoppedClock
-{
-public:
-    quietMachine() : stoppedClock(1710028799999) {}
-    int messageBox(void*, const string& text, const string& caption, qx::uint) override
-    {
-        qx::assertMsg(L"box %s|%s", caption, text);
-        return 1;
-    }
-    [[noreturn]] void divisionFault() override { throw qx::unexpectedErrorException(L"fault of the host"); }
-};
-
 // The bits of a floating value besides its text, which tells no NaN from another.
 std::string shown(const genericValue& value)
 {

@@ -13,13 +13,14 @@ public:
     ~fakeSystem() override { setCurrent(nullptr); }
 };
 
-// A wall clock that stands still, given as milliseconds since 1970.
+// Clocks that stand still; the wall clock is given as milliseconds since 1970.
 class stoppedClock : public fakeSystem
 {
 public:
     explicit stoppedClock(long long now) : mNow(now) {}
     long long utcNow() override { return mNow; }
     long long localNow() override { return mNow; }
+    qx::uint64 tick() override { return 0; }
 
 private:
     long long mNow;

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 using qx::genericValue;
@@ -115,35 +116,67 @@ TEST(genericValue, isCopiedAsDeepAsTheStackGoesAndEndsAtAnyDepth)
     EXPECT_EQ(read<int>(kept), 5);
 }
 
-TEST(genericValue, threadsShareOneValue)
+// What is read is one of the values that were written: a 7 in whichever type, "word", or three elements.
+TEST(genericValue, eachPairOfOperationsOnOneValueFromTwoThreads)
 {
-    genericValue value(1);
-    genericValue array((valueArray(3, genericValue(1))));
-    const reference variable(new genericValue(0));
-    // Runs in two threads at once.
-    const auto work = [&](int thread) {
-        genericValue own(valueArray(100, genericValue(thread)));
-        genericValue shared(variable);
-        for (int i = 0; i < 3000; ++i) {
-            genericValue copy(value);
-            value = copy;
-            value.setValue(i);
-            value.setValue(string(L"12"));
-            read<int>(value);
-            read<string>(value);
-            if (i % 100 == 0)
-                value.setValue(thread ? 2.5 : 1.5, true);
-
-            array.setValue(valueArray(read<valueArray>(array).size(), genericValue(i)));
-            array = genericValue(array);
-            own = genericValue(own);
-            shared.setValue(i);
-            EXPECT_EQ(read<int>(heldIn<valueArray>(own)->back()), thread);
-        }
+    using change = void (*)(genericValue & value);
+    using integer = genericValue::holder<int>;
+    static const valueArray three(3, genericValue(1));
+    static const int seven = 7;
+    const change changes[] = {
+        [](genericValue& value) {
+            const auto text = read<string>(value, L"7");
+            EXPECT_TRUE(text == L"7" || text == L"word") << text.utf8();
+        },
+        [](genericValue& value) { EXPECT_EQ(read<double>(value, 7), 7); },
+        [](genericValue& value) { EXPECT_EQ(read<valueArray>(value, three).size(), 3u); },
+        [](genericValue& value) { EXPECT_EQ(read<int>(genericValue(value), 7), 7); },
+        [](genericValue& value) { value.holderCopy(); },
+        [](genericValue& value) { value.clear(); },
+        [](genericValue& value) { value = genericValue(7); },
+        [](genericValue& value) { value = genericValue(7.0); },
+        [](genericValue& value) { value = genericValue(string(L"7")); },
+        [](genericValue& value) { value = genericValue(string(L"word")); },
+        [](genericValue& value) { value = genericValue(three); },
+        [](genericValue& value) { value = genericValue(value); },
+        [](genericValue& value) { value.setValue(7); },
+        [](genericValue& value) { value.setValue(7.0); },
+        [](genericValue& value) { value.setValue(string(L"7")); },
+        [](genericValue& value) { value.setValue(string(L"word")); },
+        [](genericValue& value) { value.setValue(three); },
+        [](genericValue& value) { value.setValue(7, true); },
+        [](genericValue& value) {
+            auto other = genericValue(7).holderCopy();
+            value.swapHolder(other);
+        },
+        [](genericValue& value) {
+            if (const auto shared = value.holderCopy())
+                shared->copyFrom(genericValue::constptrholder<int>(&seven));
+        },
+        [](genericValue& value) {
+            const auto shared = value.holderCopy();
+            if (auto* const held = dynamic_cast<integer*>(shared.get()))
+                held->assign(7);
+        },
     };
-    std::thread other(work, 1);
-    work(0);
-    other.join();
-    EXPECT_EQ(read<valueArray>(array).size(), 3u);
-    EXPECT_EQ(read<int>(*variable), 2999);
+    for (const change first : changes) {
+        for (const change second : changes) {
+            genericValue value(string(L"word"));
+            std::atomic<int> waiting = 2;
+            const auto work = [&](change mine, change others) {
+                for (--waiting; waiting > 0;)
+                    std::this_thread::yield();
+                for (int i = 0; i < 300; ++i) {
+                    mine(value);
+                    if (i % 16 == 0) // so that pairs which only read meet a small value now and then
+                        value = genericValue(7);
+                    if (i % 64 == 0)
+                        others(value);
+                }
+            };
+            std::thread other(work, first, second);
+            work(second, first);
+            other.join();
+        }
+    }
 }

@@ -34,6 +34,11 @@ protected:
     ~interfaceptrbase() = default;
 };
 
+// Count references of an object. For the pointers in values, which are counted where the engine cannot see
+// it: the object may run any code then, and these tell the engine so.
+QXSCRIPT_API void addReference(unknown& object);
+QXSCRIPT_API void dropReference(unknown& object);
+
 // A typed pointer to a host object. An interface of the host's own takes part once interfaceName is
 // specialised for it. Instantiated by whoever uses it, and visible everywhere, so that all agree on one type.
 template <class T>
@@ -76,7 +81,11 @@ public:
 protected:
     void take() const
     {
-        if (mpInterface)
+        if (!mpInterface)
+            return;
+        if constexpr (std::is_same_v<T, unknown>)
+            addReference(*mpInterface);
+        else
             mpInterface->addRef();
     }
     // Null before the release: what the end of the object calls must not find it here and release it again.
@@ -84,7 +93,10 @@ protected:
     {
         if (T* const dropped = mpInterface) {
             mpInterface = nullptr;
-            dropped->release();
+            if constexpr (std::is_same_v<T, unknown>)
+                dropReference(*dropped);
+            else
+                dropped->release();
         }
     }
 

@@ -148,9 +148,10 @@ public:
     {
         const auto fields = requireObject<fieldaccess>(context);
         const memberName name = getFieldName(context);
-        if (!fields->hasField(name.c_str()) && !mayCreate(context))
+        const bool isThere = fields->hasField(name.c_str());
+        epoch::move(); // the object may have run anything, and there are operands yet
+        if (!isThere && !mayCreate(context))
             execError(this, L"field \"%s\" not found within object", name.text());
-        epoch::move(); // the object may have run anything
         genericValue given;
         if (!mpValue.evaluate(context, given))
             execError(this, L"unable to retrieve value for field \"%s\" (1)", name.text());

@@ -4,6 +4,7 @@
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
+#include "qxScriptEpoch.h"
 #include "qxScriptException.h"
 #include "qxScriptParser.h"
 #include "qxScriptScope.h"
@@ -105,8 +106,10 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
         genericSet::entry* const returned = scope::returned(*root);
         if (returned && !returned->isShared())
             result = std::move(returned->value());
-        else if (returned)
+        else if (returned) {
+            epoch::move(); // others may have written it
             result = returned->value();
+        }
         return;
     }
     copyReturned(context, result);

@@ -7,6 +7,7 @@
 #include "qxScriptSettings.h"
 #include "qxScriptShortCuts.h"
 
+#include "qxOutside.h"
 #include "qxSystem.h"
 
 #include <atomic>
@@ -108,6 +109,17 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     return isFound ? parseDefinition(definition, source, time) : sharedPtr<function>();
 }
 
+// Told by the library below while this one is loaded.
+struct listening
+{
+    listening() { outside::setListener(epoch::move); }
+    ~listening() { outside::setListener(nullptr); }
+    listening(const listening&) = delete;
+    listening& operator=(const listening&) = delete;
+};
+
+const listening whileLoaded;
+
 std::uint64_t nextIdentity() noexcept
 {
     static constinit std::atomic<std::uint64_t> last = 0;
@@ -140,6 +152,7 @@ sharedPtr<function> functionTable::get(const string& basePath, const codeCall& c
     if (sharedPtr<function> cached = find(call.key()); cached && !(cached->time() < time))
         return cached;
     const sharedPtr<function> loaded = loadFunction(source, call.function());
+    epoch::move(); // the parser asks the modules of hosts
     if (!loaded)
         throw scriptFunctionNotFoundException(call.function().c_str(), source);
     return insert(call.key(), loaded);

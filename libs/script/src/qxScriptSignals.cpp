@@ -1,6 +1,7 @@
 // Control signals.
 #include "qxScriptSignals.h"
 
+#include "qxScriptEpoch.h"
 #include "qxScriptScope.h"
 
 namespace qx::script
@@ -59,9 +60,12 @@ bool copyReturned(codecontext& context, genericValue& result)
 {
     if (scriptcontext* const root = scope::plainRoot(context)) {
         genericSet::entry* const returned = scope::returned(*root);
-        if (returned)
-            result = returned->value(); // to itself is nothing
-        return returned != nullptr;
+        if (!returned)
+            return false;
+        if (returned->isShared()) // others may have written it
+            epoch::move();
+        result = returned->value(); // to itself is nothing
+        return true;
     }
     const sharedPtr<genericValue> returned = context.parameterAddress(scriptcontext::returnparam());
     if (!returned)

@@ -181,6 +181,8 @@ public:
         if (variable) {
             const genericSet::hold held(*variable);
             write(context, held.value());
+            if (held.isShared())
+                epoch::move(); // others may have written it since
             result = held.value();
         } else {
             const sharedPtr<genericValue> storage = requireStorage(context);

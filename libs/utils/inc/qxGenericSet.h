@@ -67,6 +67,8 @@ public:
         ~hold() { --mpShared->held; }
 
         qx::genericValue& value() const noexcept { return mpShared->value; }
+        // As the entry's, while that is there.
+        bool isShared() const noexcept { return interlockedRead(&mpShared->counter) != 1u + mpShared->held; }
 
     private:
         sharedPtr<qx::genericValue> mpAddress;

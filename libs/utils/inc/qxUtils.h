@@ -28,6 +28,7 @@
 #include "qxLog.h"
 #include "qxMath.h"
 #include "qxNumberText.h"
+#include "qxOutside.h"
 #include "qxPlatformSystem.h"
 #include "qxRefPtr.h"
 #include "qxReference.h"

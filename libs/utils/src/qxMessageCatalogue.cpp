@@ -1,6 +1,7 @@
 #include "qxMessageCatalogue.h"
 
 #include "qxDirectory.h"
+#include "qxOutside.h"
 #include "qxSystem.h"
 #include "qxTextView.h"
 
@@ -96,8 +97,15 @@ bool messageCatalogue::find(const string& id, const wchar_t* language, const str
     const std::vector<string> languages = fallbacksOf(wanted);
     if (id.empty() || languages.empty())
         return false;
+    const bool isFound = find(id, languages, file.empty() ? string(commonFile) : file, path, text);
+    outside::note(); // the system may be the host's own
+    return isFound;
+}
+
+bool messageCatalogue::find(const string& id, const std::vector<string>& languages, const string& stem,
+                            const searchPath& path, string& text)
+{
     const std::vector<string> directories = searched(path);
-    const string stem = file.empty() ? string(commonFile) : file;
     for (const string& candidate : languages) {
         const string name = stem + L"." + candidate + L".ini";
         for (const string& directory : directories) {

@@ -31,6 +31,9 @@ public:
               string& text);
 
 private:
+    bool find(const string& id, const std::vector<string>& languages, const string& stem,
+              const searchPath& path, string& text);
+
     // A file as it was read last. Immutable.
     struct languageFile
     {

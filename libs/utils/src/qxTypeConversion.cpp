@@ -7,6 +7,7 @@
 
 #include "qxCell.h"
 #include "qxHeldTypes.h"
+#include "qxOutside.h"
 #include "qxPlainConversion.h"
 #include "qxReference.h"
 
@@ -192,9 +193,12 @@ bool typeConversionManager::convert(const std::type_info& toType, void* to, cons
     stack::check();
     const typePair pair{toType, fromType};
     std::size_t end = SIZE_MAX;
-    while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end))
-        if (converter->convert(to, from, format, formatText))
+    while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end)) {
+        const bool isConverted = converter->convert(to, from, format, formatText);
+        outside::note();
+        if (isConverted)
             return true;
+    }
     const auto found = mpTables->own.find(pair);
     return found != mpTables->own.end() && found->second(to, from, format, formatText);
 }

@@ -1,0 +1,221 @@
+// A call between scripts does not look at its file again within one tick of the clock, unless anything but
+// the engine has run on the thread or what others wrote has been read. Each row stands between two calls of a
+// function whose file changes within the tick: by what runs outside of the engine in the row, or else by
+// somebody else, just before the second call.
+#include "host.h"
+#include "hostObject.h"
+#include "recordingObject.h"
+#include "scriptSupport.h"
+#include "settingsInForce.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using qx::genericValue;
+using qx::string;
+
+// A machine where time stands still, and two files: `f` of the one tells in the global `seen` which version
+// of it has run, `g` of the other calls that, always by the same statement. The first call loads `f`, the
+// second remembers it; from then on its file changes.
+class changingFile final : public fakeSystem
+{
+public:
+    // Somebody else changes the file before call `changed` of `g`, unless it has been changed by then.
+    explicit changingFile(int changed) : mTickOfChange(2 * changed - 1)
+    {
+        change();
+        directory.write(mName + "g.qxscr", "scrdef g(){ return(callfunction($" + mName + "$f)); }");
+    }
+
+    void changeFromOutside()
+    {
+        if (mTicks >= 4)
+            change();
+    }
+    // Asked for when `g` is called and when that calls `f`.
+    qx::uint64 tick() override
+    {
+        if (++mTicks == mTickOfChange && mVersion == 1)
+            change();
+        mCalled = mVersion;
+        return 0;
+    }
+    bool status(const string& name, qx::fileStatus& found) override
+    {
+        if (name.ends_with(L".ini"))
+            changeFromOutside();
+        return platformSystem::status(name, found);
+    }
+
+    string call() const { return L"callfunction($" + string::fromUtf8(mName) + L"g$g)"; }
+    // That of the last call.
+    std::string version() const { return std::to_string(mCalled); }
+    const scratchDirectory directory;
+
+private:
+    void change()
+    {
+        const std::string number = std::to_string(++mVersion);
+        directory.write(mName + ".qxscr",
+                        "scrdef f(){ createglobalvar(seen, \"" + number + "\"); return(\"1\"); }");
+        setAge(directory, mName + ".qxscr", mVersion - 1000);
+    }
+
+    const std::string mName = unusedName();
+    const int mTickOfChange;
+    int mVersion = 0;
+    int mCalled = 0;
+    int mTicks = 0;
+};
+
+// Foreign code of every kind that scripts can reach, all of which changes the file.
+class foreignCode
+{
+public:
+    explicit foreignCode(changingFile& file)
+        : mFile(file), mModule([this](const moduleCall& call) { return made(call); })
+    {
+        mCurrent = this;
+        mObject.hasIt = false;
+        mObject.whenAsked = mElement.whenAsked = mIterator.whenAsked = [this] { mFile.changeFromOutside(); };
+        qx::typeconvert::typeConversionManager::instance().add(&mConverter);
+        qx::locString::setLanguage(L"xx");
+    }
+    foreignCode(const foreignCode&) = delete;
+    foreignCode& operator=(const foreignCode&) = delete;
+    ~foreignCode()
+    {
+        qx::locString::setLanguage(L"");
+        qx::typeconvert::typeConversionManager::instance().remove(&mConverter);
+        mCurrent = nullptr;
+    }
+
+    // Makes the variables that the rows use.
+    void fill(scriptcontext& context)
+    {
+        context.createVariable(nameOf(L"o"), mObject.value());
+        context.createVariable(nameOf(L"it"), mIterator.value());
+        context.createVariable(nameOf(L"loc"), genericValue(qx::locString(L"id")));
+        context.setParameter(nameOf(L"sparameter"), textValue(L"1"));
+        for (const wchar_t* text :
+             {L"createvar(own, \"1\")", L"createvar(target, \"1\")", L"createvar(shared, \"1\")",
+              L"createvar(snull)", L"createvar(ref, getvarptr<int>(target))",
+              L"createvar(list, createarray())", L"createvar(refs, list)", L"addtoarray(refs, ref)",
+              L"addtoarray(list, \"1\")", L"createvar(slist, list)", L"createglobalvar(sglobal, \"1\")"})
+            parsed(text)->exec(context);
+        for (const wchar_t* name : {L"shared", L"snull", L"slist", L"sparameter", L"sglobal"})
+            mAddresses.push_back(context.variableAddress(nameOf(name)));
+    }
+
+private:
+    statement* made(const moduleCall& call)
+    {
+        if (call.name == L"keepreturned") {
+            std::shared_ptr<qx::script::valueProvider> returning(
+                qx::script::valueProvider::createFrom(call.params[0], call.flags));
+            return new hostStatement([this, returning](codecontext& context, genericValue& result) {
+                returning->getValue(context, result);
+                mAddresses.push_back(context.parameterAddress(scriptcontext::returnparam()));
+            });
+        }
+        if (call.name == L"host")
+            return new hostStatement([this](auto&, auto&) { mFile.changeFromOutside(); });
+        if (call.name == L"sqrt") // the module has been asked, but knows no such statement
+            mFile.changeFromOutside();
+        return nullptr;
+    }
+    static bool firstElement(void* to, const void* from, int, char*)
+    {
+        mCurrent->mFile.changeFromOutside();
+        return static_cast<const qx::valueArray*>(from)->front().getValue(*static_cast<int*>(to));
+    }
+
+    inline static foreignCode* mCurrent = nullptr;
+    changingFile& mFile;
+    hostModule mModule;
+    qx::typeconvert::typeConverter<qx::valueArray, int> mConverter{firstElement};
+    recordingObject mObject;
+    hostObject<unknown> mElement;
+    hostIterator mIterator{{&mElement, &mElement}};
+    std::vector<qx::sharedPtr<genericValue>> mAddresses;
+};
+
+} // namespace
+
+TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)
+{
+    // CALL is the second call; without it that comes behind the row.
+    const struct
+    {
+        const wchar_t* text;
+        bool isNoticed = true;
+    } rows[] = {
+        // Nothing but the engine runs.
+        {L"setvar(own, add<int>(own, \"1\"))", false},
+        {L"while(issmaller<int>(own, \"3\"), { setvar(own, add<int>(own, \"1\")); if(isnull(own), {}); })",
+         false},
+        {L"addtoarray(list, strcat(own, sizeofarray(list)))", false},
+        {L"setvar(own, ref)", false}, // which nobody follows
+        {L"createvar(c, list)", false},
+        // What others may have written is read.
+        {L"setvar(own, shared)"},
+        {L"createvar(c, strcat(own, shared))"},
+        {L"if(shared, {})"},
+        {L"if(isnull(snull), {})"},
+        {L"while(isnull(snull), { break(); })"},
+        {L"setvar(shared, own)"},
+        {L"createvar(c, getparameter(sparameter))"},
+        {L"createvar(c, getglobalvar(sglobal))"},
+        {L"createvar(c, sizeofarray(slist))"},
+        {L"createvar(c, arrayelement(slist, \"0\"))"},
+        {L"createvar(c, strcat(setvar(shared, CALL), CALL))"},
+        {L"createvar(c, strcat(treatasfunction(strcat(keepreturned(return(own)), CALL)), CALL))"},
+        {L"createvar(c, add<int>(ref, own))"},
+        {L"if(ref, {})"},
+        {L"setvar(ref, \"2\")"},
+        {L"createvar(c, strlen(arrayelement(refs, \"0\")))"},
+        // The host's code runs.
+        {L"host()"},
+        {L"createvar(c, o)"},
+        {L"setvar(snull, o)"},
+        {L"{ createvar(c, o); setvar(c, own); }"},
+        {L"if(o, {})"},
+        {L"if(isnull(list), {}, { createvar(c, o); })"},
+        {L"for_each(x, it, { CALL; })"},
+        {L"for_each(x, it, {})"},
+        {L"obj_set<int>(o, \"f\", CALL, \"1\")"},
+        {L"obj_set<int>(o, \"f\", \"1\", CALL)"},
+        {L"obj_set<int>(o, CALL, \"1\", CALL)"},
+        {L"obj_has(o, CALL)"},
+        {L"createvar(c, add<int>(list, own))"},
+        {L"if(isoftype<int>(list), {})"},
+        {L"callfunction($OTHER$f)"}, // whose text is parsed
+        // The machine, which may be the host's own.
+        {L"createvar(c, strlen(loc))"},
+    };
+    for (const bool shortCuts : {true, false}) {
+        const shortCutsSet inForce(shortCuts);
+        for (const auto& row : rows) {
+            std::vector<string> pieces;
+            string(row.text).splitAt(L"CALL", pieces, false);
+            const bool callsItself = pieces.size() > 1;
+            changingFile file(2 + std::max(1, static_cast<int>(pieces.size()) - 1));
+            foreignCode foreign(file);
+            const std::string other = unusedName();
+            file.directory.write(other + ".qxscr", "scrdef f(){ sqrt(\"4\"); }");
+            string program = L"{ CALL; CALL; ";
+            program.append(row.text).append(callsItself ? L"; }" : L"; CALL; }");
+            program.replace(L"CALL", file.call()).replace(L"OTHER", string::fromUtf8(other));
+
+            scriptcontext context;
+            context.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(file.directory.name()));
+            foreign.fill(context);
+            EXPECT_EQ(chainText([&] { parsed(program)->exec(context); }), "nothing thrown") << program.utf8();
+            EXPECT_EQ(valueText(context.variable(nameOf(L"seen"))),
+                      "string \"" + (row.isNoticed ? file.version() : "1") + "\"")
+                << (shortCuts ? "" : "the long way: ") << program.utf8();
+        }
+    }
+}
