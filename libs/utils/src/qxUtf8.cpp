@@ -5,6 +5,8 @@
 // join them into a pair.
 #include "qxString.h"
 
+#include <algorithm>
+
 namespace qx
 {
 
@@ -92,13 +94,26 @@ void appendEncoded(std::string& bytes, unsigned long code)
     put(0x80 | (code & 0x3F));
 }
 
+// The number of ASCII characters that a text begins with: mostly all, names of files above all.
+template <class Char>
+std::size_t plainPrefix(std::basic_string_view<Char> text)
+{
+    const auto end = std::find_if(text.begin(), text.end(), [](Char c) { return c < 0 || c >= 0x80; });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
 } // namespace
 
 std::string string::utf8() const
 {
-    std::string bytes;
+    const std::size_t plain = plainPrefix(std::wstring_view(*this));
+    std::string bytes(plain, '\0');
+    std::transform(begin(), begin() + static_cast<std::ptrdiff_t>(plain), bytes.begin(),
+                   [](wchar_t c) { return static_cast<char>(c); });
+    if (plain == size())
+        return bytes;
     bytes.reserve(size());
-    for (std::size_t i = 0; i < size(); ++i) {
+    for (std::size_t i = plain; i < size(); ++i) {
         const auto unit = static_cast<unsigned long>((*this)[i]);
         const unsigned long next = i + 1 < size() ? static_cast<unsigned long>((*this)[i + 1]) : 0;
         if (isHigh(unit) && isLow(next)) {
@@ -114,13 +129,16 @@ std::string string::utf8() const
 
 string string::fromUtf8(std::string_view bytes)
 {
-    string text;
+    const std::size_t plain = plainPrefix(bytes);
+    string text{std::wstring(bytes.begin(), bytes.begin() + plain)};
+    if (plain == bytes.size())
+        return text;
     text.reserve(bytes.size());
     const auto escapeUpTo = [&](std::size_t& at, std::size_t end) {
         for (; at < end; ++at)
             text.push_back(static_cast<wchar_t>(0xDC00u + static_cast<unsigned char>(bytes[at])));
     };
-    for (std::size_t at = 0; at < bytes.size();) {
+    for (std::size_t at = plain; at < bytes.size();) {
         const std::size_t end = endOfHighHalves(bytes, at);
         // The last half would pair up with a low one that follows; escaped it begins with a low one itself,
         // and so on.
