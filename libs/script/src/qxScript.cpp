@@ -72,7 +72,7 @@ template <class Work>
 void statement::exec(codecontext& context, genericValue& result) const
 {
     epoch::move();
-    scope::plainRoot(context); // once, for all look-ups of the run
+    scope::knowPlainRoot(context); // once, for all look-ups of the run
     const cell::word w = shortCut(context, result);
     if (w != cell::refused)
         cell::access::store(result, w);

@@ -22,6 +22,17 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
+    // The same for a context that is a root mostly, as at the beginning of a run.
+    static void knowPlainRoot(codecontext& context) noexcept
+    {
+        if (context.mpPlainRoot)
+            return;
+        if (&typeid(context) == &typeid(scriptcontext)) // without a call; equal types may have two addresses
+            context.mpPlainRoot = static_cast<scriptcontext*>(&context);
+        else
+            findPlainRoot(context);
+    }
+
     // The value of a variable whose address nobody has ever asked for, in a chain that is known to be plain.
     // Null where `variable` has to look. It is what running scripts does most, and calls nothing, so that who
     // asks here first and calls for the rest last saves no registers: a third of what a read takes.
