@@ -7,6 +7,24 @@
 namespace qx
 {
 
+namespace
+{
+
+// True when what stands behind a root is just the normal parts, with one separator between them: most names.
+bool isNormal(std::wstring_view behindRoot)
+{
+    while (!behindRoot.empty()) {
+        const std::size_t end = std::min(behindRoot.find(platform::pathSeparator), behindRoot.size());
+        const std::wstring_view part = behindRoot.substr(0, end);
+        if (part.empty() || part == L"." || part == L".." || end + 1 == behindRoot.size())
+            return false;
+        behindRoot.remove_prefix(std::min(end + 1, behindRoot.size()));
+    }
+    return true;
+}
+
+} // namespace
+
 string withPlatformSeparators(const string& name)
 {
     string result = name;
@@ -39,8 +57,10 @@ std::vector<std::wstring_view> normalParts(const string& name)
 
 string absoluteName(const string& name)
 {
-    const string complete = platform::completeName(withPlatformSeparators(name));
+    string complete = platform::completeName(withPlatformSeparators(name));
     const std::size_t root = platform::rootLength(complete);
+    if (isNormal(std::wstring_view(complete).substr(root)))
+        return complete;
     string result = complete.substr(0, root);
     for (const std::wstring_view part : normalParts(complete)) {
         // A root ends with a separator, or is a network share (longer than a drive) that may lack it.

@@ -30,7 +30,7 @@ std::size_t rootLength(std::wstring_view name);
 // `name`, which has the platform's separators only, with what it needs in front to be independent of the
 // current directory, which system::current() tells. Parts like ".." stay. Without a current directory a
 // relative name stays.
-string completeName(const string& name);
+string completeName(string name);
 
 // Order of two full names as the platform tells names apart: negative, 0 or positive.
 int compareNames(std::wstring_view left, std::wstring_view right);

@@ -12,12 +12,12 @@ std::size_t rootLength(std::wstring_view name)
     return !name.empty() && name.front() == L'/' ? 1 : 0;
 }
 
-string completeName(const string& name)
+string completeName(string name)
 {
     if (rootLength(name) > 0)
         return name;
     const string current = system::current().currentDirectory();
-    return current.empty() ? name : string(current + L'/' + name);
+    return current.empty() ? std::move(name) : string(current + L'/' + name);
 }
 
 int compareNames(std::wstring_view left, std::wstring_view right)

@@ -41,7 +41,7 @@ std::size_t rootLength(std::wstring_view name)
     return name.starts_with(L'\\') ? 1 : 0;
 }
 
-string completeName(const string& name)
+string completeName(string name)
 {
     const std::size_t root = rootLength(name);
     if (root > 2)
