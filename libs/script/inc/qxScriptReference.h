@@ -9,6 +9,8 @@
 
 #include "qxScriptInterfaces.h"
 
+#include "qxOutside.h"
+
 namespace qx::intrface
 {
 
@@ -33,11 +35,6 @@ public:
 protected:
     ~interfaceptrbase() = default;
 };
-
-// Count references of an object. For the pointers in values, which are counted where the engine cannot see
-// it: the object may run any code then, and these tell the engine so.
-QXSCRIPT_API void addReference(unknown& object);
-QXSCRIPT_API void dropReference(unknown& object);
 
 // A typed pointer to a host object. An interface of the host's own takes part once interfaceName is
 // specialised for it. Instantiated by whoever uses it, and visible everywhere, so that all agree on one type.
@@ -81,22 +78,17 @@ public:
 protected:
     void take() const
     {
-        if (!mpInterface)
-            return;
-        if constexpr (std::is_same_v<T, unknown>)
-            addReference(*mpInterface);
-        else
+        if (mpInterface)
             mpInterface->addRef();
     }
     // Null before the release: what the end of the object calls must not find it here and release it again.
+    // Counting is taken for just that, but the end of an object may run anything.
     void drop()
     {
         if (T* const dropped = mpInterface) {
             mpInterface = nullptr;
-            if constexpr (std::is_same_v<T, unknown>)
-                dropReference(*dropped);
-            else
-                dropped->release();
+            if (dropped->release() == 0)
+                outside::note();
         }
     }
 

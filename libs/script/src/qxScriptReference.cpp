@@ -1,8 +1,6 @@
 // References to host objects as held values, and their truth value.
 #include "qxScriptReference.h"
 
-#include "qxScriptEpoch.h"
-
 #include "qxHeldValue.h"
 #include "qxReference.h"
 
@@ -14,23 +12,6 @@ template class qx::genericValue::holder<reference>;
 template class qx::genericValue::valueholder<reference>;
 template QXSCRIPT_API qx::genericValue::genericValue(const reference&);
 template QXSCRIPT_API bool qx::genericValue::getValue(reference&) const;
-
-namespace qx::intrface
-{
-
-void addReference(unknown& object)
-{
-    object.addRef();
-    script::epoch::move();
-}
-
-void dropReference(unknown& object)
-{
-    object.release();
-    script::epoch::move();
-}
-
-} // namespace qx::intrface
 
 namespace qx::script
 {
