@@ -8,6 +8,7 @@
 #include "qxScriptShortCuts.h"
 
 #include "qxAutoPtr.h"
+#include "qxFreeLists.h"
 #include "qxSharedPtr.h"
 #include "qxTypeConversion.h"
 
@@ -18,14 +19,14 @@ namespace qx::script
 {
 
 // Root of built-ins that read their own parameter list and keep their own providers.
-class scriptbasestatement : public statement
+class scriptbasestatement : public statement, public fromFreeLists
 {
 public:
     void destroy() override { delete this; }
 };
 
 // Root of built-ins whose parameters have names.
-class scriptbasesinglefunction : public singlefunction
+class scriptbasesinglefunction : public singlefunction, public fromFreeLists
 {
 public:
     void destroy() override { delete this; }

@@ -4,6 +4,8 @@
 #include "qxScriptParser.h"
 #include "qxScriptSource.h"
 
+#include "qxFreeLists.h"
+
 #include <new>
 
 namespace qx::script
@@ -12,7 +14,7 @@ namespace qx::script
 namespace
 {
 
-class constantProvider final : public valueProvider
+class constantProvider final : public valueProvider, public fromFreeLists
 {
 public:
     explicit constantProvider(std::wstring_view text) : mText(std::wstring(text)) {}
@@ -30,7 +32,7 @@ private:
     string mText;
 };
 
-class statementProvider final : public valueProvider
+class statementProvider final : public valueProvider, public fromFreeLists
 {
 public:
     // A null statement fails each read.

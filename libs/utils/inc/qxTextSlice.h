@@ -4,6 +4,7 @@
 // exists once.
 #pragma once
 
+#include "qxFreeLists.h"
 #include "qxLocks.h"
 #include "qxRefPtr.h"
 #include "qxString.h"
@@ -14,7 +15,7 @@ namespace qx
 {
 
 // A text that its users count: it ends with the last of them. Immutable, so several threads may read it.
-class sharedText
+class sharedText : public fromFreeLists
 {
 public:
     explicit sharedText(string text) noexcept : mText(std::move(text)) {}

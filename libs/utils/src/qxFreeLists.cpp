@@ -1,8 +1,6 @@
 // Thread-caching free lists.
 #include "qxFreeLists.h"
 
-#include "qxExport.h"
-
 #include <cstdlib>
 
 namespace qx::freelists
