@@ -37,14 +37,16 @@ string withoutLineEnds(std::wstring_view text)
 class callHead
 {
 public:
-    // Borrows `text`.
-    explicit callHead(std::wstring_view text) : mName(text)
+    // Borrows `text`, in which these marks are.
+    callHead(std::wstring_view text, unsigned char marked) : mName(text)
     {
-        if (!isWrittenPlainly(text)) {
+        if (marked & marks::unplain) {
             mWritten.assign(text);
             mWritten.deleteAll(L"\r\n \t").toLower();
             mName = mWritten;
         }
+        if (!(marked & marks::angle))
+            return;
         const std::size_t open = mName.find(L'<');
         const std::size_t close = open == mName.npos ? open : mName.rfind(L'>');
         if (close == mName.npos)
@@ -68,14 +70,6 @@ private:
     std::wstring_view mName;
     smallList<typeWord, 2> mTypes;
 };
-
-// What stands between the first bracket and the last closing one; up to the end where none closes.
-std::wstring_view parameterText(std::wstring_view text, std::size_t open)
-{
-    const std::size_t close = text.rfind(L')');
-    const std::size_t start = open + 1;
-    return close == text.npos || close < start ? text.substr(start) : text.substr(start, close - start);
-}
 
 void checkBalance(const parameterSplitter& splitter, const textPiece& text)
 {
@@ -211,12 +205,12 @@ statement* statementParser::createBlock(const textPiece& body, std::size_t semic
 
 statement* statementParser::createSingle(const textPiece& text, const textPiece& body, int flags) const
 {
-    const std::size_t open = body.view().find(L'(');
-    if (open == std::wstring_view::npos)
+    const marks::head start(body.view());
+    if (start.size == body.size())
         return nullptr;
     try {
-        const callHead head(body.view().substr(0, open));
-        const parameterSplitter splitter(body.piece(parameterText(body.view(), open)));
+        const callHead head(body.view().substr(0, start.size), start.marks);
+        const parameterSplitter splitter(body, start.size);
         checkBalance(splitter, body);
         if (statement* const made = ask({head.name(), head.types(), splitter.params(), flags})) {
             nameAfter(*made, body, statementText::form::asWritten);

@@ -11,16 +11,26 @@ namespace qx::script
 {
 
 // The text without blanks at its ends.
-std::wstring_view withoutBlanks(std::wstring_view text) noexcept;
+inline std::wstring_view withoutBlanks(std::wstring_view text) noexcept
+{
+    while (!text.empty() && marks::of(text.front()) == marks::blank)
+        text.remove_prefix(1);
+    while (!text.empty() && marks::of(text.back()) == marks::blank)
+        text.remove_suffix(1);
+    return text;
+}
 
 // The place of the first semicolon outside braces from `from` on, where the text counts as outside; npos
 // where there is none. Quotation marks mean nothing here.
 std::size_t findSemicolon(const textPiece& text, std::size_t from);
 
+// The parameters of a call.
 class parameterSplitter
 {
 public:
-    explicit parameterSplitter(const textPiece& text);
+    // `open` is the place of the first opening bracket in `call`. What counts stands between that and the last
+    // closing one, or goes up to the end where none closes.
+    parameterSplitter(const textPiece& call, std::size_t open);
 
     // The parameters, trimmed; valid as long as this object. One that is a string literal has every \"
     // exchanged for a plain quotation mark; its outer quotation marks stay.
@@ -33,6 +43,8 @@ public:
     bool inString() const noexcept { return mInString; }
 
 private:
+    bool cutAtCommas(const textPiece& call, std::size_t open, std::size_t close);
+    void walk(const textPiece& text);
     void emit(const textPiece& token, bool evenIfEmpty);
 
     smallList<textPiece, 4> mParams;
