@@ -66,6 +66,8 @@ public:
     // statement: blank, or without any bracket. Throws errParsingException, with the reason as its previous
     // one, for text that cannot become a statement.
     statement* createStatementFrom(const string& text, int flags) const;
+    // The same with a text that may be emptied.
+    statement* createStatementFrom(string&& text, int flags) const;
     // The same for a piece of a text that is being parsed.
     statement* createStatementFrom(const textPiece& text, int flags) const;
     // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.

@@ -5,6 +5,7 @@
 #include "qxTextView.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qx::script
 {
@@ -17,6 +18,7 @@ static_assert(sizeof scrambleKey == 48 + 1);
 
 constexpr std::wstring_view definitionMark = L"scrdef ";
 constexpr std::wstring_view blanks = L" \t";
+constexpr std::size_t firstBeyondAscii = 128;
 
 // What counts of a line: without leading blanks and without its comment.
 // REQUIRED: the comment begins at the first "//", also inside a quoted string.
@@ -32,58 +34,86 @@ std::wstring_view withoutBlanksAndComment(std::wstring_view line)
 
 bool opensDefinition(std::wstring_view line)
 {
-    // No other characters become an s and a c in lower case.
-    if (line.size() < definitionMark.size() || (line[0] != L's' && line[0] != L'S') ||
-        (line[1] != L'c' && line[1] != L'C'))
-        return false;
-    return string(std::wstring(line.substr(0, definitionMark.size()))).lower() == definitionMark;
+    // No characters but capitals become letters of the mark in lower case.
+    const auto isSame = [](wchar_t mark, wchar_t written) {
+        return mark == (written >= L'A' && written <= L'Z' ? written + (L'a' - L'A') : written);
+    };
+    return line.size() >= definitionMark.size() &&
+           std::equal(definitionMark.begin(), definitionMark.end(), line.begin(), isSame);
 }
 
 // Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the
-// closing one.
+// closing one. The strings that are in the list are used again.
 std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& parameters)
 {
+    for (string& parameter : parameters)
+        parameter.clear();
     bool inString = false;
     bool escaped = false;
-    std::wstring declaration;
-    const auto add = [&] {
-        if (!declaration.empty())
-            parameters.emplace_back(declaration);
-        declaration.clear();
-    };
+    std::size_t count = 0; // of the declarations that are complete
     std::size_t at = 0;
+    std::size_t start = 0; // of what is not yet in the declaration
+    const auto store = [&] {
+        if (at > start) {
+            if (count == parameters.size())
+                parameters.emplace_back();
+            parameters[count].append(text.substr(start, at - start));
+        }
+        start = at + 1;
+    };
+    const auto complete = [&] {
+        store();
+        if (count < parameters.size() && !parameters[count].empty())
+            ++count;
+    };
     for (; at < text.size(); ++at) {
         const wchar_t c = text[at];
-        if (c == L')' && !inString) {
-            ++at;
+        if (c == L'"') {
+            if (!escaped)
+                inString = !inString;
+        } else if (inString) {
+            if (c == L'\\') {
+                // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
+                // counts.
+                escaped = true;
+                store();
+            }
+        } else if (c == L')') {
             break;
+        } else if (c == L',') {
+            complete();
         }
-        if (c == L',' && !inString) {
-            add();
-            continue;
-        }
-        if (c == L'\\' && inString) {
-            // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
-            // counts.
-            escaped = true;
-            continue;
-        }
-        if (c == L'"' && !escaped)
-            inString = !inString;
-        declaration += c;
     }
-    add();
-    if (parameters.size() == 1) {
+    complete();
+    parameters.resize(count);
+    if (count == 1) {
         parameters.front().deleteLeading(blanks).deleteTrailing(blanks);
         if (parameters.front().empty())
             parameters.clear();
     }
-    return text.substr(at);
+    return text.substr(std::min(at + 1, text.size()));
 }
 
 bool isSameName(std::wstring_view written, const string& lowered)
 {
     return written.size() == lowered.size() && string(std::wstring(written)).lower() == lowered;
+}
+
+// What bytes that stand for themselves become: those in front of a line end if all of them are ASCII,
+// otherwise none. Gives their number. A line is looked for as a whole and widened as a whole, several bytes
+// at a time.
+std::size_t widenPlain(const unsigned char* bytes, std::size_t size, wchar_t* run)
+{
+    if (const void* const end = std::memchr(bytes, '\n', size))
+        size = static_cast<std::size_t>(static_cast<const unsigned char*>(end) - bytes);
+    if (const void* const end = std::memchr(bytes, '\r', size))
+        size = static_cast<std::size_t>(static_cast<const unsigned char*>(end) - bytes);
+    unsigned all = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        run[i] = bytes[i];
+        all |= bytes[i];
+    }
+    return all < firstBeyondAscii ? size : 0;
 }
 
 // A definition cut in three.
@@ -103,8 +133,7 @@ struct outline
     bool hasBlankInName() const { return name.find(L' ') != name.npos; }
     void cutInto(scriptDefinition& definition) const
     {
-        definition.parameters.clear();
-        definition.body = string(std::wstring(cutParameters(behind, definition.parameters)));
+        definition.body.assign(cutParameters(behind, definition.parameters));
     }
 
     std::wstring_view name;
@@ -134,12 +163,15 @@ bool readScriptText(const file& scriptFile, binaryBuffer& text)
 scrdefReader::scrdefReader(binaryBuffer text, const file& source) : mSource(source), mText(std::move(text))
 {
     system& current = system::current();
-    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte) {
+    mIsPlain = true;
+    for (std::uint32_t byte = 0; byte < mCharacters.size(); ++byte) {
         wchar_t c = 0;
         if (!current.widenByte(static_cast<unsigned char>(byte), c))
             mCharacters[byte] = endsRun;
         else
             mCharacters[byte] = static_cast<std::uint32_t>(c) | (c == L'\r' || c == L'\n' ? endsRun : 0);
+        const std::uint32_t plain = byte | (byte == '\r' || byte == '\n' ? endsRun : 0);
+        mIsPlain = mIsPlain && (byte >= firstBeyondAscii || mCharacters[byte] == plain);
     }
 }
 
@@ -159,19 +191,20 @@ void scrdefReader::rewind()
 // Appends to the line what comes before the next line end.
 void scrdefReader::widenRun()
 {
-    const char* const bytes = mText.data();
-    const std::size_t size = mText.logicalLength();
-    std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
-    std::size_t count = 0;
-    do {
-        for (count = 0; count < run.size() && mOffset < size; ++mOffset) {
-            const std::uint32_t c = mCharacters[static_cast<unsigned char>(bytes[mOffset])];
-            if (c & endsRun)
-                break;
-            run[count++] = static_cast<wchar_t>(c);
+    while (mOffset < mText.logicalLength()) {
+        const auto* const bytes = reinterpret_cast<const unsigned char*>(mText.data()) + mOffset;
+        std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
+        const std::size_t most = std::min(run.size(), mText.logicalLength() - mOffset);
+        std::size_t count = mIsPlain ? widenPlain(bytes, most, run.data()) : 0;
+        while (count < most && !(mCharacters[bytes[count]] & endsRun)) {
+            run[count] = static_cast<wchar_t>(mCharacters[bytes[count]]);
+            ++count;
         }
         mLine.append(run.data(), count);
-    } while (count == run.size());
+        mOffset += count;
+        if (count < most)
+            return;
+    }
 }
 
 // Reads the next line that is not empty. False at the end.
@@ -215,21 +248,33 @@ bool scrdefReader::readText(std::wstring_view& text)
     return isOpen;
 }
 
-definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition)
+definitionResult readDefinition(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name)
 {
-    definition = scriptDefinition();
-    std::wstring_view text;
     if (!reader.readText(text))
         return definitionResult::atEnd;
-    definition.line = reader.lineNumber();
     if (text.empty())
         return definitionResult::withoutText;
     const outline parts(text);
-    if (parts.hasBlankInName())
-        return definitionResult::blankInName;
-    definition.name = string(std::wstring(parts.name));
+    name = parts.name;
+    return parts.hasBlankInName() ? definitionResult::blankInName : definitionResult::read;
+}
+
+definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition)
+{
+    std::wstring_view text;
+    std::wstring_view name;
+    const definitionResult result = readDefinition(reader, text, name);
+    definition.line = reader.lineNumber();
+    if (result == definitionResult::read)
+        cutDefinition(text, definition);
+    return result;
+}
+
+void cutDefinition(std::wstring_view text, scriptDefinition& definition)
+{
+    const outline parts(text);
+    definition.name.assign(parts.name);
     parts.cutInto(definition);
-    return definitionResult::read;
 }
 
 namespace

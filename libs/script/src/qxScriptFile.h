@@ -63,6 +63,7 @@ private:
     file mSource;
     binaryBuffer mText;
     std::array<std::uint32_t, 256> mCharacters; // by byte
+    bool mIsPlain;                              // ASCII stands for itself
     std::size_t mOffset = 0;
     std::size_t mLinesBefore = 0; // line ends in front of that
     std::wstring mLine;           // the one that was read last
@@ -87,11 +88,16 @@ enum class definitionResult
     read,
     atEnd,
     withoutText, // nothing stands behind `scrdef `
-    blankInName  // the line is set, nothing else
+    blankInName
 };
 
-// Reads the definition at the reader's position and moves behind it.
+// Reads the definition at the reader's position and moves behind it. Where it is not read, nothing but its
+// line counts, if there is one.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
+// The same without cutting it: gives its text and the name in it, both valid until the next call.
+definitionResult readDefinition(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name);
+// Cuts a definition that was read. Strings that are in `definition` are used again.
+void cutDefinition(std::wstring_view text, scriptDefinition& definition);
 
 // What the definitions of one name, in any case, make together: the body of the last one, and of each
 // declaration the last. These two read all definitions, from the reader's beginning. Reading ends silently at

@@ -11,13 +11,13 @@ namespace qx::script::marks
 // What a walk stops at. A table: a comparison with each of these characters costs three times as much.
 enum mark : unsigned char
 {
-    bracket = 1,          // (
-    statementMark = 2,    // ; { }
-    parameterMark = 4,    // ) < > , "
-    blank = 8,            // space and tab
-    lineEnd = 16,         // CR and LF
-    otherUnplain = 32,    // capitals, other control characters, and all beyond ASCII
-    angle = 64,           // besides, of <
+    bracket = 1,       // (
+    statementMark = 2, // ; { }
+    parameterMark = 4, // ) < > , "
+    blank = 8,         // space and tab
+    lineEnd = 16,      // CR and LF
+    otherUnplain = 32, // capitals, other control characters, and all beyond ASCII
+    angle = 64,        // besides, of <
 };
 
 // What a name is not written plainly with: blanks, line ends, and what has a lower case.

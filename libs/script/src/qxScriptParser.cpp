@@ -143,6 +143,12 @@ statement* statementParser::createStatementFrom(const string& text, int flags) c
     return createStatementFrom(textPiece(source), flags);
 }
 
+statement* statementParser::createStatementFrom(string&& text, int flags) const
+{
+    sourceText source(std::move(text));
+    return createStatementFrom(textPiece(source), flags);
+}
+
 statement* statementParser::createStatementFrom(const textPiece& text, int flags) const
 {
     stack::check();

@@ -48,7 +48,7 @@ void bracketPlaces::walk(std::wstring_view text)
     std::uint32_t* const slots = mSlots.get();
     const auto size = static_cast<std::uint32_t>(text.size());
     std::int32_t angle = 0;
-    std::uint32_t seen = 0;         // semicolons and braces
+    std::uint32_t seen = 0;          // semicolons and braces
     std::uint32_t brace = placeBits; // the innermost open one; its slot has the one around it
     bool inString = false;
     for (std::uint32_t i = 0; i < size; ++i) {

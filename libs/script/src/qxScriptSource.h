@@ -31,8 +31,8 @@ inline bool isWrittenPlainly(std::wstring_view text) noexcept
 // Where the brackets and braces of a text close, and which commas cut what stands in a bracket. Places are
 // offsets into the text.
 //
-// One walk over the whole text finds that out for all brackets that it comes to outside of strings. Where such
-// a bracket closes and what cuts it depends on nothing but the text from it on, so the walk of its own
+// One walk over the whole text finds that out for all brackets that it comes to outside of strings. Where
+// such a bracket closes and what cuts it depends on nothing but the text from it on, so the walk of its own
 // statement would find the same. What is in strings is left to that.
 class bracketPlaces
 {

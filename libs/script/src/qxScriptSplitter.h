@@ -28,8 +28,8 @@ std::size_t findSemicolon(const textPiece& text, std::size_t from);
 class parameterSplitter
 {
 public:
-    // `open` is the place of the first opening bracket in `call`. What counts stands between that and the last
-    // closing one, or goes up to the end where none closes.
+    // `open` is the place of the first opening bracket in `call`. What counts stands between that and the
+    // last closing one, or goes up to the end where none closes.
     parameterSplitter(const textPiece& call, std::size_t open);
 
     // The parameters, trimmed; valid as long as this object. One that is a string literal has every \"
