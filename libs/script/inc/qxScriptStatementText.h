@@ -7,8 +7,10 @@
 #include "qxScriptExport.h"
 #include "qxTextSlice.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <limits>
 
 namespace qx::script
 {
@@ -23,6 +25,9 @@ public:
         variable // the piece is a name N: `getvar(N)`
     };
 
+    // Texts of fewer characters are shown as a whole.
+    static constexpr std::size_t shownWhole = 128;
+
     statementText() noexcept = default;
     // The copy is a text of its own.
     statementText(const statementText& other);
@@ -36,7 +41,16 @@ public:
     // Not while another thread uses this object.
     void set(std::wstring_view text);
     // A piece of `whole`, which is kept.
-    void set(const sharedText& whole, std::size_t start, std::size_t size, form how);
+    void set(const sharedText& whole, std::size_t start, std::size_t size, form how)
+    {
+        if (mWord.load(std::memory_order_relaxed) != 0 || start > std::numeric_limits<std::uint32_t>::max())
+            return setOtherwise(whole, start, size, how);
+        mStart = static_cast<std::uint32_t>(start);
+        mLength = static_cast<std::uint8_t>(std::min(size, shownWhole));
+        mForm = how;
+        whole.addRef();
+        mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
+    }
 
 private:
     struct shownText;
@@ -47,6 +61,7 @@ private:
 
     static shownText* shownIn(std::uintptr_t word) noexcept;
     static const sharedText* wholeIn(std::uintptr_t word) noexcept;
+    void setOtherwise(const sharedText& whole, std::size_t start, std::size_t size, form how);
     void assign(string text);
 
     mutable std::atomic<std::uintptr_t> mWord{0};

@@ -122,6 +122,7 @@ class compoundstatement final : public scriptbasestatement
 public:
     compoundstatement() { stayInside(); }
 
+    void reserve(std::size_t children) { mStatements.reserve(children); }
     // Takes over `child` and appends it. A null child gives false and changes nothing.
     bool add(statement* child);
 

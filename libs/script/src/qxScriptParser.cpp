@@ -97,16 +97,19 @@ struct hostCall
     std::vector<string> params;
 };
 
-// Asks each of these modules in turn; the first statement wins.
-statement* askModules(const std::vector<scriptModule*>& modules, const callText& call)
+statement* askEach(const std::vector<scriptModule*>& modules, const callText& call)
 {
-    if (modules.empty())
-        return nullptr;
     const hostCall copied(call);
     for (const scriptModule* module : modules)
         if (statement* const made = module->factory()(copied.name, copied.types, copied.params, call.flags))
             return made;
     return nullptr;
+}
+
+// Asks each of these modules in turn; the first statement wins.
+inline statement* askModules(const std::vector<scriptModule*>& modules, const callText& call)
+{
+    return modules.empty() ? nullptr : askEach(modules, call);
 }
 
 } // namespace
@@ -170,18 +173,36 @@ statement* statementParser::createNormalised(const textPiece& text, textPiece bo
 {
     if (body.empty())
         return nullptr;
+    std::size_t open = 0;
+    std::size_t close = 0;
     if (body.view().front() == L'{') {
         if (body.view().back() != L'}')
             throw errParsingException(text.counted());
+        open = body.start();
+        close = open + body.size() - 1;
         body = body.piece(withoutBlanks(body.view().substr(1, body.size() - 2)));
     }
 
     // A trailing semicolon adds no part.
-    const std::size_t semicolon = findSemicolon(body, 0);
+    partCutter parts(body, open, close);
+    const std::size_t semicolon = parts.next(0);
     if (semicolon != std::wstring_view::npos && semicolon + 1 < body.size())
-        return createBlock(body, semicolon, flags);
+        return createBlock(body, parts, semicolon, flags);
 
-    return createSingle(text, body, flags);
+    return createSingle(text, body, marks::head(body.view()), flags);
+}
+
+statement* statementParser::createCall(const textPiece& text, const marks::head& start, int flags) const
+{
+    const bracketPlaces& brackets = text.source().brackets();
+    // No semicolon can cut it.
+    if (!text.source().hasLineEnds() && !(start.marks & (marks::statementMark | marks::blank)) &&
+        brackets.isKept() &&
+        brackets.closingOfPlain(text.start() + start.size) + 1 == text.start() + text.size()) {
+        stack::check();
+        return createSingle(text, text, start, flags);
+    }
+    return createStatementFrom(text, flags);
 }
 
 // A part of a block. No semicolon cuts it, unless it is a block itself.
@@ -190,12 +211,15 @@ statement* statementParser::createPart(const textPiece& part, int flags) const
     stack::check();
     const textPiece body = part.piece(withoutBlanks(part.view()));
     return body.view().starts_with(L'{') ? createNormalised(part, body, flags)
-                                         : createSingle(part, body, flags);
+                                         : createSingle(part, body, marks::head(body.view()), flags);
 }
 
-statement* statementParser::createBlock(const textPiece& body, std::size_t semicolon, int flags) const
+// `semicolon` is the place of the first one.
+statement* statementParser::createBlock(const textPiece& body, partCutter& parts, std::size_t semicolon,
+                                        int flags) const
 {
     autoPtr<compoundstatement> block(new compoundstatement);
+    block->reserve(parts.count() + 2);
     for (std::size_t start = 0; start < body.size();) {
         const textPiece part = body.piece(body.view().substr(start, semicolon - start));
         if (!block->add(createPart(part, flags))) {
@@ -203,22 +227,23 @@ statement* statementParser::createBlock(const textPiece& body, std::size_t semic
             return nullptr;
         }
         start += part.size() + 1;
-        semicolon = findSemicolon(body, start);
+        semicolon = parts.next(start);
     }
     nameAfter(*block, body, statementText::form::asWritten);
     return block.release();
 }
 
-statement* statementParser::createSingle(const textPiece& text, const textPiece& body, int flags) const
+statement* statementParser::createSingle(const textPiece& text, const textPiece& body,
+                                         const marks::head& start, int flags) const
 {
-    const marks::head start(body.view());
     if (start.size == body.size())
         return nullptr;
     try {
         const callHead head(body.view().substr(0, start.size), start.marks);
         const parameterSplitter splitter(body, start.size);
         checkBalance(splitter, body);
-        if (statement* const made = ask({head.name(), head.types(), splitter.params(), flags})) {
+        const callText call{head.name(), head.types(), splitter.params(), flags};
+        if (statement* const made = ask(call, findBuiltin(call.name))) {
             nameAfter(*made, body, statementText::form::asWritten);
             return made;
         }
@@ -235,7 +260,8 @@ statement* statementParser::createVariable(const textPiece& name, int flags) con
     stack::check();
     const auto text = [&] { return textSlice(L"getvar(" + name.text() + L")"); };
     try {
-        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags})) {
+        static const builtin* const row = findBuiltin(L"getvar");
+        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags}, row)) {
             nameAfter(*made, name, statementText::form::variable);
             return made;
         }
@@ -247,13 +273,12 @@ statement* statementParser::createVariable(const textPiece& name, int flags) con
     throw errParsingException(text());
 }
 
-// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at
-// their place.
-statement* statementParser::ask(const callText& call) const
+// Asks each module in turn; the first statement wins. The row stands for the built-in modules, at their
+// place; null where they do not know the call.
+statement* statementParser::ask(const callText& call, const builtin* row) const
 {
     if (statement* const made = askModules(mpModules->before, call))
         return made;
-    const builtin* const row = findBuiltin(call.name);
     statement* const made = row ? row->create(call) : nullptr;
     return made ? made : askModules(mpModules->behind, call);
 }

@@ -38,18 +38,27 @@ bracketPlaces::bracketPlaces(std::wstring_view text) : mHasBackslashes(text.find
 // NOLINTNEXTLINE(readability-function-size)
 void bracketPlaces::walk(std::wstring_view text)
 {
-    // While a bracket is open, its slot keeps the first comma that cuts.
+    // While a bracket or a brace is open, its slot keeps the place of the first cut in it.
     struct level
     {
         openBracket bracket;
-        std::uint32_t comma; // the last one that cuts; 0 for none
+        std::uint32_t cut; // the last one; 0 for none
     };
-    smallList<level, 32> open;
     std::uint32_t* const slots = mSlots.get();
+    const auto cut = [slots](level& around, std::uint32_t place) {
+        slots[around.cut != 0 ? around.cut : around.bracket.place] = place;
+        around.cut = place;
+    };
+    const auto close = [slots](const level& closed, std::uint32_t place, std::uint32_t plain) {
+        std::uint32_t& slot = slots[closed.bracket.place];
+        slots[place] = slot;
+        slot = place | hasCuts | plain;
+    };
+    smallList<level, 32> brackets;
+    smallList<level, 32> braces;
     const auto size = static_cast<std::uint32_t>(text.size());
     std::int32_t angle = 0;
-    std::uint32_t seen = 0;          // semicolons and braces
-    std::uint32_t brace = placeBits; // the innermost open one; its slot has the one around it
+    std::uint32_t seen = 0; // semicolons and braces
     bool inString = false;
     for (std::uint32_t i = 0; i < size; ++i) {
         const wchar_t c = text[i];
@@ -58,25 +67,25 @@ void bracketPlaces::walk(std::wstring_view text)
         switch (c) {
         case L'{':
             ++seen;
-            slots[i] = brace;
-            brace = i;
+            braces.push({{i, 0, 0}, 0});
             continue;
         case L'}':
             ++seen;
-            if (brace != placeBits) {
-                const std::uint32_t around = slots[brace];
-                slots[brace] = i;
-                brace = around;
+            if (!braces.empty()) {
+                close(braces.back(), i, 0);
+                braces.pop();
             }
             continue;
         case L';':
             ++seen;
+            if (!braces.empty())
+                cut(braces.back(), i);
             continue;
         case L'"':
             if (inString)
                 inString = text[i - 1] == L'\\';
             else
-                inString = !open.empty() && opensString(text, i);
+                inString = !brackets.empty() && opensString(text, i);
             continue;
         default:
             break;
@@ -85,7 +94,7 @@ void bracketPlaces::walk(std::wstring_view text)
             continue;
         switch (c) {
         case L'(':
-            open.push({{i, angle, seen}, 0});
+            brackets.push({{i, angle, seen}, 0});
             break;
         case L'<':
             ++angle;
@@ -94,34 +103,24 @@ void bracketPlaces::walk(std::wstring_view text)
             --angle;
             break;
         case L',':
-            if (!open.empty() && open.back().bracket.angle == angle) {
-                level& around = open.back();
-                slots[around.comma != 0 ? around.comma : around.bracket.place] = i;
-                around.comma = i;
-            }
+            if (!brackets.empty() && brackets.back().bracket.angle == angle)
+                cut(brackets.back(), i);
             break;
         default: // the closing bracket
-            if (!open.empty()) {
-                const level& closed = open.back();
-                std::uint32_t& slot = slots[closed.bracket.place];
-                if (closed.bracket.angle == angle) {
-                    slots[i] = slot;
-                    slot = i | hasCuts | (closed.bracket.marks == seen ? isPlain : 0);
-                } else {
-                    slot = 0; // stepping over it would have an effect
-                }
-                open.pop();
+            if (!brackets.empty()) {
+                const level& closed = brackets.back();
+                if (closed.bracket.angle == angle)
+                    close(closed, i, closed.bracket.marks == seen ? isPlain : 0);
+                else
+                    slots[closed.bracket.place] = 0; // stepping over it would have an effect
+                brackets.pop();
             }
             break;
         }
     }
-    for (; !open.empty(); open.pop())
-        slots[open.back().bracket.place] = 0;
-    while (brace != placeBits) {
-        const std::uint32_t around = slots[brace];
-        slots[brace] = 0;
-        brace = around;
-    }
+    for (smallList<level, 32>* const open : {&brackets, &braces})
+        for (; !open->empty(); open->pop())
+            slots[open->back().bracket.place] = 0;
 }
 
 sourceText::sourceText(const string& text) : mView(text), mHasLineEnds(holdsLineEnds(mView)) {}

@@ -28,8 +28,8 @@ inline bool isWrittenPlainly(std::wstring_view text) noexcept
     return true;
 }
 
-// Where the brackets and braces of a text close, and which commas cut what stands in a bracket. Places are
-// offsets into the text.
+// Where the brackets and braces of a text close, and what cuts that which stands in them. Places are offsets
+// into the text.
 //
 // One walk over the whole text finds that out for all brackets that it comes to outside of strings. Where
 // such a bracket closes and what cuts it depends on nothing but the text from it on, so the walk of its own
@@ -66,13 +66,14 @@ public:
     {
         mSlots[open] = static_cast<std::uint32_t>(close) | (plain ? isPlain : 0);
     }
-    // True when the bracket at `open` closes at `close` and the commas that cut what is in it are known: the
-    // first is the one behind `close`, and behind each comes the next; 0 where there is no other.
+    // True when the bracket or brace at `open` closes at `close` and it is known what cuts that which stands
+    // in it: the commas that a call is cut at and the semicolons of a block. The first is `cutBehind(close)`,
+    // and behind each comes the next; 0 where there is no other.
     bool cutsAreKnown(std::size_t open, std::size_t close) const noexcept
     {
         return (mSlots[open] & ~isPlain) == (static_cast<std::uint32_t>(close) | hasCuts);
     }
-    std::size_t commaBehind(std::size_t place) const noexcept { return mSlots[place]; }
+    std::size_t cutBehind(std::size_t place) const noexcept { return mSlots[place]; }
 
     // For the one walk that is under way.
     std::vector<openBracket>& open() noexcept { return mOpen; }
@@ -85,7 +86,7 @@ private:
 
     void walk(std::wstring_view text);
 
-    std::unique_ptr<std::uint32_t[]> mSlots; // by the place of a bracket, a brace or a comma
+    std::unique_ptr<std::uint32_t[]> mSlots; // by the place of a bracket, a brace or what cuts
     bool mHasBackslashes;
     std::vector<openBracket> mOpen;
 };

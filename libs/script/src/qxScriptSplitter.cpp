@@ -45,6 +45,20 @@ std::size_t findSemicolon(const textPiece& text, std::size_t from)
     return view.npos;
 }
 
+partCutter::partCutter(const textPiece& body, std::size_t open, std::size_t close)
+    : mBody(body), mBrackets(body.source().brackets()),
+      mIsKnown(open != close && mBrackets.isKept() && mBrackets.cutsAreKnown(open, close)), mPlace(close)
+{}
+
+std::size_t partCutter::count() const noexcept
+{
+    std::size_t counted = 0;
+    if (mIsKnown)
+        for (std::size_t place = mPlace; place != 0 && (place = mBrackets.cutBehind(place)) != 0;)
+            ++counted;
+    return counted;
+}
+
 parameterSplitter::parameterSplitter(const textPiece& call, std::size_t open)
 {
     const std::wstring_view view = call.view();
@@ -65,7 +79,7 @@ bool parameterSplitter::cutAtCommas(const textPiece& call, std::size_t open, std
     if (!brackets.isKept() || !brackets.cutsAreKnown(offset + open, offset + close))
         return false;
     std::size_t from = open + 1;
-    for (std::size_t comma = offset + close; (comma = brackets.commaBehind(comma)) != 0;) {
+    for (std::size_t comma = offset + close; (comma = brackets.cutBehind(comma)) != 0;) {
         const std::size_t place = comma - offset;
         emit(call.piece(view.substr(from, place - from)), true);
         from = place + 1;

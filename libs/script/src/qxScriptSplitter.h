@@ -24,6 +24,33 @@ inline std::wstring_view withoutBlanks(std::wstring_view text) noexcept
 // where there is none. Quotation marks mean nothing here.
 std::size_t findSemicolon(const textPiece& text, std::size_t from);
 
+// The semicolons that cut a body, one after the other.
+class partCutter
+{
+public:
+    // `open` and `close` are the places of the braces around it in the source; the same where there are none.
+    partCutter(const textPiece& body, std::size_t open, std::size_t close);
+
+    // How many there are; 0 where only walks tell.
+    std::size_t count() const noexcept;
+    // The place in the body of the first one from `from` on, which is the beginning or behind the one before;
+    // npos where there is none.
+    std::size_t next(std::size_t from)
+    {
+        if (!mIsKnown)
+            return findSemicolon(mBody, from);
+        if (mPlace == 0 || (mPlace = mBrackets.cutBehind(mPlace)) == 0)
+            return std::wstring_view::npos;
+        return mPlace - mBody.start();
+    }
+
+private:
+    const textPiece& mBody;
+    const bracketPlaces& mBrackets;
+    bool mIsKnown;
+    std::size_t mPlace; // of the last one, and of the closing brace before the first; 0 behind the last
+};
+
 // The parameters of a call.
 class parameterSplitter
 {

@@ -35,9 +35,8 @@ struct block
 struct cache
 {
     block* heads[classes];
-    unsigned counts[classes];
-    bool registered;
-    bool closed;
+    unsigned room[classes]; // for how many more blocks; none before the first and after the end
+    bool isRegistered;
 };
 
 constinit QX_THREAD_LOCAL cache local = {};
@@ -54,7 +53,8 @@ struct drain
                 head = next;
             }
         }
-        local.closed = true;
+        for (unsigned& room : local.room)
+            room = 0;
     }
 };
 
@@ -72,26 +72,39 @@ void* take(std::size_t size) noexcept
         return std::malloc(size);
     if (block* const head = local.heads[c]) {
         local.heads[c] = head->next;
-        --local.counts[c];
+        ++local.room[c];
         return head;
     }
     return std::malloc((c + 1) * granule);
 }
 
+namespace
+{
+
+// True when the thread keeps blocks from now on.
+bool registerThread()
+{
+    if (!cached || local.isRegistered)
+        return false;
+    thread_local drain atThreadEnd;
+    static_cast<void>(atThreadEnd);
+    local.isRegistered = true;
+    for (unsigned& room : local.room)
+        room = keptPerClass;
+    return true;
+}
+
+} // namespace
+
 void give(void* freed, std::size_t size) noexcept
 {
     const std::size_t c = classOf(size);
-    if (!cached || !freed || c >= classes || local.closed || local.counts[c] == keptPerClass)
+    if (!freed || c >= classes || (local.room[c] == 0 && !registerThread()))
         return std::free(freed);
-    if (!local.registered) {
-        thread_local drain atThreadEnd;
-        static_cast<void>(atThreadEnd);
-        local.registered = true;
-    }
+    --local.room[c];
     auto* const head = static_cast<block*>(freed);
     head->next = local.heads[c];
     local.heads[c] = head;
-    ++local.counts[c];
 }
 
 } // namespace qx::freelists
