@@ -22,13 +22,15 @@ constexpr std::size_t firstBeyondAscii = 128;
 
 // What counts of a line: without leading blanks and without its comment.
 // REQUIRED: the comment begins at the first "//", also inside a quoted string.
-std::wstring_view withoutBlanksAndComment(std::wstring_view line)
+template <class Char>
+std::basic_string_view<Char> withoutBlanksAndComment(std::basic_string_view<Char> line)
 {
-    while (!line.empty() && (line.front() == L' ' || line.front() == L'\t'))
+    constexpr Char slash = '/';
+    while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
         line.remove_prefix(1);
-    for (std::size_t slash = line.find(L'/'); slash != line.npos; slash = line.find(L'/', slash + 1))
-        if (slash + 1 < line.size() && line[slash + 1] == L'/')
-            return line.substr(0, slash);
+    for (std::size_t at = line.find(slash); at != line.npos; at = line.find(slash, at + 1))
+        if (at + 1 < line.size() && line[at + 1] == slash)
+            return line.substr(0, at);
     return line;
 }
 
@@ -99,21 +101,26 @@ bool isSameName(std::wstring_view written, const string& lowered)
     return written.size() == lowered.size() && string(std::wstring(written)).lower() == lowered;
 }
 
-// What bytes that stand for themselves become: those in front of a line end if all of them are ASCII,
-// otherwise none. Gives their number. A line is looked for as a whole and widened as a whole, several bytes
-// at a time.
-std::size_t widenPlain(const unsigned char* bytes, std::size_t size, wchar_t* run)
+// The number of bytes in front of the first line end; `size` where there is none.
+std::size_t lengthOfLine(const char* bytes, std::size_t size)
 {
-    if (const void* const end = std::memchr(bytes, '\n', size))
-        size = static_cast<std::size_t>(static_cast<const unsigned char*>(end) - bytes);
-    if (const void* const end = std::memchr(bytes, '\r', size))
-        size = static_cast<std::size_t>(static_cast<const unsigned char*>(end) - bytes);
-    unsigned all = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        run[i] = bytes[i];
-        all |= bytes[i];
+    for (const char lineEnd : {'\n', '\r'})
+        if (const void* const end = std::memchr(bytes, lineEnd, size))
+            size = static_cast<std::size_t>(static_cast<const char*>(end) - bytes);
+    return size;
+}
+
+bool isAscii(const char* bytes, std::size_t size)
+{
+    std::uint64_t all = 0;
+    for (; size >= sizeof all; bytes += sizeof all, size -= sizeof all) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, bytes, sizeof eight);
+        all |= eight;
     }
-    return all < firstBeyondAscii ? size : 0;
+    for (; size != 0; ++bytes, --size)
+        all |= static_cast<unsigned char>(*bytes);
+    return (all & 0x8080'8080'8080'8080u) == 0;
 }
 
 // A definition cut in three.
@@ -163,7 +170,6 @@ bool readScriptText(const file& scriptFile, binaryBuffer& text)
 scrdefReader::scrdefReader(binaryBuffer text, const file& source) : mSource(source), mText(std::move(text))
 {
     system& current = system::current();
-    mIsPlain = true;
     for (std::uint32_t byte = 0; byte < mCharacters.size(); ++byte) {
         wchar_t c = 0;
         if (!current.widenByte(static_cast<unsigned char>(byte), c))
@@ -188,31 +194,58 @@ void scrdefReader::rewind()
     mIsAhead = false;
 }
 
-// Appends to the line what comes before the next line end.
-void scrdefReader::widenRun()
+// Reads up to the next line end if it is near and all in front of it is ASCII that stands for itself: most
+// lines of most files. They are cut before they are widened, many bytes at a time.
+bool scrdefReader::readShortRun()
 {
-    while (mOffset < mText.logicalLength()) {
-        const auto* const bytes = reinterpret_cast<const unsigned char*>(mText.data()) + mOffset;
-        std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
-        const std::size_t most = std::min(run.size(), mText.logicalLength() - mOffset);
-        std::size_t count = mIsPlain ? widenPlain(bytes, most, run.data()) : 0;
-        while (count < most && !(mCharacters[bytes[count]] & endsRun)) {
-            run[count] = static_cast<wchar_t>(mCharacters[bytes[count]]);
-            ++count;
+    const char* const bytes = mText.data() + mOffset;
+    const std::size_t left = mText.logicalLength() - mOffset;
+    const std::size_t size = lengthOfLine(bytes, std::min(left, shortLine));
+    if (!mIsPlain || (size == shortLine && size < left) || !isAscii(bytes, size))
+        return false;
+    mOffset += size;
+    const std::string_view content = withoutBlanksAndComment(std::string_view(bytes, size));
+    const std::size_t behind = left - static_cast<std::size_t>(content.data() - bytes); // what may be read
+    wchar_t* const wide = mShortLine.data();
+    std::size_t i = 0;
+    for (; i < content.size() && i + widenedAtOnce <= behind; i += widenedAtOnce)
+        for (std::size_t k = i; k < i + widenedAtOnce; ++k)
+            wide[k] = static_cast<unsigned char>(content.data()[k]);
+    for (; i < content.size(); ++i)
+        wide[i] = static_cast<unsigned char>(content[i]);
+    mContent = std::wstring_view(wide, content.size());
+    return true;
+}
+
+// Reads up to the next line end.
+void scrdefReader::readRun()
+{
+    mLongLine.clear();
+    const char* const bytes = mText.data();
+    const std::size_t size = mText.logicalLength();
+    std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
+    std::size_t count = 0;
+    do {
+        for (count = 0; count < run.size() && mOffset < size; ++mOffset) {
+            const std::uint32_t c = mCharacters[static_cast<unsigned char>(bytes[mOffset])];
+            if (c & endsRun)
+                break;
+            run[count++] = static_cast<wchar_t>(c);
         }
-        mLine.append(run.data(), count);
-        mOffset += count;
-        if (count < most)
-            return;
-    }
+        mLongLine.append(run.data(), count);
+    } while (count == run.size());
+    mContent = withoutBlanksAndComment(std::wstring_view(mLongLine));
 }
 
 // Reads the next line that is not empty. False at the end.
 bool scrdefReader::readLine()
 {
-    mLine.clear();
-    while (mLine.empty() && mOffset < mText.logicalLength()) {
-        widenRun();
+    bool isEmpty = true;
+    while (isEmpty && mOffset < mText.logicalLength()) {
+        const std::size_t start = mOffset;
+        if (!readShortRun())
+            readRun();
+        isEmpty = mOffset == start;
         mLineNumber = mLinesBefore + 1;
         if (mOffset == mText.logicalLength())
             break;
@@ -224,7 +257,7 @@ bool scrdefReader::readLine()
         if (!endsCrLf)
             ++mLinesBefore;
     }
-    return !mLine.empty();
+    return !isEmpty;
 }
 
 bool scrdefReader::readText(std::wstring_view& text)
@@ -232,7 +265,7 @@ bool scrdefReader::readText(std::wstring_view& text)
     mDefinition.clear();
     bool isOpen = false;
     while (mIsAhead || readLine()) {
-        std::wstring_view content = withoutBlanksAndComment(mLine);
+        std::wstring_view content = mContent;
         if (opensDefinition(content)) {
             mIsAhead = isOpen;
             if (isOpen)

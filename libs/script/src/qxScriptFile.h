@@ -53,22 +53,28 @@ public:
     std::size_t lineNumber() const { return mDefinitionLine; }
 
 private:
-    bool readLine();
-    void widenRun();
-
     // What a byte becomes; line ends have this bit besides, and a byte that stands for no character has it
     // alone.
     static constexpr std::uint32_t endsRun = 0x8000'0000u;
+    // Lines of up to so many bytes are read as a whole.
+    static constexpr std::size_t shortLine = 256;
+    static constexpr std::size_t widenedAtOnce = 16;
+
+    bool readLine();
+    bool readShortRun();
+    void readRun();
 
     file mSource;
     binaryBuffer mText;
     std::array<std::uint32_t, 256> mCharacters; // by byte
-    bool mIsPlain;                              // ASCII stands for itself
+    bool mIsPlain = true;                       // ASCII stands for itself
     std::size_t mOffset = 0;
     std::size_t mLinesBefore = 0; // line ends in front of that
-    std::wstring mLine;           // the one that was read last
-    std::size_t mLineNumber = 0;  // of that
-    bool mIsAhead = false;        // that opens the next definition
+    std::array<wchar_t, shortLine + widenedAtOnce> mShortLine;
+    std::wstring mLongLine;
+    std::wstring_view mContent;  // what counts of the line that was read last; in one of these
+    std::size_t mLineNumber = 0; // of that
+    bool mIsAhead = false;       // that opens the next definition
     std::wstring mDefinition;
     std::size_t mDefinitionLine = 0;
 };

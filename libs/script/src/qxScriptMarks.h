@@ -46,6 +46,15 @@ constexpr unsigned char of(wchar_t c) noexcept
     return code < table.size() ? table[code] : static_cast<unsigned char>(otherUnplain);
 }
 
+// True for a text with a character of these marks.
+constexpr bool holdAny(std::wstring_view text, unsigned char wanted) noexcept
+{
+    for (const wchar_t c : text)
+        if (of(c) & wanted)
+            return true;
+    return false;
+}
+
 // What stands in a text before its first opening bracket.
 struct head
 {

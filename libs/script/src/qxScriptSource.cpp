@@ -59,63 +59,44 @@ void bracketPlaces::walk(std::wstring_view text)
     const auto size = static_cast<std::uint32_t>(text.size());
     std::int32_t angle = 0;
     std::uint32_t seen = 0; // semicolons and braces
-    bool inString = false;
+    const auto statementMark = [&](wchar_t c, std::uint32_t place) {
+        ++seen;
+        if (c == L'{') {
+            braces.push({{place, 0, 0}, 0});
+        } else if (!braces.empty()) {
+            if (c == L';')
+                return cut(braces.back(), place);
+            close(braces.back(), place, 0);
+            braces.pop();
+        }
+    };
     for (std::uint32_t i = 0; i < size; ++i) {
         const wchar_t c = text[i];
-        if (!(marks::of(c) & (marks::bracket | marks::statementMark | marks::parameterMark)))
+        const unsigned char found = marks::of(c);
+        if (!(found & (marks::bracket | marks::statementMark | marks::parameterMark)))
             continue;
-        switch (c) {
-        case L'{':
-            ++seen;
-            braces.push({{i, 0, 0}, 0});
-            continue;
-        case L'}':
-            ++seen;
-            if (!braces.empty()) {
-                close(braces.back(), i, 0);
-                braces.pop();
-            }
-            continue;
-        case L';':
-            ++seen;
-            if (!braces.empty())
-                cut(braces.back(), i);
-            continue;
-        case L'"':
-            if (inString)
-                inString = text[i - 1] == L'\\';
-            else
-                inString = !brackets.empty() && opensString(text, i);
-            continue;
-        default:
-            break;
-        }
-        if (inString)
-            continue;
-        switch (c) {
-        case L'(':
+        if (found == marks::statementMark) {
+            statementMark(c, i);
+        } else if (c == L'(') {
             brackets.push({{i, angle, seen}, 0});
-            break;
-        case L'<':
-            ++angle;
-            break;
-        case L'>':
-            --angle;
-            break;
-        case L',':
+        } else if (c == L',') {
             if (!brackets.empty() && brackets.back().bracket.angle == angle)
                 cut(brackets.back(), i);
-            break;
-        default: // the closing bracket
-            if (!brackets.empty()) {
-                const level& closed = brackets.back();
-                if (closed.bracket.angle == angle)
-                    close(closed, i, closed.bracket.marks == seen ? isPlain : 0);
-                else
-                    slots[closed.bracket.place] = 0; // stepping over it would have an effect
-                brackets.pop();
-            }
-            break;
+        } else if (c == L')') {
+            if (brackets.empty())
+                continue;
+            const level& closed = brackets.back();
+            if (closed.bracket.angle == angle)
+                close(closed, i, closed.bracket.marks == seen ? isPlain : 0);
+            else
+                slots[closed.bracket.place] = 0; // stepping over it would have an effect
+            brackets.pop();
+        } else if (c != L'"') {
+            angle += c == L'<' ? 1 : -1;
+        } else if (!brackets.empty() && opensString(text, i)) {
+            for (++i; i < size && (text[i] != L'"' || text[i - 1] == L'\\'); ++i)
+                if (marks::of(text[i]) == marks::statementMark)
+                    statementMark(text[i], i);
         }
     }
     for (smallList<level, 32>* const open : {&brackets, &braces})
@@ -133,7 +114,7 @@ sourceText::sourceText(string&& text)
 
 scString textPiece::name() const
 {
-    if (isWrittenPlainly(mView))
+    if (!marks::holdAny(mView, marks::unplain))
         return scString::intern(mView);
     string cleaned = text();
     cleaned.deleteAll(L" \t").toLower();

@@ -19,15 +19,6 @@
 namespace qx::script
 {
 
-// True for a text without blanks, line ends and capitals. Also false for some that are such.
-inline bool isWrittenPlainly(std::wstring_view text) noexcept
-{
-    for (const wchar_t c : text)
-        if (marks::of(c) & marks::unplain)
-            return false;
-    return true;
-}
-
 // Where the brackets and braces of a text close, and what cuts that which stands in them. Places are offsets
 // into the text.
 //

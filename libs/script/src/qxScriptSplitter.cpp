@@ -172,18 +172,13 @@ void parameterSplitter::walk(const textPiece& text)
     emit(text.piece(view.substr(start)), false);
 }
 
-void parameterSplitter::emit(const textPiece& token, bool evenIfEmpty)
+void parameterSplitter::emitLiteral(const textPiece& literal)
 {
-    const std::wstring_view view = withoutBlanks(token.view());
-    if (view.empty() && !evenIfEmpty)
-        return;
-    const bool literal = !view.empty() && view.front() == L'"' && view.back() == L'"';
-    if (literal && token.source().brackets().hasBackslashes() && view.find(L"\\\"") != view.npos) {
-        string unescaped{std::wstring(view)};
-        unescaped.replace(L"\\\"", L"\"");
-        mParams.push(textPiece(*mUnescaped.emplace_back(new sourceText(std::move(unescaped)))));
-    } else
-        mParams.push(token.piece(view));
+    if (literal.view().find(L"\\\"") == std::wstring_view::npos)
+        return mParams.push(literal);
+    string unescaped = literal.text();
+    unescaped.replace(L"\\\"", L"\"");
+    mParams.push(textPiece(*mUnescaped.emplace_back(new sourceText(std::move(unescaped)))));
 }
 
 } // namespace qx::script

@@ -72,7 +72,18 @@ public:
 private:
     bool cutAtCommas(const textPiece& call, std::size_t open, std::size_t close);
     void walk(const textPiece& text);
-    void emit(const textPiece& token, bool evenIfEmpty);
+    void emit(const textPiece& token, bool evenIfEmpty)
+    {
+        const std::wstring_view view = withoutBlanks(token.view());
+        if (view.empty() && !evenIfEmpty)
+            return;
+        if (!view.empty() && view.front() == L'"' && view.back() == L'"' &&
+            token.source().brackets().hasBackslashes())
+            emitLiteral(token.piece(view));
+        else
+            mParams.push(token.piece(view));
+    }
+    void emitLiteral(const textPiece& literal);
 
     smallList<textPiece, 4> mParams;
     std::vector<std::unique_ptr<sourceText>> mUnescaped;

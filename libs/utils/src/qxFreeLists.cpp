@@ -81,8 +81,8 @@ void* take(std::size_t size) noexcept
 namespace
 {
 
-// True when the thread keeps blocks from now on.
-bool registerThread()
+// True when the thread keeps blocks from now on. Not inline, so that `give` saves no registers.
+[[gnu::noinline]] bool registerThread()
 {
     if (!cached || local.isRegistered)
         return false;
