@@ -208,9 +208,12 @@ bool scrdefReader::readShortRun()
     const std::size_t behind = left - static_cast<std::size_t>(content.data() - bytes); // what may be read
     wchar_t* const wide = mShortLine.data();
     std::size_t i = 0;
-    for (; i < content.size() && i + widenedAtOnce <= behind; i += widenedAtOnce)
-        for (std::size_t k = i; k < i + widenedAtOnce; ++k)
-            wide[k] = static_cast<unsigned char>(content.data()[k]);
+    for (; i < content.size() && i + widenedAtOnce <= behind; i += widenedAtOnce) {
+        std::array<unsigned char, widenedAtOnce> narrow; // of its own, so that the compiler sees what may be done
+        std::memcpy(narrow.data(), content.data() + i, narrow.size());
+        for (std::size_t k = 0; k < widenedAtOnce; ++k)
+            wide[i + k] = narrow[k];
+    }
     for (; i < content.size(); ++i)
         wide[i] = static_cast<unsigned char>(content[i]);
     mContent = std::wstring_view(wide, content.size());

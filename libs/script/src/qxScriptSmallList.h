@@ -28,11 +28,6 @@ public:
         ++mSize;
     }
 
-    bool empty() const noexcept { return mSize == 0; }
-    // Of a list that is not empty.
-    T& back() noexcept { return mpItems[mSize - 1]; }
-    void pop() noexcept { --mSize; }
-
     std::span<const T> items() const noexcept { return {mpItems, mSize}; }
 
 private:

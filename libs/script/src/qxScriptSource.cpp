@@ -1,6 +1,8 @@
 #include "qxScriptSource.h"
 
-#include "qxScriptSmallList.h"
+#include <algorithm>
+#include <array>
+#include <limits>
 
 namespace qx::script
 {
@@ -24,6 +26,48 @@ bool opensString(std::wstring_view text, std::size_t place) noexcept
     return before == L'(' || before == L',';
 }
 
+// What a walk is inside of.
+struct level
+{
+    std::uint32_t place; // of the opening bracket or brace
+    std::int32_t angle;  // open angle brackets in front of it
+    std::uint32_t marks; // semicolons and braces in front of it
+    std::uint32_t cut;   // the place of the last cut in it; 0 for none
+};
+
+// The open brackets, or braces, as a stack that the walk keeps the top of. At its bottom lies what is no level.
+class levelStack
+{
+public:
+    level* bottom() noexcept { return mItems; }
+    // The place above the top.
+    level* above(level* top)
+    {
+        ++top;
+        return top != mEnd ? top : grow();
+    }
+
+private:
+    static constexpr std::size_t inside = 32;
+
+    // Not inline: few texts come here.
+    [[gnu::noinline]] level* grow()
+    {
+        const auto count = static_cast<std::size_t>(mEnd - mItems);
+        auto larger = std::make_unique_for_overwrite<level[]>(2 * count);
+        std::copy_n(mItems, count, larger.get());
+        mOutside = std::move(larger);
+        mItems = mOutside.get();
+        mEnd = mItems + 2 * count;
+        return mItems + count;
+    }
+
+    std::array<level, inside> mInside;
+    std::unique_ptr<level[]> mOutside;
+    level* mItems = mInside.data();
+    level* mEnd = mInside.data() + inside;
+};
+
 } // namespace
 
 bracketPlaces::bracketPlaces(std::wstring_view text) : mHasBackslashes(text.find(L'\\') != text.npos)
@@ -38,70 +82,85 @@ bracketPlaces::bracketPlaces(std::wstring_view text) : mHasBackslashes(text.find
 // NOLINTNEXTLINE(readability-function-size)
 void bracketPlaces::walk(std::wstring_view text)
 {
-    // While a bracket or a brace is open, its slot keeps the place of the first cut in it.
-    struct level
-    {
-        openBracket bracket;
-        std::uint32_t cut; // the last one; 0 for none
-    };
     std::uint32_t* const slots = mSlots.get();
+    // While a bracket or a brace is open, its slot keeps the place of the first cut in it.
     const auto cut = [slots](level& around, std::uint32_t place) {
-        slots[around.cut != 0 ? around.cut : around.bracket.place] = place;
+        slots[around.cut != 0 ? around.cut : around.place] = place;
         around.cut = place;
     };
     const auto close = [slots](const level& closed, std::uint32_t place, std::uint32_t plain) {
-        std::uint32_t& slot = slots[closed.bracket.place];
+        std::uint32_t& slot = slots[closed.place];
         slots[place] = slot;
         slot = place | hasCuts | plain;
     };
-    smallList<level, 32> brackets;
-    smallList<level, 32> braces;
-    const auto size = static_cast<std::uint32_t>(text.size());
+    levelStack brackets;
+    levelStack braces;
+    level* bracket = brackets.bottom();
+    level* brace = braces.bottom();
+    bracket->angle = std::numeric_limits<std::int32_t>::max(); // more than there are: no comma cuts
     std::int32_t angle = 0;
     std::uint32_t seen = 0; // semicolons and braces
     const auto statementMark = [&](wchar_t c, std::uint32_t place) {
         ++seen;
         if (c == L'{') {
-            braces.push({{place, 0, 0}, 0});
-        } else if (!braces.empty()) {
+            brace = braces.above(brace);
+            *brace = {place, 0, 0, 0};
+        } else if (brace != braces.bottom()) {
             if (c == L';')
-                return cut(braces.back(), place);
-            close(braces.back(), place, 0);
-            braces.pop();
+                cut(*brace, place);
+            else
+                close(*brace--, place, 0);
         }
     };
+    const auto size = static_cast<std::uint32_t>(text.size());
     for (std::uint32_t i = 0; i < size; ++i) {
         const wchar_t c = text[i];
-        const unsigned char found = marks::of(c);
-        if (!(found & (marks::bracket | marks::statementMark | marks::parameterMark)))
+        if (c >= L'a' && c <= L'z') // most are
             continue;
-        if (found == marks::statementMark) {
-            statementMark(c, i);
-        } else if (c == L'(') {
-            brackets.push({{i, angle, seen}, 0});
-        } else if (c == L',') {
-            if (!brackets.empty() && brackets.back().bracket.angle == angle)
-                cut(brackets.back(), i);
-        } else if (c == L')') {
-            if (brackets.empty())
-                continue;
-            const level& closed = brackets.back();
-            if (closed.bracket.angle == angle)
-                close(closed, i, closed.bracket.marks == seen ? isPlain : 0);
+        switch (c) {
+        case L'(':
+            bracket = brackets.above(bracket);
+            *bracket = {i, angle, seen, 0};
+            break;
+        case L',':
+            if (bracket->angle == angle)
+                cut(*bracket, i);
+            break;
+        case L')':
+            if (bracket == brackets.bottom())
+                break;
+            if (bracket->angle == angle)
+                close(*bracket, i, bracket->marks == seen ? isPlain : 0);
             else
-                slots[closed.bracket.place] = 0; // stepping over it would have an effect
-            brackets.pop();
-        } else if (c != L'"') {
-            angle += c == L'<' ? 1 : -1;
-        } else if (!brackets.empty() && opensString(text, i)) {
+                slots[bracket->place] = 0; // stepping over it would have an effect
+            --bracket;
+            break;
+        case L'<':
+            ++angle;
+            break;
+        case L'>':
+            --angle;
+            break;
+        case L'{':
+        case L'}':
+        case L';':
+            statementMark(c, i);
+            break;
+        case L'"':
+            if (bracket == brackets.bottom() || !opensString(text, i))
+                break;
             for (++i; i < size && (text[i] != L'"' || text[i - 1] == L'\\'); ++i)
                 if (marks::of(text[i]) == marks::statementMark)
                     statementMark(text[i], i);
+            break;
+        default:
+            break;
         }
     }
-    for (smallList<level, 32>* const open : {&brackets, &braces})
-        for (; !open->empty(); open->pop())
-            slots[open->back().bracket.place] = 0;
+    for (; bracket != brackets.bottom(); --bracket)
+        slots[bracket->place] = 0;
+    for (; brace != braces.bottom(); --brace)
+        slots[brace->place] = 0;
 }
 
 sourceText::sourceText(const string& text) : mView(text), mHasLineEnds(holdsLineEnds(mView)) {}

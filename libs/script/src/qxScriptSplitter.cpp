@@ -81,10 +81,10 @@ bool parameterSplitter::cutAtCommas(const textPiece& call, std::size_t open, std
     std::size_t from = open + 1;
     for (std::size_t comma = offset + close; (comma = brackets.cutBehind(comma)) != 0;) {
         const std::size_t place = comma - offset;
-        emit(call.piece(view.substr(from, place - from)), true);
+        emit(call.piece({view.data() + from, place - from}), true);
         from = place + 1;
     }
-    emit(call.piece(view.substr(from, close - from)), false);
+    emit(call.piece({view.data() + from, close - from}), false);
     return true;
 }
 

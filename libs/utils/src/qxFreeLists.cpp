@@ -81,17 +81,18 @@ void* take(std::size_t size) noexcept
 namespace
 {
 
-// True when the thread keeps blocks from now on. Not inline, so that `give` saves no registers.
-[[gnu::noinline]] bool registerThread()
+// Gives back what has no room in the lists of the thread; the first time makes the room. Not inline, so that
+// `give` saves no registers.
+[[gnu::noinline]] void giveElsewhere(void* freed, std::size_t size) noexcept
 {
-    if (!cached || local.isRegistered)
-        return false;
+    if (!cached || !freed || classOf(size) >= classes || local.isRegistered)
+        return std::free(freed);
     thread_local drain atThreadEnd;
     static_cast<void>(atThreadEnd);
     local.isRegistered = true;
     for (unsigned& room : local.room)
         room = keptPerClass;
-    return true;
+    give(freed, size);
 }
 
 } // namespace
@@ -99,8 +100,8 @@ namespace
 void give(void* freed, std::size_t size) noexcept
 {
     const std::size_t c = classOf(size);
-    if (!freed || c >= classes || (local.room[c] == 0 && !registerThread()))
-        return std::free(freed);
+    if (!freed || c >= classes || local.room[c] == 0)
+        return giveElsewhere(freed, size);
     --local.room[c];
     auto* const head = static_cast<block*>(freed);
     head->next = local.heads[c];
