@@ -40,28 +40,33 @@ public:
 
     // Not while another thread uses this object.
     void set(std::wstring_view text);
-    // A piece of `whole`, which is kept.
-    void set(const sharedText& whole, std::size_t start, std::size_t size, form how)
+    // The same with a piece of a text.
+    void set(std::wstring_view piece, form how);
+
+    // True for an object that was not set and can keep a piece from there on in place of a text of its own.
+    bool canKeep(std::size_t start) const noexcept
     {
-        if (mWord.load(std::memory_order_relaxed) != 0 || start > std::numeric_limits<std::uint32_t>::max())
-            return setOtherwise(whole, start, size, how);
+        return mWord.load(std::memory_order_relaxed) == 0 &&
+               start <= std::numeric_limits<std::uint32_t>::max();
+    }
+    // A piece of `whole`, one count of which becomes this object's. Only where it can be kept.
+    void keep(const sharedText& whole, std::size_t start, std::size_t size, form how) noexcept
+    {
         mStart = static_cast<std::uint32_t>(start);
         mLength = static_cast<std::uint8_t>(std::min(size, shownWhole));
         mForm = how;
-        whole.addRef();
         mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
     }
 
 private:
     struct shownText;
 
-    // Where set() keeps a piece: nowhere, in the text that it lies in, or in a shownText, which then keeps
+    // Where keep() has a piece: nowhere, in the text that it lies in, or in a shownText, which then keeps
     // that text. One word, so that threads agree on it; the lowest bit marks a shownText.
     static constexpr std::uintptr_t shownMark = 1;
 
     static shownText* shownIn(std::uintptr_t word) noexcept;
     static const sharedText* wholeIn(std::uintptr_t word) noexcept;
-    void setOtherwise(const sharedText& whole, std::size_t start, std::size_t size, form how);
     void assign(string text);
 
     mutable std::atomic<std::uintptr_t> mWord{0};

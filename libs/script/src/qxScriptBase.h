@@ -135,7 +135,7 @@ public:
     void runInside(codecontext& block) const override;
 
 private:
-    std::vector<sharedPtr<statement>> mStatements;
+    std::vector<sharedPtr<statement>, freeListAllocator<sharedPtr<statement>>> mStatements;
 };
 
 // What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from

@@ -209,7 +209,8 @@ bool scrdefReader::readShortRun()
     wchar_t* const wide = mShortLine.data();
     std::size_t i = 0;
     for (; i < content.size() && i + widenedAtOnce <= behind; i += widenedAtOnce) {
-        std::array<unsigned char, widenedAtOnce> narrow; // of its own, so that the compiler sees what may be done
+        std::array<unsigned char, widenedAtOnce>
+            narrow; // of its own, so that the compiler sees what may be done
         std::memcpy(narrow.data(), content.data() + i, narrow.size());
         for (std::size_t k = 0; k < widenedAtOnce; ++k)
             wide[i + k] = narrow[k];
@@ -263,9 +264,17 @@ bool scrdefReader::readLine()
     return !isEmpty;
 }
 
+void scrdefReader::keepTexts()
+{
+    mKeepsTexts = true;
+    mTexts.reserve(mText.logicalLength());
+}
+
 bool scrdefReader::readText(std::wstring_view& text)
 {
-    mDefinition.clear();
+    if (!mKeepsTexts)
+        mTexts.clear();
+    const std::size_t start = mTexts.size();
     bool isOpen = false;
     while (mIsAhead || readLine()) {
         std::wstring_view content = mContent;
@@ -278,9 +287,9 @@ bool scrdefReader::readText(std::wstring_view& text)
             content.remove_prefix(definitionMark.size());
         }
         if (isOpen)
-            mDefinition.append(content);
+            mTexts.append(content);
     }
-    text = mDefinition;
+    text = std::wstring_view(mTexts).substr(start);
     return isOpen;
 }
 

@@ -37,17 +37,21 @@ std::vector<string> linesOf(const failureLists& failures)
     return all;
 }
 
-// Reads the definitions of a file; what is kept of each is what `use` keeps of its text. `use` is also given
-// its name, its line, and the line of the definition whose place it takes. What is given is valid during the
-// call.
-template <class Use>
-void readOutline(const file& scriptFile, scriptFileInfo& info, const Use& use)
+// A reader of the file's definitions.
+scrdefReader readerOf(const file& scriptFile)
 {
     binaryBuffer content;
     if (!readScriptText(scriptFile, content))
         throw readFileException(scriptFile, nullptr);
+    return scrdefReader(std::move(content), scriptFile);
+}
+
+// Reads all definitions. `use` is given the text of each, its name, its line, and the line of the definition
+// whose place it takes; what is given is valid during the call.
+template <class Use>
+void readOutline(scrdefReader& reader, scriptFileInfo& info, const Use& use)
+{
     try {
-        scrdefReader reader(std::move(content), scriptFile);
         std::unordered_map<string, std::size_t> lines; // of the last definition of each name
         string lowered;
         std::wstring_view text;
@@ -65,7 +69,7 @@ void readOutline(const file& scriptFile, scriptFileInfo& info, const Use& use)
             info.endLine = reader.lineNumber();
         }
     } catch (bool) { // a byte that stands for no character
-        throw readFileException(scriptFile, nullptr);
+        throw readFileException(reader.source(), nullptr);
     }
 }
 
@@ -80,7 +84,8 @@ void load(const file& scriptFile, const string& name, string&& body, std::span<c
 scriptFileInfo listFunctions(const file& scriptFile)
 {
     scriptFileInfo info;
-    readOutline(scriptFile, info,
+    scrdefReader reader = readerOf(scriptFile);
+    readOutline(reader, info,
                 [&](std::wstring_view text, std::wstring_view, std::size_t line, std::size_t redefines) {
                     scriptDefinition definition;
                     cutDefinition(text, definition);
@@ -105,19 +110,19 @@ std::size_t checkFunctions(const file& scriptFile, const std::function<void(cons
         std::size_t line;
     };
     std::vector<definitionText> definitions;
-    string texts; // of all, one after the other
     scriptFileInfo info;
-    readOutline(scriptFile, info,
+    scrdefReader reader = readerOf(scriptFile);
+    reader.keepTexts();
+    readOutline(reader, info,
                 [&](std::wstring_view text, std::wstring_view name, std::size_t line, std::size_t redefines) {
-                    definitions.push_back({texts.size(), text.size(), line});
-                    texts.append(text);
+                    definitions.push_back({reader.keptTexts().size() - text.size(), text.size(), line});
                     if (redefines != 0)
                         info.functions.push_back({string(std::wstring(name)), {}, {}, line, redefines});
                 });
     outlined(info);
     scriptDefinition definition;
     for (const definitionText& found : definitions) {
-        cutDefinition(std::wstring_view(texts).substr(found.start, found.size), definition);
+        cutDefinition(std::wstring_view(reader.keptTexts()).substr(found.start, found.size), definition);
         try {
             load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
         } catch (const exception& failure) {

@@ -285,7 +285,10 @@ statement* statementParser::ask(const callText& call, const builtin* row) const
 
 void statementParser::nameAfter(statement& made, const textPiece& piece, statementText::form how)
 {
-    made.mText.set(*piece.source().counted().buffer(), piece.start(), piece.size(), how);
+    if (made.mText.canKeep(piece.start()))
+        made.mText.keep(piece.source().takeCount(), piece.start(), piece.size(), how);
+    else
+        made.mText.set(piece.view(), how);
 }
 
 } // namespace qx::script

@@ -35,7 +35,8 @@ struct level
     std::uint32_t cut;   // the place of the last cut in it; 0 for none
 };
 
-// The open brackets, or braces, as a stack that the walk keeps the top of. At its bottom lies what is no level.
+// The open brackets, or braces, as a stack that the walk keeps the top of. At its bottom lies what is no
+// level.
 class levelStack
 {
 public:
@@ -169,6 +170,19 @@ sourceText::sourceText(string&& text)
     : mCounted(std::move(text)), mHasLineEnds(holdsLineEnds(mCounted.view()))
 {
     mView = mCounted.view();
+}
+
+void sourceText::makeCounted()
+{
+    mCounted = textSlice(string(std::wstring(mView)));
+}
+
+// Many at once: counting up for each statement would take a twentieth of the time of parsing.
+void sourceText::takeCounts()
+{
+    constexpr uint atOnce = 256;
+    counted().buffer()->addRef(atOnce);
+    mCounts = atOnce;
 }
 
 scString textPiece::name() const

@@ -90,6 +90,11 @@ public:
     explicit sourceText(string&& text);
     sourceText(const sourceText&) = delete;
     sourceText& operator=(const sourceText&) = delete;
+    ~sourceText()
+    {
+        if (mCounts != 0)
+            mCounted.buffer()->release(mCounts);
+    }
 
     std::wstring_view view() const noexcept { return mView; }
     bool hasLineEnds() const noexcept { return mHasLineEnds; }
@@ -104,14 +109,26 @@ public:
     // The counted copy, made at the first call.
     const textSlice& counted()
     {
-        if (!mCounted.buffer())
-            mCounted = textSlice(string(std::wstring(mView)));
+        if (!mCounted.buffer()) [[unlikely]]
+            makeCounted();
         return mCounted;
+    }
+    // Its text with a count for the caller.
+    const sharedText& takeCount()
+    {
+        if (mCounts == 0) [[unlikely]]
+            takeCounts();
+        --mCounts;
+        return *mCounted.buffer();
     }
 
 private:
+    void makeCounted();
+    void takeCounts();
+
     std::wstring_view mView;
     textSlice mCounted; // empty until somebody wants it
+    uint mCounts = 0;   // of its text, taken in advance
     std::optional<bracketPlaces> mBrackets;
     bool mHasLineEnds;
 };

@@ -95,9 +95,9 @@ void statementText::set(std::wstring_view text)
     assign(shortened(string(std::wstring(text.substr(0, shownWhole)))));
 }
 
-void statementText::setOtherwise(const sharedText& whole, std::size_t start, std::size_t size, form how)
+void statementText::set(std::wstring_view piece, form how)
 {
-    assign(textOf(whole.view().substr(start, size), how));
+    assign(textOf(piece, how));
 }
 
 void statementText::assign(string text)

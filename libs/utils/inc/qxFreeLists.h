@@ -36,4 +36,26 @@ public:
     static void operator delete(void* freed, std::size_t size) noexcept { freelists::give(freed, size); }
 };
 
+// For containers whose storage comes from the free lists.
+template <class T>
+struct freeListAllocator
+{
+    using value_type = T;
+
+    freeListAllocator() noexcept = default;
+    template <class Other>
+    freeListAllocator(const freeListAllocator<Other>&) noexcept
+    {}
+
+    T* allocate(std::size_t count)
+    {
+        if (void* const storage = freelists::take(count * sizeof(T)))
+            return static_cast<T*>(storage);
+        throw std::bad_alloc();
+    }
+    void deallocate(T* freed, std::size_t count) noexcept { freelists::give(freed, count * sizeof(T)); }
+
+    friend bool operator==(const freeListAllocator&, const freeListAllocator&) noexcept { return true; }
+};
+
 } // namespace qx

@@ -22,10 +22,10 @@ public:
 
     std::wstring_view view() const noexcept { return mText; }
 
-    void addRef() const noexcept { interlockedIncrement(&mUsers); }
-    void release() const noexcept
+    void addRef(uint count = 1) const noexcept { interlockedAdd(&mUsers, count); }
+    void release(uint count = 1) const noexcept
     {
-        if (interlockedDecrement(&mUsers) == 0)
+        if (interlockedSubtract(&mUsers, count) == 0)
             delete this;
     }
 
