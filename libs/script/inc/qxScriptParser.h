@@ -98,6 +98,7 @@ private:
                             int flags) const;
     statement* ask(const callText& call, const builtin* row) const;
     static void nameAfter(statement& made, const textPiece& piece, statementText::form how);
+    static void nameByText(statement& made, const textPiece& piece, statementText::form how);
 
     moduleSet* mpModules;
 };

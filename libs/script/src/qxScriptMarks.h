@@ -34,9 +34,8 @@ constexpr auto table = [] {
     made['('] = bracket;
     for (const char c : {';', '{', '}'})
         made[static_cast<std::size_t>(c)] = statementMark;
-    for (const char c : {')', '>', ',', '"'})
+    for (const char c : {')', '<', '>', ',', '"'})
         made[static_cast<std::size_t>(c)] = parameterMark;
-    made['<'] = parameterMark | angle;
     return made;
 }();
 
@@ -61,14 +60,20 @@ struct head
     constexpr explicit head(std::wstring_view text) noexcept
     {
         for (; size < text.size(); ++size) {
-            const unsigned char found = of(text[size]);
+            const wchar_t c = text[size];
+            if (c >= L'a' && c <= L'z') // most are
+                continue;
+            const unsigned char found = of(c);
             if (found == bracket)
                 break;
+            if (c == L'<' && angle > size)
+                angle = size;
             marks |= found;
         }
     }
 
-    std::size_t size = 0; // the text's own where there is no bracket
+    std::size_t size = 0;                        // the text's own where there is no bracket
+    std::size_t angle = std::wstring_view::npos; // the place of the first <
     unsigned char marks = 0;
 };
 

@@ -37,18 +37,19 @@ string withoutLineEnds(std::wstring_view text)
 class callHead
 {
 public:
-    // Borrows `text`, in which these marks are.
-    callHead(std::wstring_view text, unsigned char marked) : mName(text)
+    // Borrows `text`, whose head that is.
+    callHead(std::wstring_view text, const marks::head& head) : mName(text.substr(0, head.size))
     {
-        if (marked & marks::unplain) {
-            mWritten.assign(text);
+        std::size_t open = head.angle;
+        if (head.marks & marks::unplain) {
+            mWritten.assign(mName);
             mWritten.deleteAll(L"\r\n \t").toLower();
             mName = mWritten;
+            open = mName.find(L'<');
         }
-        if (!(marked & marks::angle))
+        if (open >= mName.size())
             return;
-        const std::size_t open = mName.find(L'<');
-        const std::size_t close = open == mName.npos ? open : mName.rfind(L'>');
+        const std::size_t close = mName.rfind(L'>');
         if (close == mName.npos)
             return;
         cutTypes(mName.substr(open + 1, close > open ? close - open - 1 : mName.npos));
@@ -61,9 +62,13 @@ public:
 private:
     void cutTypes(std::wstring_view text)
     {
-        for (std::size_t comma; (comma = text.find(L',')) != text.npos; text.remove_prefix(comma + 1))
-            mTypes.push(typeWord(text.substr(0, comma)));
-        mTypes.push(typeWord(text));
+        std::size_t start = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) // a search would cost more for these few characters
+            if (text[i] == L',') {
+                mTypes.push(typeWord(text.substr(start, i - start)));
+                start = i + 1;
+            }
+        mTypes.push(typeWord(text.substr(start)));
     }
 
     string mWritten; // what is left of a text that does not stay
@@ -239,7 +244,7 @@ statement* statementParser::createSingle(const textPiece& text, const textPiece&
     if (start.size == body.size())
         return nullptr;
     try {
-        const callHead head(body.view().substr(0, start.size), start.marks);
+        const callHead head(body.view(), start);
         const parameterSplitter splitter(body, start.size);
         checkBalance(splitter, body);
         const callText call{head.name(), head.types(), splitter.params(), flags};
@@ -285,10 +290,16 @@ statement* statementParser::ask(const callText& call, const builtin* row) const
 
 void statementParser::nameAfter(statement& made, const textPiece& piece, statementText::form how)
 {
-    if (made.mText.canKeep(piece.start()))
-        made.mText.keep(piece.source().takeCount(), piece.start(), piece.size(), how);
-    else
-        made.mText.set(piece.view(), how);
+    if (!made.mText.canKeep(piece.start())) [[unlikely]]
+        return nameByText(made, piece, how);
+    made.mText.keep(piece.source().takeCount(), piece.start(), piece.size(), how);
+}
+
+// Not inline: next to no statement comes here.
+[[gnu::noinline]] void statementParser::nameByText(statement& made, const textPiece& piece,
+                                                   statementText::form how)
+{
+    made.mText.set(piece.view(), how);
 }
 
 } // namespace qx::script
