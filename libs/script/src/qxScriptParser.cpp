@@ -224,7 +224,7 @@ statement* statementParser::createBlock(const textPiece& body, partCutter& parts
                                         int flags) const
 {
     autoPtr<compoundstatement> block(new compoundstatement);
-    block->reserve(parts.count() + 2);
+    block->reserve(1 + parts.left() + (body.view().back() != L';'));
     for (std::size_t start = 0; start < body.size();) {
         const textPiece part = body.piece(body.view().substr(start, semicolon - start));
         if (!block->add(createPart(part, flags))) {

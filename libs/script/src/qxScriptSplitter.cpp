@@ -50,7 +50,7 @@ partCutter::partCutter(const textPiece& body, std::size_t open, std::size_t clos
       mIsKnown(open != close && mBrackets.isKept() && mBrackets.cutsAreKnown(open, close)), mPlace(close)
 {}
 
-std::size_t partCutter::count() const noexcept
+std::size_t partCutter::left() const noexcept
 {
     std::size_t counted = 0;
     if (mIsKnown)

@@ -31,8 +31,8 @@ public:
     // `open` and `close` are the places of the braces around it in the source; the same where there are none.
     partCutter(const textPiece& body, std::size_t open, std::size_t close);
 
-    // How many there are; 0 where only walks tell.
-    std::size_t count() const noexcept;
+    // How many more there are; 0 where only walks tell.
+    std::size_t left() const noexcept;
     // The place in the body of the first one from `from` on, which is the beginning or behind the one before;
     // npos where there is none.
     std::size_t next(std::size_t from)

@@ -22,8 +22,10 @@ constexpr bool cached = true;
 constexpr bool cached = true;
 #endif
 
+// The sizes of blocks are those that a heap with a word of its own before each block wastes nothing of.
 constexpr std::size_t granule = 16;
-constexpr std::size_t classes = 16; // up to 256 bytes
+constexpr std::size_t smallest = 24;
+constexpr std::size_t classes = 16; // up to 264 bytes
 constexpr unsigned keptPerClass = 256;
 
 struct block
@@ -60,7 +62,12 @@ struct drain
 
 constexpr std::size_t classOf(std::size_t size)
 {
-    return size == 0 ? 0 : (size - 1) / granule;
+    return size <= smallest ? 0 : (size - smallest + granule - 1) / granule;
+}
+
+constexpr std::size_t sizeOf(std::size_t c)
+{
+    return smallest + c * granule;
 }
 
 } // namespace
@@ -75,7 +82,7 @@ void* take(std::size_t size) noexcept
         ++local.room[c];
         return head;
     }
-    return std::malloc((c + 1) * granule);
+    return std::malloc(sizeOf(c));
 }
 
 namespace
