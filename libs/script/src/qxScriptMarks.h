@@ -17,7 +17,6 @@ enum mark : unsigned char
     blank = 8,         // space and tab
     lineEnd = 16,      // CR and LF
     otherUnplain = 32, // capitals, other control characters, and all beyond ASCII
-    angle = 64,        // besides, of <
 };
 
 // What a name is not written plainly with: blanks, line ends, and what has a lower case.
