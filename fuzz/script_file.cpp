@@ -12,12 +12,18 @@ void readAs(const wchar_t* name)
     using namespace qx::script;
     const qx::file source{qx::string(name)};
     try {
+        std::size_t failures = 0;
         for (const functionInfo& found : listFunctions(source).functions) {
             try {
                 checkFunction(source, found);
             } catch (const parserException&) { // one bad definition says nothing about the next
+                ++failures;
             }
         }
+        checkFunctions(
+            source, [](const scriptFileInfo&) {},
+            [&](const functionInfo&, const qx::exception&) { --failures; });
+        fuzzing::require(failures == 0, "all functions together fail as each does");
     } catch (const qx::readFileException&) {
     }
 }

@@ -9,12 +9,11 @@ using qx::string;
 measured loadFunctions(const scriptFile& scripts)
 {
     return byTheClock([&] {
-        long long loaded = 0;
-        for (const qx::script::functionInfo& function : qx::script::listFunctions(scripts.file()).functions) {
-            qx::script::checkFunction(scripts.file(), function);
-            ++loaded;
-        }
-        return loaded;
+        long long failures = 0;
+        const std::size_t checked = qx::script::checkFunctions(
+            scripts.file(), [](const qx::script::scriptFileInfo&) {},
+            [&](const qx::script::functionInfo&, const qx::exception&) { ++failures; });
+        return static_cast<long long>(checked) - failures;
     });
 }
 

@@ -73,6 +73,21 @@ TEST(scriptFile, cutsTextIntoDefinitions)
     }
 }
 
+// Short lines of ASCII are read in another way than others.
+TEST(scriptFile, linesOfAnyLength)
+{
+    const scratchDirectory directory;
+    for (const std::size_t size : {1, 15, 16, 17, 254, 255, 256, 257, 511, 512, 513})
+        for (const auto& [last, shown] : {std::pair("x", "x"), std::pair("\xe4", "ä")})
+            for (const std::string behind : {"", "\r", "// \xe4", "// a"}) {
+                const std::string start(size - 1, 'a');
+                directory.write("f.qxscr", "scrdef a()\n \t    " + start + last + behind + "\nscrdef b()y");
+                EXPECT_EQ(outline(qx::file(directory.name("f.qxscr"))),
+                          "1 a  " + start + shown + "\n3 b  y\n")
+                    << size << behind;
+            }
+}
+
 TEST(scriptFile, theExtensionAloneTellsWhetherAFileIsScrambled)
 {
     const scratchDirectory directory;

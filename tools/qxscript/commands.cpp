@@ -138,17 +138,14 @@ int checkFile(const string& name)
     if (!scriptFile.exists()) {
         throw qx::fileNotFoundException(scriptFile);
     }
-    const script::scriptFileInfo info = script::listFunctions(scriptFile);
-    int failures = reportOutline(name, info);
-    for (const script::functionInfo& function : info.functions) {
-        try {
-            script::checkFunction(scriptFile, function);
-        } catch (const qx::exception& failure) {
+    int failures = 0;
+    script::checkFunctions(
+        scriptFile, [&](const script::scriptFileInfo& info) { failures = reportOutline(name, info); },
+        [&](const script::functionInfo& function, const qx::exception& failure) {
             printError(place(name, function.line) + function.name);
             printFailure(failure, 1);
             ++failures;
-        }
-    }
+        });
     return failures;
 }
 

@@ -1,20 +1,20 @@
 // For tools: what script files hold, whether it can be loaded, and which statements there are.
 //
-//     for (const qx::script::functionInfo& found : qx::script::listFunctions(scripts).functions) {
-//         try {
-//             qx::script::checkFunction(scripts, found);
-//         } catch (const qx::exception& failure) {
+//     qx::script::checkFunctions(
+//         scripts, [](const qx::script::scriptFileInfo&) {},
+//         [](const qx::script::functionInfo& found, const qx::exception& failure) {
 //             show(found.name, found.line, failure.messages());
-//         }
-//     }
+//         });
 //
 // Nothing here runs a script or touches the cache of codeManager.
 #pragma once
 
+#include "qxException.h"
 #include "qxFile.h"
 #include "qxScriptExport.h"
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace qx::script
@@ -53,6 +53,15 @@ QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
 // Loads a definition as its first call would. Throws parserException: what is wrong with its text, or
 // scriptFunctionNotFoundException for a body without a statement.
 QXSCRIPT_API void checkFunction(const file& scriptFile, const functionInfo& checked);
+
+// Both for all definitions of a file and without a copy of each, which takes half the time. Gives their
+// number. `outlined` is called first, with what listFunctions gives, but of the functions only those that
+// redefine, and of those neither parameters nor bodies. Then, in file order, `failed` is called for each
+// definition that does not load, with its name and line and what checkFunction throws. What the two throw
+// goes on. Throws as listFunctions does.
+QXSCRIPT_API std::size_t
+checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
+               const std::function<void(const functionInfo&, const exception&)>& failed);
 
 // The file that code calls of this base path and file name run. Throws fileNotFoundException.
 QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileName);

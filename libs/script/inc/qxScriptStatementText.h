@@ -7,8 +7,10 @@
 #include "qxScriptExport.h"
 #include "qxTextSlice.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <limits>
 
 namespace qx::script
 {
@@ -23,6 +25,9 @@ public:
         variable // the piece is a name N: `getvar(N)`
     };
 
+    // Texts of fewer characters are shown as a whole.
+    static constexpr std::size_t shownWhole = 128;
+
     statementText() noexcept = default;
     // The copy is a text of its own.
     statementText(const statementText& other);
@@ -35,13 +40,28 @@ public:
 
     // Not while another thread uses this object.
     void set(std::wstring_view text);
-    // A piece of `whole`, which is kept.
-    void set(const sharedText& whole, std::size_t start, std::size_t size, form how);
+    // The same with a piece of a text.
+    void set(std::wstring_view piece, form how);
+
+    // True for an object that was not set and can keep a piece from there on in place of a text of its own.
+    bool canKeep(std::size_t start) const noexcept
+    {
+        return mWord.load(std::memory_order_relaxed) == 0 &&
+               start <= std::numeric_limits<std::uint32_t>::max();
+    }
+    // A piece of `whole`, one count of which becomes this object's. Only where it can be kept.
+    void keep(const sharedText& whole, std::size_t start, std::size_t size, form how) noexcept
+    {
+        mStart = static_cast<std::uint32_t>(start);
+        mLength = static_cast<std::uint8_t>(std::min(size, shownWhole));
+        mForm = how;
+        mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
+    }
 
 private:
     struct shownText;
 
-    // Where set() keeps a piece: nowhere, in the text that it lies in, or in a shownText, which then keeps
+    // Where keep() has a piece: nowhere, in the text that it lies in, or in a shownText, which then keeps
     // that text. One word, so that threads agree on it; the lowest bit marks a shownText.
     static constexpr std::uintptr_t shownMark = 1;
 

@@ -8,6 +8,7 @@
 #include "qxScriptShortCuts.h"
 
 #include "qxAutoPtr.h"
+#include "qxFreeLists.h"
 #include "qxSharedPtr.h"
 #include "qxTypeConversion.h"
 
@@ -18,14 +19,14 @@ namespace qx::script
 {
 
 // Root of built-ins that read their own parameter list and keep their own providers.
-class scriptbasestatement : public statement
+class scriptbasestatement : public statement, public fromFreeLists
 {
 public:
     void destroy() override { delete this; }
 };
 
 // Root of built-ins whose parameters have names.
-class scriptbasesinglefunction : public singlefunction
+class scriptbasesinglefunction : public singlefunction, public fromFreeLists
 {
 public:
     void destroy() override { delete this; }
@@ -121,6 +122,7 @@ class compoundstatement final : public scriptbasestatement
 public:
     compoundstatement() { stayInside(); }
 
+    void reserve(std::size_t children) { mStatements.reserve(children); }
     // Takes over `child` and appends it. A null child gives false and changes nothing.
     bool add(statement* child);
 
@@ -133,7 +135,7 @@ public:
     void runInside(codecontext& block) const override;
 
 private:
-    std::vector<sharedPtr<statement>> mStatements;
+    std::vector<sharedPtr<statement>, freeListAllocator<sharedPtr<statement>>> mStatements;
 };
 
 // What lies behind a provider, for short cuts: to be asked only where cell::shortCutsAllowed. Borrows from

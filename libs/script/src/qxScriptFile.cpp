@@ -5,6 +5,7 @@
 #include "qxTextView.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qx::script
 {
@@ -17,73 +18,112 @@ static_assert(sizeof scrambleKey == 48 + 1);
 
 constexpr std::wstring_view definitionMark = L"scrdef ";
 constexpr std::wstring_view blanks = L" \t";
+constexpr std::size_t firstBeyondAscii = 128;
 
 // What counts of a line: without leading blanks and without its comment.
 // REQUIRED: the comment begins at the first "//", also inside a quoted string.
-std::wstring_view withoutBlanksAndComment(std::wstring_view line)
+template <class Char>
+std::basic_string_view<Char> withoutBlanksAndComment(std::basic_string_view<Char> line)
 {
-    while (!line.empty() && (line.front() == L' ' || line.front() == L'\t'))
+    constexpr Char slash = '/';
+    if constexpr (sizeof(Char) == 1)
+        while (line.starts_with("    ")) // one comparison: most lines are indented by fours
+            line.remove_prefix(4);
+    while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
         line.remove_prefix(1);
-    for (std::size_t slash = line.find(L'/'); slash != line.npos; slash = line.find(L'/', slash + 1))
-        if (slash + 1 < line.size() && line[slash + 1] == L'/')
-            return line.substr(0, slash);
+    for (std::size_t at = line.find(slash); at != line.npos; at = line.find(slash, at + 1))
+        if (at + 1 < line.size() && line[at + 1] == slash)
+            return line.substr(0, at);
     return line;
 }
 
 bool opensDefinition(std::wstring_view line)
 {
-    // No other characters become an s and a c in lower case.
-    if (line.size() < definitionMark.size() || (line[0] != L's' && line[0] != L'S') ||
-        (line[1] != L'c' && line[1] != L'C'))
-        return false;
-    return string(std::wstring(line.substr(0, definitionMark.size()))).lower() == definitionMark;
+    // No characters but capitals become letters of the mark in lower case.
+    const auto isSame = [](wchar_t mark, wchar_t written) {
+        return mark == (written >= L'A' && written <= L'Z' ? written + (L'a' - L'A') : written);
+    };
+    return line.size() >= definitionMark.size() &&
+           std::equal(definitionMark.begin(), definitionMark.end(), line.begin(), isSame);
 }
 
 // Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the
-// closing one.
+// closing one. The strings that are in the list are used again.
 std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& parameters)
 {
+    for (string& parameter : parameters)
+        parameter.clear();
     bool inString = false;
     bool escaped = false;
-    std::wstring declaration;
-    const auto add = [&] {
-        if (!declaration.empty())
-            parameters.emplace_back(declaration);
-        declaration.clear();
-    };
+    std::size_t count = 0; // of the declarations that are complete
     std::size_t at = 0;
+    std::size_t start = 0; // of what is not yet in the declaration
+    const auto store = [&] {
+        if (at > start) {
+            if (count == parameters.size())
+                parameters.emplace_back();
+            parameters[count].append(text.substr(start, at - start));
+        }
+        start = at + 1;
+    };
+    const auto complete = [&] {
+        store();
+        if (count < parameters.size() && !parameters[count].empty())
+            ++count;
+    };
     for (; at < text.size(); ++at) {
         const wchar_t c = text[at];
-        if (c == L')' && !inString) {
-            ++at;
+        if (c == L'"') {
+            if (!escaped)
+                inString = !inString;
+        } else if (inString) {
+            if (c == L'\\') {
+                // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
+                // counts.
+                escaped = true;
+                store();
+            }
+        } else if (c == L')') {
             break;
+        } else if (c == L',') {
+            complete();
         }
-        if (c == L',' && !inString) {
-            add();
-            continue;
-        }
-        if (c == L'\\' && inString) {
-            // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
-            // counts.
-            escaped = true;
-            continue;
-        }
-        if (c == L'"' && !escaped)
-            inString = !inString;
-        declaration += c;
     }
-    add();
-    if (parameters.size() == 1) {
+    complete();
+    parameters.resize(count);
+    if (count == 1) {
         parameters.front().deleteLeading(blanks).deleteTrailing(blanks);
         if (parameters.front().empty())
             parameters.clear();
     }
-    return text.substr(at);
+    return text.substr(std::min(at + 1, text.size()));
 }
 
 bool isSameName(std::wstring_view written, const string& lowered)
 {
     return written.size() == lowered.size() && string(std::wstring(written)).lower() == lowered;
+}
+
+// The number of bytes in front of the first line end; `size` where there is none.
+std::size_t lengthOfLine(const char* bytes, std::size_t size)
+{
+    for (const char lineEnd : {'\n', '\r'})
+        if (const void* const end = std::memchr(bytes, lineEnd, size))
+            size = static_cast<std::size_t>(static_cast<const char*>(end) - bytes);
+    return size;
+}
+
+bool isAscii(const char* bytes, std::size_t size)
+{
+    std::uint64_t all = 0;
+    for (; size >= sizeof all; bytes += sizeof all, size -= sizeof all) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, bytes, sizeof eight);
+        all |= eight;
+    }
+    for (; size != 0; ++bytes, --size)
+        all |= static_cast<unsigned char>(*bytes);
+    return (all & 0x8080'8080'8080'8080u) == 0;
 }
 
 // A definition cut in three.
@@ -103,8 +143,7 @@ struct outline
     bool hasBlankInName() const { return name.find(L' ') != name.npos; }
     void cutInto(scriptDefinition& definition) const
     {
-        definition.parameters.clear();
-        definition.body = string(std::wstring(cutParameters(behind, definition.parameters)));
+        definition.body.assign(cutParameters(behind, definition.parameters));
     }
 
     std::wstring_view name;
@@ -134,12 +173,14 @@ bool readScriptText(const file& scriptFile, binaryBuffer& text)
 scrdefReader::scrdefReader(binaryBuffer text, const file& source) : mSource(source), mText(std::move(text))
 {
     system& current = system::current();
-    for (std::size_t byte = 0; byte < mCharacters.size(); ++byte) {
+    for (std::uint32_t byte = 0; byte < mCharacters.size(); ++byte) {
         wchar_t c = 0;
         if (!current.widenByte(static_cast<unsigned char>(byte), c))
             mCharacters[byte] = endsRun;
         else
             mCharacters[byte] = static_cast<std::uint32_t>(c) | (c == L'\r' || c == L'\n' ? endsRun : 0);
+        const std::uint32_t plain = byte | (byte == '\r' || byte == '\n' ? endsRun : 0);
+        mIsPlain = mIsPlain && (byte >= firstBeyondAscii || mCharacters[byte] == plain);
     }
 }
 
@@ -156,9 +197,37 @@ void scrdefReader::rewind()
     mIsAhead = false;
 }
 
-// Appends to the line what comes before the next line end.
-void scrdefReader::widenRun()
+// Reads up to the next line end if it is near and all in front of it is ASCII that stands for itself: most
+// lines of most files. They are cut before they are widened, many bytes at a time.
+bool scrdefReader::readShortRun()
 {
+    const char* const bytes = mText.data() + mOffset;
+    const std::size_t left = mText.logicalLength() - mOffset;
+    const std::size_t size = lengthOfLine(bytes, std::min(left, shortLine));
+    if (!mIsPlain || (size == shortLine && size < left) || !isAscii(bytes, size))
+        return false;
+    mOffset += size;
+    const std::string_view content = withoutBlanksAndComment(std::string_view(bytes, size));
+    const std::size_t behind = left - static_cast<std::size_t>(content.data() - bytes); // what may be read
+    wchar_t* const wide = mShortLine.data();
+    std::size_t i = 0;
+    for (; i < content.size() && i + widenedAtOnce <= behind; i += widenedAtOnce) {
+        std::array<unsigned char, widenedAtOnce>
+            narrow; // of its own, so that the compiler sees what may be done
+        std::memcpy(narrow.data(), content.data() + i, narrow.size());
+        for (std::size_t k = 0; k < widenedAtOnce; ++k)
+            wide[i + k] = narrow[k];
+    }
+    for (; i < content.size(); ++i)
+        wide[i] = static_cast<unsigned char>(content[i]);
+    mContent = std::wstring_view(wide, content.size());
+    return true;
+}
+
+// Reads up to the next line end.
+void scrdefReader::readRun()
+{
+    mLongLine.clear();
     const char* const bytes = mText.data();
     const std::size_t size = mText.logicalLength();
     std::array<wchar_t, 256> run; // appended as a whole: one by one costs five times as much
@@ -170,16 +239,20 @@ void scrdefReader::widenRun()
                 break;
             run[count++] = static_cast<wchar_t>(c);
         }
-        mLine.append(run.data(), count);
+        mLongLine.append(run.data(), count);
     } while (count == run.size());
+    mContent = withoutBlanksAndComment(std::wstring_view(mLongLine));
 }
 
 // Reads the next line that is not empty. False at the end.
 bool scrdefReader::readLine()
 {
-    mLine.clear();
-    while (mLine.empty() && mOffset < mText.logicalLength()) {
-        widenRun();
+    bool isEmpty = true;
+    while (isEmpty && mOffset < mText.logicalLength()) {
+        const std::size_t start = mOffset;
+        if (!readShortRun())
+            readRun();
+        isEmpty = mOffset == start;
         mLineNumber = mLinesBefore + 1;
         if (mOffset == mText.logicalLength())
             break;
@@ -191,15 +264,23 @@ bool scrdefReader::readLine()
         if (!endsCrLf)
             ++mLinesBefore;
     }
-    return !mLine.empty();
+    return !isEmpty;
+}
+
+void scrdefReader::keepTexts()
+{
+    mKeepsTexts = true;
+    mTexts.reserve(mText.logicalLength());
 }
 
 bool scrdefReader::readText(std::wstring_view& text)
 {
-    mDefinition.clear();
+    if (!mKeepsTexts)
+        mTexts.clear();
+    const std::size_t start = mTexts.size();
     bool isOpen = false;
     while (mIsAhead || readLine()) {
-        std::wstring_view content = withoutBlanksAndComment(mLine);
+        std::wstring_view content = mContent;
         if (opensDefinition(content)) {
             mIsAhead = isOpen;
             if (isOpen)
@@ -209,27 +290,39 @@ bool scrdefReader::readText(std::wstring_view& text)
             content.remove_prefix(definitionMark.size());
         }
         if (isOpen)
-            mDefinition.append(content);
+            mTexts.append(content);
     }
-    text = mDefinition;
+    text = std::wstring_view(mTexts).substr(start);
     return isOpen;
+}
+
+definitionResult readDefinition(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name)
+{
+    if (!reader.readText(text))
+        return definitionResult::atEnd;
+    if (text.empty())
+        return definitionResult::withoutText;
+    const outline parts(text);
+    name = parts.name;
+    return parts.hasBlankInName() ? definitionResult::blankInName : definitionResult::read;
 }
 
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition)
 {
-    definition = scriptDefinition();
     std::wstring_view text;
-    if (!reader.readText(text))
-        return definitionResult::atEnd;
+    std::wstring_view name;
+    const definitionResult result = readDefinition(reader, text, name);
     definition.line = reader.lineNumber();
-    if (text.empty())
-        return definitionResult::withoutText;
+    if (result == definitionResult::read)
+        cutDefinition(text, definition);
+    return result;
+}
+
+void cutDefinition(std::wstring_view text, scriptDefinition& definition)
+{
     const outline parts(text);
-    if (parts.hasBlankInName())
-        return definitionResult::blankInName;
-    definition.name = string(std::wstring(parts.name));
+    definition.name.assign(parts.name);
     parts.cutInto(definition);
-    return definitionResult::read;
 }
 
 namespace

@@ -44,6 +44,11 @@ public:
     void rewind();
     const file& source() const { return mSource; }
 
+    // Makes the reader keep the texts of all definitions that it reads from now on.
+    void keepTexts();
+    // Those texts, one behind the other.
+    const std::wstring& keptTexts() const { return mTexts; }
+
     // The next definition, without the word that opens it: its lines, joined. False when there is none. The
     // text may be empty; it is valid until the next call. Throws the bool value false for a byte that stands
     // for no character.
@@ -53,22 +58,30 @@ public:
     std::size_t lineNumber() const { return mDefinitionLine; }
 
 private:
-    bool readLine();
-    void widenRun();
-
     // What a byte becomes; line ends have this bit besides, and a byte that stands for no character has it
     // alone.
     static constexpr std::uint32_t endsRun = 0x8000'0000u;
+    // Lines of up to so many bytes are read as a whole.
+    static constexpr std::size_t shortLine = 256;
+    static constexpr std::size_t widenedAtOnce = 16;
+
+    bool readLine();
+    bool readShortRun();
+    void readRun();
 
     file mSource;
     binaryBuffer mText;
     std::array<std::uint32_t, 256> mCharacters; // by byte
+    bool mIsPlain = true;                       // ASCII stands for itself
     std::size_t mOffset = 0;
     std::size_t mLinesBefore = 0; // line ends in front of that
-    std::wstring mLine;           // the one that was read last
-    std::size_t mLineNumber = 0;  // of that
-    bool mIsAhead = false;        // that opens the next definition
-    std::wstring mDefinition;
+    std::array<wchar_t, shortLine + widenedAtOnce> mShortLine;
+    std::wstring mLongLine;
+    std::wstring_view mContent;  // what counts of the line that was read last; in one of these
+    std::size_t mLineNumber = 0; // of that
+    bool mIsAhead = false;       // that opens the next definition
+    std::wstring mTexts;         // of the definition that was read last, behind those that are kept
+    bool mKeepsTexts = false;
     std::size_t mDefinitionLine = 0;
 };
 
@@ -87,11 +100,16 @@ enum class definitionResult
     read,
     atEnd,
     withoutText, // nothing stands behind `scrdef `
-    blankInName  // the line is set, nothing else
+    blankInName
 };
 
-// Reads the definition at the reader's position and moves behind it.
+// Reads the definition at the reader's position and moves behind it. Where it is not read, nothing but its
+// line counts, if there is one.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
+// The same without cutting it: gives its text and the name in it, both valid until the next call.
+definitionResult readDefinition(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name);
+// Cuts a definition that was read. Strings that are in `definition` are used again.
+void cutDefinition(std::wstring_view text, scriptDefinition& definition);
 
 // What the definitions of one name, in any case, make together: the body of the last one, and of each
 // declaration the last. These two read all definitions, from the reader's beginning. Reading ends silently at

@@ -51,6 +51,15 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     return made;
 }
 
+bool function::parses(string&& body, std::span<const string> declarations)
+{
+    const sharedPtr<statement> tree(statementParser::instance()->createStatementFrom(std::move(body), 0));
+    if (tree)
+        for (const string& declaration : declarations)
+            inParameter(declaration, 0);
+    return static_cast<bool>(tree);
+}
+
 void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
                     callee kind, genericValue& result) const
 {

@@ -22,6 +22,8 @@ public:
     // holds no statement.
     static sharedPtr<function> parse(const string& body, const std::vector<string>& declarations,
                                      const file& source, const timestamp& time);
+    // Parses both as `parse` does, and keeps nothing. False for a body that holds no statement.
+    static bool parses(string&& body, std::span<const string> declarations);
 
     const file& source() const { return mFile; }
     // The modification time of the file.

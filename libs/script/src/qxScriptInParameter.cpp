@@ -1,10 +1,13 @@
 // Declared parameters of script functions.
 #include "qxScriptInParameter.h"
 
+#include "qxScriptBuiltins.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 
 #include "qxTextView.h"
+
+#include <algorithm>
 
 namespace qx::script
 {
@@ -23,14 +26,13 @@ struct declarationText
     std::wstring_view defaultText;
 };
 
-declarationText cut(const string& declaration)
+declarationText cut(std::wstring_view whole)
 {
-    const std::wstring_view whole = declaration;
     declarationText cutText;
     if (const std::size_t open = whole.find(L'<'); open != whole.npos) {
         const std::size_t close = whole.find(L'>', open);
         if (close == whole.npos)
-            throw errParsingException(declaration.c_str());
+            throw errParsingException(std::wstring(whole).c_str());
         cutText.kind = whole.substr(0, open);
         cutText.type = whole.substr(open + 1, close - open - 1);
         cutText.name = whole.substr(close + 1);
@@ -46,47 +48,65 @@ declarationText cut(const string& declaration)
     return cutText;
 }
 
-string withoutAnyBlanks(std::wstring_view text)
+// A text without any blanks, a copy only where it has some inside.
+class compactText
 {
-    string copy{std::wstring(text)};
-    copy.deleteAll(blanks);
-    return copy;
-}
+public:
+    explicit compactText(std::wstring_view text) : mView(trimmed(text, blanks))
+    {
+        if (!marks::holdAny(mView, marks::blank))
+            return;
+        mCompact.assign(mView);
+        mCompact.deleteAll(blanks);
+        mView = mCompact;
+    }
 
-ePrimitiveScriptType dataType(const string& word)
+    std::wstring_view view() const noexcept { return mView; }
+    std::wstring text() const { return std::wstring(mView); }
+
+private:
+    string mCompact;
+    std::wstring_view mView;
+};
+
+ePrimitiveScriptType dataType(std::wstring_view word)
 {
     try {
-        return parseScriptType(word);
+        return parseScriptType(typeWord(word));
     } catch (const exception& caught) {
-        throw errParsingDataTypeException(word.c_str(), &caught);
+        throw errParsingDataTypeException(std::wstring(word).c_str(), &caught);
     } catch (...) {
-        throw errParsingDataTypeException(word.c_str());
+        throw errParsingDataTypeException(std::wstring(word).c_str());
     }
 }
 
 } // namespace
 
-inParameter::inParameter(const string& declaration, int flags) : mVariable(scString::createFrom(string()))
+inParameter::inParameter(const string& declaration, int flags) : mVariable(scString::intern({}))
 {
-    string whole = declaration.lower();
-    whole.deleteLeading(blanks);
+    string lowered;
+    std::wstring_view whole = declaration;
+    if (marks::holdAny(whole, marks::otherUnplain)) {
+        lowered = declaration.lower();
+        whole = lowered;
+    }
+    whole.remove_prefix(std::min(whole.find_first_not_of(blanks), whole.size()));
     const declarationText text = cut(whole);
-    const string kind = withoutAnyBlanks(text.kind);
-    if (kind != L"in")
-        throw errParsingParamTypeException(kind.c_str());
-    mType = dataType(withoutAnyBlanks(text.type));
-    mName = withoutAnyBlanks(text.name);
-    mVariable = scString::createFrom(mName);
+    const compactText kind(text.kind);
+    if (kind.view() != L"in")
+        throw errParsingParamTypeException(kind.text().c_str());
+    mType = dataType(compactText(text.type).view());
+    mVariable = scString::intern(compactText(text.name).view());
     if (text.defaultText.empty())
         return;
     const string defaultText{std::wstring(text.defaultText)};
     mDefault.reset(valueProvider::createFrom(defaultText, flags));
     if (!mDefault)
-        throw errParsingDefaultOfParamException(defaultText.c_str(), mName.c_str());
+        throw errParsingDefaultOfParamException(defaultText.c_str(), name().c_str());
 }
 
 inParameter::inParameter(const inParameter& other)
-    : mType(other.mType), mName(other.mName), mVariable(other.mVariable),
+    : mType(other.mType), mVariable(other.mVariable),
       mDefault(other.mDefault ? other.mDefault->clone() : nullptr)
 {}
 
@@ -95,10 +115,10 @@ void inParameter::resolve(genericValue& value) const
     if (!value.isNull())
         return;
     if (!mDefault)
-        throw inParameterNotFoundException(mName.c_str());
+        throw inParameterNotFoundException(name().c_str());
     scriptcontext ownContext;
     if (!mDefault->getValue(ownContext, value))
-        throw unexpectedErrorException(L"in-parameter %s: error retrieving default-value!", mName);
+        throw unexpectedErrorException(L"in-parameter %s: error retrieving default-value!", name());
 }
 
 } // namespace qx::script

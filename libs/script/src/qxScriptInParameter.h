@@ -22,7 +22,7 @@ public:
     inParameter(inParameter&&) noexcept = default;
 
     // Lower-case, without blanks; may be empty.
-    const string& name() const noexcept { return mName; }
+    const string& name() const noexcept { return mVariable.string(); }
     // The same as the name of a variable.
     const scString& variable() const noexcept { return mVariable; }
     ePrimitiveScriptType type() const noexcept { return mType; }
@@ -33,7 +33,6 @@ public:
 
 private:
     ePrimitiveScriptType mType = scriptTypeVoid;
-    string mName;
     scString mVariable;
     autoPtr<valueProvider> mDefault; // null without a default
 };

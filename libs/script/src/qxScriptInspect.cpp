@@ -37,40 +37,99 @@ std::vector<string> linesOf(const failureLists& failures)
     return all;
 }
 
+// A reader of the file's definitions.
+scrdefReader readerOf(const file& scriptFile)
+{
+    binaryBuffer content;
+    if (!readScriptText(scriptFile, content))
+        throw readFileException(scriptFile, nullptr);
+    return scrdefReader(std::move(content), scriptFile);
+}
+
+// Reads all definitions. `use` is given the text of each, its name, its line, and the line of the definition
+// whose place it takes; what is given is valid during the call.
+template <class Use>
+void readOutline(scrdefReader& reader, scriptFileInfo& info, const Use& use)
+{
+    try {
+        std::unordered_map<string, std::size_t> lines; // of the last definition of each name
+        string lowered;
+        std::wstring_view text;
+        std::wstring_view name;
+        definitionResult result = readDefinition(reader, text, name);
+        for (; result == definitionResult::read; result = readDefinition(reader, text, name)) {
+            lowered.assign(name);
+            std::size_t& line = lines[lowered.toLower()];
+            use(text, name, reader.lineNumber(), line);
+            line = reader.lineNumber();
+        }
+        if (result != definitionResult::atEnd) {
+            info.end = result == definitionResult::blankInName ? scriptFileEnd::blankInName
+                                                               : scriptFileEnd::withoutText;
+            info.endLine = reader.lineNumber();
+        }
+    } catch (bool) { // a byte that stands for no character
+        throw readFileException(reader.source(), nullptr);
+    }
+}
+
+void load(const file& scriptFile, const string& name, string&& body, std::span<const string> declarations)
+{
+    if (!function::parses(std::move(body), declarations))
+        throw scriptFunctionNotFoundException(name.c_str(), scriptFile);
+}
+
 } // namespace
 
 scriptFileInfo listFunctions(const file& scriptFile)
 {
     scriptFileInfo info;
-    binaryBuffer text;
-    if (!readScriptText(scriptFile, text))
-        throw readFileException(scriptFile, nullptr);
-    try {
-        scrdefReader reader(std::move(text), scriptFile);
-        std::unordered_map<string, std::size_t> lines; // of the last definition of each name
-        scriptDefinition definition;
-        definitionResult result = readDefinition(reader, definition);
-        for (; result == definitionResult::read; result = readDefinition(reader, definition)) {
-            std::size_t& line = lines[definition.name.lower()];
-            info.functions.push_back({std::move(definition.name), std::move(definition.parameters),
-                                      std::move(definition.body), definition.line, line});
-            line = definition.line;
-        }
-        if (result != definitionResult::atEnd) {
-            info.end = result == definitionResult::blankInName ? scriptFileEnd::blankInName
-                                                               : scriptFileEnd::withoutText;
-            info.endLine = definition.line;
-        }
-    } catch (bool) { // a byte that stands for no character
-        throw readFileException(scriptFile, nullptr);
-    }
+    scrdefReader reader = readerOf(scriptFile);
+    readOutline(reader, info,
+                [&](std::wstring_view text, std::wstring_view, std::size_t line, std::size_t redefines) {
+                    scriptDefinition definition;
+                    cutDefinition(text, definition);
+                    info.functions.push_back({std::move(definition.name), std::move(definition.parameters),
+                                              std::move(definition.body), line, redefines});
+                });
     return info;
 }
 
 void checkFunction(const file& scriptFile, const functionInfo& checked)
 {
-    if (!function::parse(checked.body, checked.parameters, scriptFile, timestamp()))
-        throw scriptFunctionNotFoundException(checked.name.c_str(), scriptFile);
+    load(scriptFile, checked.name, string(checked.body), checked.parameters);
+}
+
+std::size_t checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
+                           const std::function<void(const functionInfo&, const exception&)>& failed)
+{
+    struct definitionText
+    {
+        std::size_t start;
+        std::size_t size;
+        std::size_t line;
+    };
+    std::vector<definitionText> definitions;
+    scriptFileInfo info;
+    scrdefReader reader = readerOf(scriptFile);
+    reader.keepTexts();
+    readOutline(reader, info,
+                [&](std::wstring_view text, std::wstring_view name, std::size_t line, std::size_t redefines) {
+                    definitions.push_back({reader.keptTexts().size() - text.size(), text.size(), line});
+                    if (redefines != 0)
+                        info.functions.push_back({string(std::wstring(name)), {}, {}, line, redefines});
+                });
+    outlined(info);
+    scriptDefinition definition;
+    for (const definitionText& found : definitions) {
+        cutDefinition(std::wstring_view(reader.keptTexts()).substr(found.start, found.size), definition);
+        try {
+            load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
+        } catch (const exception& failure) {
+            failed({definition.name, {}, {}, found.line, 0}, failure);
+        }
+    }
+    return definitions.size();
 }
 
 file locateScriptFile(const string& basePath, const string& fileName)

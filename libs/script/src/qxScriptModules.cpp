@@ -1,6 +1,8 @@
 // The one table through which the engine knows its modules.
 #include "qxScriptModules.h"
 
+#include <cstdint>
+
 namespace qx::script
 {
 
@@ -33,7 +35,10 @@ public:
                 add(row);
     }
 
-    const builtin* find(std::wstring_view name) const noexcept { return mSlots[slotOf(name)].row; }
+    const builtin* find(std::wstring_view name) const noexcept
+    {
+        return name.empty() ? nullptr : const_cast<rowTable*>(this)->slotOf(name).row;
+    }
 
 private:
     struct slot
@@ -42,33 +47,45 @@ private:
         const builtin* row = nullptr;
     };
 
-    static constexpr std::size_t slotCount = 1024; // some five times as many as there are rows
+    static constexpr unsigned slotBits = 10;
+    static constexpr std::size_t slotCount = 1u << slotBits; // some five times as many as there are rows
 
     // Of rows with one name the first counts.
     void add(const builtin& row)
     {
-        slot& place = mSlots[slotOf(row.name)];
+        slot& place = slotOf(row.name);
         if (!place.row)
             place = {row.name, &row};
     }
 
-    // The slot of a name, or the empty one where it would be. Some characters tell the names apart well
-    // enough.
-    std::size_t slotOf(std::wstring_view name) const noexcept
+    // The slot of a name, which is not empty, or the empty one where it would be. Some characters tell the
+    // names apart well enough.
+    slot& slotOf(std::wstring_view name) noexcept
     {
-        if (name.empty())
-            return slotCount;
-        const auto at = [name](std::size_t place) { return static_cast<std::size_t>(name[place]); };
+        const auto at = [name](std::size_t place) { return static_cast<std::uint32_t>(name[place]); };
         const std::size_t last = name.size() - 1;
-        std::size_t hash =
-            (((name.size() * 31 + at(0)) * 31 + at(last / 3)) * 31 + at(last / 2)) * 31 + at(last);
-        hash ^= hash >> 10;
-        while (mSlots[hash % slotCount].row && mSlots[hash % slotCount].name != name)
-            ++hash;
-        return hash % slotCount;
+        std::uint32_t hash = static_cast<std::uint32_t>(last) ^ at(0) ^ (at(last / 4) << 8) ^
+                             (at(last / 2) << 16) ^ (at(last) << 24);
+        hash *= 0x9E37'79B1u;
+        for (hash >>= 32 - slotBits;; hash = (hash + 1) % slotCount) {
+            slot& candidate = mSlots[hash];
+            if (!candidate.row || isSame(candidate.name, name))
+                return candidate;
+        }
     }
 
-    slot mSlots[slotCount + 1]; // the last one stays empty
+    // Names are short: a call for the comparison would cost as much again.
+    static bool isSame(std::wstring_view a, std::wstring_view b) noexcept
+    {
+        if (a.size() != b.size())
+            return false;
+        for (std::size_t i = 0; i < a.size(); ++i)
+            if (a[i] != b[i])
+                return false;
+        return true;
+    }
+
+    slot mSlots[slotCount];
 };
 
 // The factory of the module at `Place`, for those who ask a module object itself.
@@ -109,11 +126,22 @@ std::span<const builtinModule* const> builtinModules()
     return modules;
 }
 
-const builtin* findBuiltin(std::wstring_view name)
+namespace
+{
+
+// Not inline, so that a look-up saves few registers.
+[[gnu::noinline]] const rowTable& rowsOfAll()
 {
     static const rowTable* const rows =
         new rowTable; // never destroyed: scripts may run to the end of the process
-    return rows->find(name);
+    return *rows;
+}
+
+} // namespace
+
+const builtin* findBuiltin(std::wstring_view name)
+{
+    return rowsOfAll().find(name);
 }
 
 std::span<scriptModule> builtinModuleObjects()

@@ -37,16 +37,19 @@ string withoutLineEnds(std::wstring_view text)
 class callHead
 {
 public:
-    // Borrows `text`.
-    explicit callHead(std::wstring_view text) : mName(text)
+    // Borrows `text`, whose head that is.
+    callHead(std::wstring_view text, const marks::head& head) : mName(text.substr(0, head.size))
     {
-        if (!isWrittenPlainly(text)) {
-            mWritten.assign(text);
+        std::size_t open = head.angle;
+        if (head.marks & marks::unplain) {
+            mWritten.assign(mName);
             mWritten.deleteAll(L"\r\n \t").toLower();
             mName = mWritten;
+            open = mName.find(L'<');
         }
-        const std::size_t open = mName.find(L'<');
-        const std::size_t close = open == mName.npos ? open : mName.rfind(L'>');
+        if (open >= mName.size())
+            return;
+        const std::size_t close = mName.rfind(L'>');
         if (close == mName.npos)
             return;
         cutTypes(mName.substr(open + 1, close > open ? close - open - 1 : mName.npos));
@@ -59,23 +62,19 @@ public:
 private:
     void cutTypes(std::wstring_view text)
     {
-        for (std::size_t comma; (comma = text.find(L',')) != text.npos; text.remove_prefix(comma + 1))
-            mTypes.push(typeWord(text.substr(0, comma)));
-        mTypes.push(typeWord(text));
+        std::size_t start = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) // a search would cost more for these few characters
+            if (text[i] == L',') {
+                mTypes.push(typeWord(text.substr(start, i - start)));
+                start = i + 1;
+            }
+        mTypes.push(typeWord(text.substr(start)));
     }
 
     string mWritten; // what is left of a text that does not stay
     std::wstring_view mName;
     smallList<typeWord, 2> mTypes;
 };
-
-// What stands between the first bracket and the last closing one; up to the end where none closes.
-std::wstring_view parameterText(std::wstring_view text, std::size_t open)
-{
-    const std::size_t close = text.rfind(L')');
-    const std::size_t start = open + 1;
-    return close == text.npos || close < start ? text.substr(start) : text.substr(start, close - start);
-}
 
 void checkBalance(const parameterSplitter& splitter, const textPiece& text)
 {
@@ -103,16 +102,19 @@ struct hostCall
     std::vector<string> params;
 };
 
-// Asks each of these modules in turn; the first statement wins.
-statement* askModules(const std::vector<scriptModule*>& modules, const callText& call)
+statement* askEach(const std::vector<scriptModule*>& modules, const callText& call)
 {
-    if (modules.empty())
-        return nullptr;
     const hostCall copied(call);
     for (const scriptModule* module : modules)
         if (statement* const made = module->factory()(copied.name, copied.types, copied.params, call.flags))
             return made;
     return nullptr;
+}
+
+// Asks each of these modules in turn; the first statement wins.
+inline statement* askModules(const std::vector<scriptModule*>& modules, const callText& call)
+{
+    return modules.empty() ? nullptr : askEach(modules, call);
 }
 
 } // namespace
@@ -149,6 +151,12 @@ statement* statementParser::createStatementFrom(const string& text, int flags) c
     return createStatementFrom(textPiece(source), flags);
 }
 
+statement* statementParser::createStatementFrom(string&& text, int flags) const
+{
+    sourceText source(std::move(text));
+    return createStatementFrom(textPiece(source), flags);
+}
+
 statement* statementParser::createStatementFrom(const textPiece& text, int flags) const
 {
     stack::check();
@@ -170,18 +178,36 @@ statement* statementParser::createNormalised(const textPiece& text, textPiece bo
 {
     if (body.empty())
         return nullptr;
+    std::size_t open = 0;
+    std::size_t close = 0;
     if (body.view().front() == L'{') {
         if (body.view().back() != L'}')
             throw errParsingException(text.counted());
+        open = body.start();
+        close = open + body.size() - 1;
         body = body.piece(withoutBlanks(body.view().substr(1, body.size() - 2)));
     }
 
     // A trailing semicolon adds no part.
-    const std::size_t semicolon = findSemicolon(body, 0);
+    partCutter parts(body, open, close);
+    const std::size_t semicolon = parts.next(0);
     if (semicolon != std::wstring_view::npos && semicolon + 1 < body.size())
-        return createBlock(body, semicolon, flags);
+        return createBlock(body, parts, semicolon, flags);
 
-    return createSingle(text, body, flags);
+    return createSingle(text, body, marks::head(body.view()), flags);
+}
+
+statement* statementParser::createCall(const textPiece& text, const marks::head& start, int flags) const
+{
+    const bracketPlaces& brackets = text.source().brackets();
+    // No semicolon can cut it.
+    if (!text.source().hasLineEnds() && !(start.marks & (marks::statementMark | marks::blank)) &&
+        brackets.isKept() &&
+        brackets.closingOfPlain(text.start() + start.size) + 1 == text.start() + text.size()) {
+        stack::check();
+        return createSingle(text, text, start, flags);
+    }
+    return createStatementFrom(text, flags);
 }
 
 // A part of a block. No semicolon cuts it, unless it is a block itself.
@@ -190,12 +216,15 @@ statement* statementParser::createPart(const textPiece& part, int flags) const
     stack::check();
     const textPiece body = part.piece(withoutBlanks(part.view()));
     return body.view().starts_with(L'{') ? createNormalised(part, body, flags)
-                                         : createSingle(part, body, flags);
+                                         : createSingle(part, body, marks::head(body.view()), flags);
 }
 
-statement* statementParser::createBlock(const textPiece& body, std::size_t semicolon, int flags) const
+// `semicolon` is the place of the first one.
+statement* statementParser::createBlock(const textPiece& body, partCutter& parts, std::size_t semicolon,
+                                        int flags) const
 {
     autoPtr<compoundstatement> block(new compoundstatement);
+    block->reserve(1 + parts.left() + (body.view().back() != L';'));
     for (std::size_t start = 0; start < body.size();) {
         const textPiece part = body.piece(body.view().substr(start, semicolon - start));
         if (!block->add(createPart(part, flags))) {
@@ -203,22 +232,23 @@ statement* statementParser::createBlock(const textPiece& body, std::size_t semic
             return nullptr;
         }
         start += part.size() + 1;
-        semicolon = findSemicolon(body, start);
+        semicolon = parts.next(start);
     }
     nameAfter(*block, body, statementText::form::asWritten);
     return block.release();
 }
 
-statement* statementParser::createSingle(const textPiece& text, const textPiece& body, int flags) const
+statement* statementParser::createSingle(const textPiece& text, const textPiece& body,
+                                         const marks::head& start, int flags) const
 {
-    const std::size_t open = body.view().find(L'(');
-    if (open == std::wstring_view::npos)
+    if (start.size == body.size())
         return nullptr;
     try {
-        const callHead head(body.view().substr(0, open));
-        const parameterSplitter splitter(body.piece(parameterText(body.view(), open)));
+        const callHead head(body.view(), start);
+        const parameterSplitter splitter(body, start.size);
         checkBalance(splitter, body);
-        if (statement* const made = ask({head.name(), head.types(), splitter.params(), flags})) {
+        const callText call{head.name(), head.types(), splitter.params(), flags};
+        if (statement* const made = ask(call, findBuiltin(call.name))) {
             nameAfter(*made, body, statementText::form::asWritten);
             return made;
         }
@@ -235,7 +265,8 @@ statement* statementParser::createVariable(const textPiece& name, int flags) con
     stack::check();
     const auto text = [&] { return textSlice(L"getvar(" + name.text() + L")"); };
     try {
-        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags})) {
+        static const builtin* const row = findBuiltin(L"getvar");
+        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags}, row)) {
             nameAfter(*made, name, statementText::form::variable);
             return made;
         }
@@ -247,20 +278,28 @@ statement* statementParser::createVariable(const textPiece& name, int flags) con
     throw errParsingException(text());
 }
 
-// Asks each module in turn; the first statement wins. One hashed look-up stands for the built-in modules, at
-// their place.
-statement* statementParser::ask(const callText& call) const
+// Asks each module in turn; the first statement wins. The row stands for the built-in modules, at their
+// place; null where they do not know the call.
+statement* statementParser::ask(const callText& call, const builtin* row) const
 {
     if (statement* const made = askModules(mpModules->before, call))
         return made;
-    const builtin* const row = findBuiltin(call.name);
     statement* const made = row ? row->create(call) : nullptr;
     return made ? made : askModules(mpModules->behind, call);
 }
 
 void statementParser::nameAfter(statement& made, const textPiece& piece, statementText::form how)
 {
-    made.mText.set(*piece.source().counted().buffer(), piece.start(), piece.size(), how);
+    if (!made.mText.canKeep(piece.start())) [[unlikely]]
+        return nameByText(made, piece, how);
+    made.mText.keep(piece.source().takeCount(), piece.start(), piece.size(), how);
+}
+
+// Not inline: next to no statement comes here.
+[[gnu::noinline]] void statementParser::nameByText(statement& made, const textPiece& piece,
+                                                   statementText::form how)
+{
+    made.mText.set(piece.view(), how);
 }
 
 } // namespace qx::script

@@ -4,6 +4,8 @@
 #include "qxScriptParser.h"
 #include "qxScriptSource.h"
 
+#include "qxFreeLists.h"
+
 #include <new>
 
 namespace qx::script
@@ -12,7 +14,7 @@ namespace qx::script
 namespace
 {
 
-class constantProvider final : public valueProvider
+class constantProvider final : public valueProvider, public fromFreeLists
 {
 public:
     explicit constantProvider(std::wstring_view text) : mText(std::wstring(text)) {}
@@ -30,7 +32,7 @@ private:
     string mText;
 };
 
-class statementProvider final : public valueProvider
+class statementProvider final : public valueProvider, public fromFreeLists
 {
 public:
     // A null statement fails each read.
@@ -67,16 +69,17 @@ valueProvider* makeFrom(statement* made, const textPiece& text)
     return new statementProvider(std::move(nested));
 }
 
-// True for a name that stays in one piece when `getvar(NAME)` is parsed.
-bool isPlainName(std::wstring_view name)
+// True for a name with these marks that stays in one piece when `getvar(NAME)` is parsed.
+bool isPlainName(std::wstring_view name, unsigned char marked)
 {
-    return name.front() > L' ' && name.back() > L' ' && name.find_first_of(L"(){};,<>\"\r\n") == name.npos;
+    return name.front() > L' ' && name.back() > L' ' &&
+           !(marked & (marks::statementMark | marks::parameterMark | marks::lineEnd));
 }
 
-valueProvider* makeFromVariable(const textPiece& name, int flags)
+valueProvider* makeFromVariable(const textPiece& name, unsigned char marked, int flags)
 {
     const statementParser& parser = *statementParser::instance();
-    if (isPlainName(name.view()))
+    if (isPlainName(name.view(), marked))
         return makeFrom(parser.createVariable(name, flags), name);
     sourceText call(L"getvar(" + name.text() + L")");
     return makeFrom(parser.createStatementFrom(textPiece(call), flags), name);
@@ -108,13 +111,15 @@ valueProvider* valueProvider::createFrom(const textPiece& text, int flags)
     if (view.empty())
         throw errParsingException(text.counted());
     const bool literal = isLiteral(view);
-    const bool call = !literal && view.find(L'(') != view.npos;
+    bool call = false;
     try {
         if (literal)
             return new constantProvider(view.size() == 1 ? std::wstring_view()
                                                          : view.substr(1, view.size() - 2));
-        return call ? makeFrom(statementParser::instance()->createStatementFrom(text, flags), text)
-                    : makeFromVariable(text, flags);
+        const marks::head start(view);
+        call = start.size < view.size();
+        return call ? makeFrom(statementParser::instance()->createCall(text, start, flags), text)
+                    : makeFromVariable(text, start.marks, flags);
     } catch (const std::bad_alloc&) {
         if (literal || call)
             throw outOfMemoryException();

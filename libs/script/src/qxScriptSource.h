@@ -2,31 +2,30 @@
 //
 // Parsing cuts pieces out of pieces, level by level. They borrow from one sourceText, which lives as long as
 // the outermost call that parses it; what outlives that (the texts of statements and failures) shares one
-// counted copy. The source also remembers where brackets close, so that a level steps over what it has nested
-// in it.
+// counted copy. The source also tells where brackets close, so that a level steps over what it has nested in
+// it.
 #pragma once
+
+#include "qxScriptMarks.h"
 
 #include "qxScString.h"
 #include "qxTextSlice.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace qx::script
 {
 
-// True for a text without blanks, line ends and capitals. Also false for some that are such.
-inline bool isWrittenPlainly(std::wstring_view text) noexcept
-{
-    for (const wchar_t c : text)
-        if (c <= L' ' || (c >= L'A' && c <= L'Z') || c >= 0x80)
-            return false;
-    return true;
-}
-
-// Where the brackets of a text close, as far as a walk has come across them. Places are offsets.
-class closingPlaces
+// Where the brackets and braces of a text close, and what cuts that which stands in them. Places are offsets
+// into the text.
+//
+// One walk over the whole text finds that out for all brackets that it comes to outside of strings. Where
+// such a bracket closes and what cuts it depends on nothing but the text from it on, so the walk of its own
+// statement would find the same. What is in strings is left to that.
+class bracketPlaces
 {
 public:
     // A bracket that a walk is inside of.
@@ -37,29 +36,49 @@ public:
         std::uint32_t marks; // semicolons and braces in front of it
     };
 
-    explicit closingPlaces(std::size_t textSize) noexcept : mTextSize(textSize) {}
+    // Nothing is known of a text that is too short to be worth it, or too long.
+    explicit bracketPlaces(std::wstring_view text);
 
-    // False for texts that are too short to be worth it, or too long: nothing is to be noted.
-    bool isKept() const noexcept { return mTextSize >= shortest && mTextSize < isPlain; }
+    bool isKept() const noexcept { return mSlots != nullptr; }
+    bool hasBackslashes() const noexcept { return mHasBackslashes; }
 
-    // The place where the bracket at `open` closes; 0 while nobody knows.
-    std::size_t of(std::size_t open) const noexcept { return mPlaces ? mPlaces[open] & ~isPlain : 0; }
+    // The following only where it is kept.
+
+    // The place where the bracket at `open` closes; 0 while nobody knows. The same of a brace, which closes
+    // there wherever a walk comes to it; 0 for one that never closes.
+    std::size_t closing(std::size_t open) const noexcept { return mSlots[open] & placeBits; }
     // The same of a bracket with neither semicolons nor braces in it; 0 for others.
-    std::size_t ofPlain(std::size_t open) const noexcept
+    std::size_t closingOfPlain(std::size_t open) const noexcept
     {
-        return mPlaces && mPlaces[open] & isPlain ? mPlaces[open] & ~isPlain : 0;
+        return mSlots[open] & isPlain ? mSlots[open] & placeBits : 0;
     }
-    void note(std::size_t open, std::size_t close, bool plain);
+    // What another walk has found out.
+    void note(std::size_t open, std::size_t close, bool plain) noexcept
+    {
+        mSlots[open] = static_cast<std::uint32_t>(close) | (plain ? isPlain : 0);
+    }
+    // True when the bracket or brace at `open` closes at `close` and it is known what cuts that which stands
+    // in it: the commas that a call is cut at and the semicolons of a block. The first is `cutBehind(close)`,
+    // and behind each comes the next; 0 where there is no other.
+    bool cutsAreKnown(std::size_t open, std::size_t close) const noexcept
+    {
+        return (mSlots[open] & ~isPlain) == (static_cast<std::uint32_t>(close) | hasCuts);
+    }
+    std::size_t cutBehind(std::size_t place) const noexcept { return mSlots[place]; }
 
     // For the one walk that is under way.
     std::vector<openBracket>& open() noexcept { return mOpen; }
 
 private:
     static constexpr std::uint32_t isPlain = 0x8000'0000u;
+    static constexpr std::uint32_t hasCuts = 0x4000'0000u;
+    static constexpr std::uint32_t placeBits = hasCuts - 1;
     static constexpr std::size_t shortest = 64;
 
-    std::size_t mTextSize;
-    std::unique_ptr<std::uint32_t[]> mPlaces; // by the place of the opening bracket; made when it is needed
+    void walk(std::wstring_view text);
+
+    std::unique_ptr<std::uint32_t[]> mSlots; // by the place of a bracket, a brace or what cuts
+    bool mHasBackslashes;
     std::vector<openBracket> mOpen;
 };
 
@@ -71,18 +90,46 @@ public:
     explicit sourceText(string&& text);
     sourceText(const sourceText&) = delete;
     sourceText& operator=(const sourceText&) = delete;
+    ~sourceText()
+    {
+        if (mCounts != 0)
+            mCounted.buffer()->release(mCounts);
+    }
 
     std::wstring_view view() const noexcept { return mView; }
     bool hasLineEnds() const noexcept { return mHasLineEnds; }
-    closingPlaces& closings() noexcept { return mClosings; }
+    // Found out at the first call.
+    bracketPlaces& brackets()
+    {
+        if (!mBrackets)
+            mBrackets.emplace(mView);
+        return *mBrackets;
+    }
 
     // The counted copy, made at the first call.
-    const textSlice& counted();
+    const textSlice& counted()
+    {
+        if (!mCounted.buffer()) [[unlikely]]
+            makeCounted();
+        return mCounted;
+    }
+    // Its text with a count for the caller.
+    const sharedText& takeCount()
+    {
+        if (mCounts == 0) [[unlikely]]
+            takeCounts();
+        --mCounts;
+        return *mCounted.buffer();
+    }
 
 private:
+    void makeCounted();
+    void takeCounts();
+
     std::wstring_view mView;
     textSlice mCounted; // empty until somebody wants it
-    closingPlaces mClosings;
+    uint mCounts = 0;   // of its text, taken in advance
+    std::optional<bracketPlaces> mBrackets;
     bool mHasLineEnds;
 };
 

@@ -1,4 +1,4 @@
-// The walks over the text of a statement. Most of the time of parsing goes by here.
+// The walks over the text of a statement.
 //
 // What lies in brackets that an earlier walk has seen close is stepped over, so that a text is not walked
 // anew at each level of its nesting. Where a bracket closes depends on nothing but the text from it on, since
@@ -6,94 +6,38 @@
 // the level that is.
 #include "qxScriptSplitter.h"
 
-#include <array>
-
 namespace qx::script
 {
-
-namespace
-{
-
-// What the walks stop at. A table: a comparison with each of these characters costs three times as much.
-enum mark : unsigned char
-{
-    statementMark = 1,
-    parameterMark = 2,
-    stringMark = 4
-};
-
-constexpr auto marks = [] {
-    std::array<unsigned char, 128> table{};
-    for (const char c : {';', '{', '}'})
-        table[static_cast<std::size_t>(c)] = statementMark | parameterMark | stringMark;
-    table['('] = statementMark | parameterMark;
-    for (const char c : {')', '<', '>', ',', ' ', '\t'})
-        table[static_cast<std::size_t>(c)] = parameterMark;
-    table['"'] = parameterMark | stringMark;
-    return table;
-}();
-
-bool is(wchar_t c, mark wanted) noexcept
-{
-    const auto code = static_cast<std::size_t>(c);
-    return code < marks.size() && (marks[code] & wanted) != 0;
-}
-
-constexpr bool isBlank(wchar_t c) noexcept
-{
-    return c == L' ' || c == L'\t';
-}
-
-} // namespace
-
-std::wstring_view withoutBlanks(std::wstring_view text) noexcept
-{
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 std::size_t findSemicolon(const textPiece& text, std::size_t from)
 {
     const std::wstring_view view = text.view();
-    closingPlaces& closings = text.source().closings();
-    const bool kept = closings.isKept();
+    const bracketPlaces& brackets = text.source().brackets();
+    const bool kept = brackets.isKept();
     const std::size_t start = text.start();
-    std::vector<closingPlaces::openBracket>& open = closings.open();
-    open.clear();
-    long depth = 0; // at least 0: the braces in `open` and no others
+    const std::size_t end = start + view.size();
+    long depth = 0; // in braces
     for (std::size_t i = from; i < view.size(); ++i) {
         const wchar_t c = view[i];
-        if (!is(c, statementMark))
+        if (!(marks::of(c) & (marks::bracket | marks::statementMark)))
             continue;
         if (c == L'(') {
-            const std::size_t close = closings.ofPlain(start + i);
-            if (close >= start + view.size())
+            const std::size_t close = kept ? brackets.closingOfPlain(start + i) : 0;
+            if (close >= end)
                 return view.npos;
             if (close != 0)
                 i = close - start;
         } else if (c == L'{') {
-            if (depth < 0 || !kept) {
+            if (depth < 0 || !kept) { // to step over it would miss what is in it at a depth of 0
                 ++depth;
                 continue;
             }
-            const std::size_t close = closings.of(start + i);
-            if (close >= start + view.size())
+            const std::size_t close = brackets.closing(start + i);
+            if (close == 0 || close >= end)
                 return view.npos; // all that follows is inside
-            if (close != 0) {
-                i = close - start;
-            } else {
-                ++depth;
-                open.push_back({static_cast<std::uint32_t>(start + i), 0, 0});
-            }
+            i = close - start;
         } else if (c == L'}') {
             --depth;
-            if (!open.empty()) {
-                closings.note(open.back().place, start + i, false);
-                open.pop_back();
-            }
         } else if (depth == 0) {
             return i;
         }
@@ -101,15 +45,58 @@ std::size_t findSemicolon(const textPiece& text, std::size_t from)
     return view.npos;
 }
 
-// One loop over the text, with its state in local variables: all parsing runs through it.
+partCutter::partCutter(const textPiece& body, std::size_t open, std::size_t close)
+    : mBody(body), mBrackets(body.source().brackets()),
+      mIsKnown(open != close && mBrackets.isKept() && mBrackets.cutsAreKnown(open, close)), mPlace(close)
+{}
+
+std::size_t partCutter::left() const noexcept
+{
+    std::size_t counted = 0;
+    if (mIsKnown)
+        for (std::size_t place = mPlace; place != 0 && (place = mBrackets.cutBehind(place)) != 0;)
+            ++counted;
+    return counted;
+}
+
+parameterSplitter::parameterSplitter(const textPiece& call, std::size_t open)
+{
+    const std::wstring_view view = call.view();
+    const std::size_t start = open + 1;
+    const std::size_t close = view.rfind(L')');
+    if (close == view.npos || close < start)
+        walk(call.piece(view.substr(start)));
+    else if (!cutAtCommas(call, open, close))
+        walk(call.piece(view.substr(start, close - start)));
+}
+
+// False where the commas are not known.
+bool parameterSplitter::cutAtCommas(const textPiece& call, std::size_t open, std::size_t close)
+{
+    const std::wstring_view view = call.view();
+    const bracketPlaces& brackets = call.source().brackets();
+    const std::size_t offset = call.start();
+    if (!brackets.isKept() || !brackets.cutsAreKnown(offset + open, offset + close))
+        return false;
+    std::size_t from = open + 1;
+    for (std::size_t comma = offset + close; (comma = brackets.cutBehind(comma)) != 0;) {
+        const std::size_t place = comma - offset;
+        emit(call.piece({view.data() + from, place - from}), true);
+        from = place + 1;
+    }
+    emit(call.piece({view.data() + from, close - from}), false);
+    return true;
+}
+
+// One loop over the text, with its state in local variables: what parses slowly does so here.
 // NOLINTNEXTLINE(readability-function-size)
-parameterSplitter::parameterSplitter(const textPiece& text)
+void parameterSplitter::walk(const textPiece& text)
 {
     const std::wstring_view view = text.view();
-    closingPlaces& closings = text.source().closings();
-    const bool kept = closings.isKept();
+    bracketPlaces& brackets = text.source().brackets();
+    const bool kept = brackets.isKept();
     const std::size_t offset = text.start();
-    std::vector<closingPlaces::openBracket>& open = closings.open();
+    std::vector<bracketPlaces::openBracket>& open = brackets.open();
     open.clear(); // at a depth of at least 0: as many as are open
     std::uint32_t seen = 0;
     bool atStart =
@@ -117,26 +104,22 @@ parameterSplitter::parameterSplitter(const textPiece& text)
     std::size_t start = 0;
     for (std::size_t i = 0; i < view.size(); ++i) {
         const wchar_t c = view[i];
+        const unsigned char found = marks::of(c);
         if (mInString) {
             // REQUIRED: a backslash behind a backslash escapes as well, so a string cannot end in one. Held
             // by splitterEscapes.
-            if (!is(c, stringMark))
-                continue;
-            if (c != L'"')
+            if (found == marks::statementMark)
                 ++seen;
-            else if (view[i - 1] != L'\\')
+            else if (c == L'"' && view[i - 1] != L'\\')
                 mInString = false;
             continue;
         }
-        if (!is(c, parameterMark)) {
-            atStart = false;
+        if (!(found & (marks::bracket | marks::statementMark | marks::parameterMark))) {
+            atStart = atStart && found == marks::blank;
             continue;
         }
         // A backslash means nothing here, so nothing is ever escaped.
         switch (c) {
-        case L' ':
-        case L'\t':
-            continue;
         case L',':
             if (mDepth == 0 && mAngle == 0) {
                 emit(text.piece(view.substr(start, i - start)), true);
@@ -147,13 +130,13 @@ parameterSplitter::parameterSplitter(const textPiece& text)
         case L'(':
             if (mDepth >= 0 && kept) {
                 const std::size_t place = offset + i;
-                const std::size_t close = closings.of(place);
+                const std::size_t close = brackets.closing(place);
                 if (close >= offset + view.size()) { // it stays open up to the end
                     ++mDepth;
                     return;
                 }
                 if (close != 0) {
-                    seen += closings.ofPlain(place) == 0;
+                    seen += brackets.closingOfPlain(place) == 0;
                     i = close - offset;
                     break;
                 }
@@ -165,9 +148,9 @@ parameterSplitter::parameterSplitter(const textPiece& text)
         case L')':
             --mDepth;
             if (!open.empty()) {
-                const closingPlaces::openBracket& opened = open.back();
+                const bracketPlaces::openBracket& opened = open.back();
                 if (opened.angle == mAngle) // else stepping over it would have an effect
-                    closings.note(opened.place, offset + i, opened.marks == seen);
+                    brackets.note(opened.place, offset + i, opened.marks == seen);
                 open.pop_back();
             }
             break;
@@ -189,18 +172,13 @@ parameterSplitter::parameterSplitter(const textPiece& text)
     emit(text.piece(view.substr(start)), false);
 }
 
-void parameterSplitter::emit(const textPiece& token, bool evenIfEmpty)
+void parameterSplitter::emitLiteral(const textPiece& literal)
 {
-    const std::wstring_view view = withoutBlanks(token.view());
-    if (view.empty() && !evenIfEmpty)
-        return;
-    const bool literal = !view.empty() && view.front() == L'"' && view.back() == L'"';
-    if (literal && view.find(L'\\') != view.npos && view.find(L"\\\"") != view.npos) {
-        string unescaped{std::wstring(view)};
-        unescaped.replace(L"\\\"", L"\"");
-        mParams.push(textPiece(*mUnescaped.emplace_back(new sourceText(std::move(unescaped)))));
-    } else
-        mParams.push(token.piece(view));
+    if (literal.view().find(L"\\\"") == std::wstring_view::npos)
+        return mParams.push(literal);
+    string unescaped = literal.text();
+    unescaped.replace(L"\\\"", L"\"");
+    mParams.push(textPiece(*mUnescaped.emplace_back(new sourceText(std::move(unescaped)))));
 }
 
 } // namespace qx::script

@@ -1,8 +1,6 @@
 // The texts of statements.
 #include "qxScriptStatementText.h"
 
-#include <algorithm>
-#include <limits>
 #include <memory>
 
 namespace qx::script
@@ -11,20 +9,19 @@ namespace qx::script
 namespace
 {
 
-constexpr std::size_t shownWhole = 128; // texts of fewer characters
 constexpr std::size_t shownOtherwise = 122;
 
 string shortened(string text)
 {
-    if (text.size() >= shownWhole)
+    if (text.size() >= statementText::shownWhole)
         text.erase(shownOtherwise).append(L" ...");
     return text;
 }
 
-// The text of a piece, of which no more than `shownWhole` characters count.
+// The text of a piece, of which no more than `statementText::shownWhole` characters count.
 string textOf(std::wstring_view piece, statementText::form how)
 {
-    string text{std::wstring(piece.substr(0, shownWhole))};
+    string text{std::wstring(piece.substr(0, statementText::shownWhole))};
     if (how == statementText::form::variable)
         text.insert(0, L"getvar(").push_back(L')');
     return shortened(std::move(text));
@@ -98,15 +95,9 @@ void statementText::set(std::wstring_view text)
     assign(shortened(string(std::wstring(text.substr(0, shownWhole)))));
 }
 
-void statementText::set(const sharedText& whole, std::size_t start, std::size_t size, form how)
+void statementText::set(std::wstring_view piece, form how)
 {
-    if (mWord.load(std::memory_order_relaxed) != 0 || start > std::numeric_limits<std::uint32_t>::max())
-        return assign(textOf(whole.view().substr(start, size), how));
-    mStart = static_cast<std::uint32_t>(start);
-    mLength = static_cast<std::uint8_t>(std::min(size, shownWhole));
-    mForm = how;
-    whole.addRef();
-    mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
+    assign(textOf(piece, how));
 }
 
 void statementText::assign(string text)

@@ -217,7 +217,9 @@ private:
 class scr_strcat final : public scriptbasestatement
 {
 public:
-    explicit scr_strcat(std::vector<ownedProvider> values) : mValues(std::move(values))
+    using providers = std::vector<ownedProvider, freeListAllocator<ownedProvider>>;
+
+    explicit scr_strcat(providers values) : mValues(std::move(values))
     {
         // An operand is found while all before it wait on the stack.
         unsigned depth = 0;
@@ -247,7 +249,7 @@ public:
     {
         if (call.params.size() < 2)
             refuse(L"strcat::createFrom: number of parameters < 2");
-        std::vector<ownedProvider> values;
+        providers values;
         values.reserve(call.params.size());
         for (std::size_t i = 0; i < call.params.size(); ++i)
             values.push_back(requireProvider(call, i, L"strcat::createFrom: error parsing \"%s\""));
@@ -270,7 +272,7 @@ private:
         return end ? std::copy(piece.begin(), piece.end(), end - piece.size()) - piece.size() : nullptr;
     }
 
-    std::vector<ownedProvider> mValues;
+    providers mValues;
 };
 
 // --- Table ---

@@ -27,6 +27,15 @@ inline uint interlockedDecrement(volatile uint* counter) noexcept
     return __atomic_sub_fetch(counter, 1u, __ATOMIC_ACQ_REL);
 }
 
+inline uint interlockedAdd(volatile uint* counter, uint added) noexcept
+{
+    return __atomic_add_fetch(counter, added, __ATOMIC_ACQ_REL);
+}
+inline uint interlockedSubtract(volatile uint* counter, uint taken) noexcept
+{
+    return __atomic_sub_fetch(counter, taken, __ATOMIC_ACQ_REL);
+}
+
 // The same for the 32-bit `long` and `unsigned long` of the system, whatever they are on the platform.
 template <class Counter>
 requires std::same_as<Counter, long32> || std::same_as<Counter, ulong32>

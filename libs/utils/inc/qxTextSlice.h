@@ -4,6 +4,7 @@
 // exists once.
 #pragma once
 
+#include "qxFreeLists.h"
 #include "qxLocks.h"
 #include "qxRefPtr.h"
 #include "qxString.h"
@@ -14,17 +15,17 @@ namespace qx
 {
 
 // A text that its users count: it ends with the last of them. Immutable, so several threads may read it.
-class sharedText
+class sharedText : public fromFreeLists
 {
 public:
     explicit sharedText(string text) noexcept : mText(std::move(text)) {}
 
     std::wstring_view view() const noexcept { return mText; }
 
-    void addRef() const noexcept { interlockedIncrement(&mUsers); }
-    void release() const noexcept
+    void addRef(uint count = 1) const noexcept { interlockedAdd(&mUsers, count); }
+    void release(uint count = 1) const noexcept
     {
-        if (interlockedDecrement(&mUsers) == 0)
+        if (interlockedSubtract(&mUsers, count) == 0)
             delete this;
     }
 

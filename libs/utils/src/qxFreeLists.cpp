@@ -1,8 +1,6 @@
 // Thread-caching free lists.
 #include "qxFreeLists.h"
 
-#include "qxExport.h"
-
 #include <cstdlib>
 
 namespace qx::freelists
@@ -24,8 +22,10 @@ constexpr bool cached = true;
 constexpr bool cached = true;
 #endif
 
+// The sizes of blocks are those that a heap with a word of its own before each block wastes nothing of.
 constexpr std::size_t granule = 16;
-constexpr std::size_t classes = 16; // up to 256 bytes
+constexpr std::size_t smallest = 24;
+constexpr std::size_t classes = 16; // up to 264 bytes
 constexpr unsigned keptPerClass = 256;
 
 struct block
@@ -37,9 +37,8 @@ struct block
 struct cache
 {
     block* heads[classes];
-    unsigned counts[classes];
-    bool registered;
-    bool closed;
+    unsigned room[classes]; // for how many more blocks; none before the first and after the end
+    bool isRegistered;
 };
 
 constinit QX_THREAD_LOCAL cache local = {};
@@ -56,13 +55,19 @@ struct drain
                 head = next;
             }
         }
-        local.closed = true;
+        for (unsigned& room : local.room)
+            room = 0;
     }
 };
 
 constexpr std::size_t classOf(std::size_t size)
 {
-    return size == 0 ? 0 : (size - 1) / granule;
+    return size <= smallest ? 0 : (size - smallest + granule - 1) / granule;
+}
+
+constexpr std::size_t sizeOf(std::size_t c)
+{
+    return smallest + c * granule;
 }
 
 } // namespace
@@ -74,26 +79,40 @@ void* take(std::size_t size) noexcept
         return std::malloc(size);
     if (block* const head = local.heads[c]) {
         local.heads[c] = head->next;
-        --local.counts[c];
+        ++local.room[c];
         return head;
     }
-    return std::malloc((c + 1) * granule);
+    return std::malloc(sizeOf(c));
 }
+
+namespace
+{
+
+// Gives back what has no room in the lists of the thread; the first time makes the room. Not inline, so that
+// `give` saves no registers.
+[[gnu::noinline]] void giveElsewhere(void* freed, std::size_t size) noexcept
+{
+    if (!cached || !freed || classOf(size) >= classes || local.isRegistered)
+        return std::free(freed);
+    thread_local drain atThreadEnd;
+    static_cast<void>(atThreadEnd);
+    local.isRegistered = true;
+    for (unsigned& room : local.room)
+        room = keptPerClass;
+    give(freed, size);
+}
+
+} // namespace
 
 void give(void* freed, std::size_t size) noexcept
 {
     const std::size_t c = classOf(size);
-    if (!cached || !freed || c >= classes || local.closed || local.counts[c] == keptPerClass)
-        return std::free(freed);
-    if (!local.registered) {
-        thread_local drain atThreadEnd;
-        static_cast<void>(atThreadEnd);
-        local.registered = true;
-    }
+    if (!freed || c >= classes || local.room[c] == 0)
+        return giveElsewhere(freed, size);
+    --local.room[c];
     auto* const head = static_cast<block*>(freed);
     head->next = local.heads[c];
     local.heads[c] = head;
-    ++local.counts[c];
 }
 
 } // namespace qx::freelists

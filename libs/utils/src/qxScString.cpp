@@ -12,6 +12,17 @@ namespace qx
 namespace
 {
 
+// Names are short: a call for the comparison would cost as much again.
+bool isSame(std::wstring_view a, std::wstring_view b) noexcept
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (a[i] != b[i])
+            return false;
+    return true;
+}
+
 struct entry
 {
     string text;
@@ -34,7 +45,7 @@ struct nameTable
         for (std::size_t i = hash;; ++i) {
             slot& candidate = slots[i & mask];
             const entry* const name = candidate.load(std::memory_order_acquire);
-            if (!name || (name->hash == hash && name->text == text))
+            if (!name || (name->hash == hash && isSame(name->text, text)))
                 return candidate;
         }
     }
@@ -53,7 +64,8 @@ public:
         return name ? &name->text : nullptr;
     }
 
-    const string* add(std::wstring_view text, std::size_t hash)
+    // Not inline, so that a look-up saves few registers.
+    [[gnu::noinline]] const string* add(std::wstring_view text, std::size_t hash)
     {
         const std::lock_guard adding(mMutex);
         if (const string* const name = find(text, hash)) // another thread was first
