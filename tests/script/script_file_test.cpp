@@ -81,7 +81,9 @@ TEST(scriptFile, linesOfAnyLength)
         for (const auto& [last, shown] : {std::pair("x", "x"), std::pair("\xe4", "ä")})
             for (const std::string behind : {"", "\r", "// \xe4", "// a"}) {
                 const std::string start(size - 1, 'a');
-                directory.write("f.qxscr", "scrdef a()\n \t    " + start + last + behind + "\nscrdef b()y");
+                std::string content = "scrdef a()\n \t    ";
+                content.append(start).append(last).append(behind).append("\nscrdef b()y");
+                directory.write("f.qxscr", content);
                 EXPECT_EQ(outline(qx::file(directory.name("f.qxscr"))),
                           "1 a  " + start + shown + "\n3 b  y\n")
                     << size << behind;

@@ -27,7 +27,7 @@ QXUTILS_API void give(void* freed, std::size_t size) noexcept;
 class fromFreeLists
 {
 public:
-    static void* operator new(std::size_t size)
+    static void* operator new(std::size_t size) // NOLINT(misc-new-delete-overloads): the sized delete matches
     {
         if (void* const storage = freelists::take(size))
             return storage;
