@@ -267,17 +267,9 @@ bool scrdefReader::readLine()
     return !isEmpty;
 }
 
-void scrdefReader::keepTexts()
-{
-    mKeepsTexts = true;
-    mTexts.reserve(mText.logicalLength());
-}
-
 bool scrdefReader::readText(std::wstring_view& text)
 {
-    if (!mKeepsTexts)
-        mTexts.clear();
-    const std::size_t start = mTexts.size();
+    mDefinition.clear();
     bool isOpen = false;
     while (mIsAhead || readLine()) {
         std::wstring_view content = mContent;
@@ -290,9 +282,9 @@ bool scrdefReader::readText(std::wstring_view& text)
             content.remove_prefix(definitionMark.size());
         }
         if (isOpen)
-            mTexts.append(content);
+            mDefinition.append(content);
     }
-    text = std::wstring_view(mTexts).substr(start);
+    text = mDefinition;
     return isOpen;
 }
 

@@ -44,11 +44,6 @@ public:
     void rewind();
     const file& source() const { return mSource; }
 
-    // Makes the reader keep the texts of all definitions that it reads from now on.
-    void keepTexts();
-    // Those texts, one behind the other.
-    const std::wstring& keptTexts() const { return mTexts; }
-
     // The next definition, without the word that opens it: its lines, joined. False when there is none. The
     // text may be empty; it is valid until the next call. Throws the bool value false for a byte that stands
     // for no character.
@@ -80,8 +75,7 @@ private:
     std::wstring_view mContent;  // what counts of the line that was read last; in one of these
     std::size_t mLineNumber = 0; // of that
     bool mIsAhead = false;       // that opens the next definition
-    std::wstring mTexts;         // of the definition that was read last, behind those that are kept
-    bool mKeepsTexts = false;
+    std::wstring mDefinition;    // that was read last
     std::size_t mDefinitionLine = 0;
 };
 

@@ -7,6 +7,7 @@
 
 #include "qxSystem.h"
 
+#include <exception>
 #include <unordered_map>
 
 namespace qx::script
@@ -103,33 +104,38 @@ void checkFunction(const file& scriptFile, const functionInfo& checked)
 std::size_t checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
                            const std::function<void(const functionInfo&, const exception&)>& failed)
 {
-    struct definitionText
+    struct failedLoad
     {
-        std::size_t start;
-        std::size_t size;
+        string name;
         std::size_t line;
+        std::exception_ptr failure;
     };
-    std::vector<definitionText> definitions;
+    std::vector<failedLoad> failures;
+    std::size_t count = 0;
     scriptFileInfo info;
+    scriptDefinition definition;
     scrdefReader reader = readerOf(scriptFile);
-    reader.keepTexts();
     readOutline(reader, info,
-                [&](std::wstring_view text, std::wstring_view name, std::size_t line, std::size_t redefines) {
-                    definitions.push_back({reader.keptTexts().size() - text.size(), text.size(), line});
+                [&](std::wstring_view text, std::wstring_view, std::size_t line, std::size_t redefines) {
+                    ++count;
+                    cutDefinition(text, definition);
                     if (redefines != 0)
-                        info.functions.push_back({string(std::wstring(name)), {}, {}, line, redefines});
+                        info.functions.push_back({definition.name, {}, {}, line, redefines});
+                    try {
+                        load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
+                    } catch (...) {
+                        failures.push_back({definition.name, line, std::current_exception()});
+                    }
                 });
     outlined(info);
-    scriptDefinition definition;
-    for (const definitionText& found : definitions) {
-        cutDefinition(std::wstring_view(reader.keptTexts()).substr(found.start, found.size), definition);
+    for (const failedLoad& found : failures) {
         try {
-            load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
+            std::rethrow_exception(found.failure);
         } catch (const exception& failure) {
-            failed({definition.name, {}, {}, found.line, 0}, failure);
+            failed({found.name, {}, {}, found.line, 0}, failure);
         }
     }
-    return definitions.size();
+    return count;
 }
 
 file locateScriptFile(const string& basePath, const string& fileName)
