@@ -100,8 +100,7 @@ void checkFunction(const file& scriptFile, const functionInfo& checked)
     load(scriptFile, checked.name, string(checked.body), checked.parameters);
 }
 
-std::size_t checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
-                           const std::function<void(const functionInfo&, const exception&)>& failed)
+std::size_t checkFunctions(const file& scriptFile, checkListener& listener)
 {
     struct definitionText
     {
@@ -119,14 +118,14 @@ std::size_t checkFunctions(const file& scriptFile, const std::function<void(cons
                     if (redefines != 0)
                         info.functions.push_back({string(std::wstring(name)), {}, {}, line, redefines});
                 });
-    outlined(info);
+    listener.outlined(info);
     scriptDefinition definition;
     for (const definitionText& found : definitions) {
         cutDefinition(std::wstring_view(reader.keptTexts()).substr(found.start, found.size), definition);
         try {
             load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
         } catch (const exception& failure) {
-            failed({definition.name, {}, {}, found.line, 0}, failure);
+            listener.failed({definition.name, {}, {}, found.line, 0}, failure);
         }
     }
     return definitions.size();
