@@ -14,7 +14,6 @@
 #include "qxScriptExport.h"
 
 #include <cstddef>
-#include <functional>
 #include <vector>
 
 namespace qx::script
@@ -54,14 +53,45 @@ QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
 // scriptFunctionNotFoundException for a body without a statement.
 QXSCRIPT_API void checkFunction(const file& scriptFile, const functionInfo& checked);
 
-// Both for all definitions of a file and without a copy of each, which takes half the time. Gives their
-// number. `outlined` is called first, with what listFunctions gives, but of the functions only those that
-// redefine, and of those neither parameters nor bodies. Then, in file order, `failed` is called for each
-// definition that does not load, with its name and line and what checkFunction throws. What the two throw
-// goes on. Throws as listFunctions does.
-QXSCRIPT_API std::size_t
-checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
-               const std::function<void(const functionInfo&, const exception&)>& failed);
+// What checkFunctions tells.
+class checkListener
+{
+public:
+    // First, what listFunctions gives, but of the functions only those that redefine, and of those neither
+    // parameters nor bodies.
+    virtual void outlined(const scriptFileInfo& info) = 0;
+    // Then, in file order, each definition that does not load, by its name and line, and what checkFunction
+    // throws.
+    virtual void failed(const functionInfo& function, const exception& failure) = 0;
+
+protected:
+    ~checkListener() = default;
+};
+
+// Lists and checks all definitions of a file, without a copy of each, which takes half the time. Gives their
+// number. What the listener throws goes on. Throws as listFunctions does.
+QXSCRIPT_API std::size_t checkFunctions(const file& scriptFile, checkListener& listener);
+
+// The same with a function for each thing that is told.
+template <class Outlined, class Failed>
+std::size_t checkFunctions(const file& scriptFile, const Outlined& outlined, const Failed& failed)
+{
+    struct calling final : checkListener
+    {
+        calling(const Outlined& onOutline, const Failed& onFailure) : mOutlined(onOutline), mFailed(onFailure)
+        {}
+        void outlined(const scriptFileInfo& info) override { mOutlined(info); }
+        void failed(const functionInfo& function, const exception& failure) override
+        {
+            mFailed(function, failure);
+        }
+
+        const Outlined& mOutlined;
+        const Failed& mFailed;
+    };
+    calling listener(outlined, failed);
+    return checkFunctions(scriptFile, listener);
+}
 
 // The file that code calls of this base path and file name run. Throws fileNotFoundException.
 QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileName);

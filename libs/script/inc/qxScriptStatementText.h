@@ -7,10 +7,8 @@
 #include "qxScriptExport.h"
 #include "qxTextSlice.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdint>
-#include <limits>
 
 namespace qx::script
 {
@@ -46,14 +44,13 @@ public:
     // True for an object that was not set and can keep a piece from there on in place of a text of its own.
     bool canKeep(std::size_t start) const noexcept
     {
-        return mWord.load(std::memory_order_relaxed) == 0 &&
-               start <= std::numeric_limits<std::uint32_t>::max();
+        return mWord.load(std::memory_order_relaxed) == 0 && start <= UINT32_MAX;
     }
     // A piece of `whole`, one count of which becomes this object's. Only where it can be kept.
     void keep(const sharedText& whole, std::size_t start, std::size_t size, form how) noexcept
     {
         mStart = static_cast<std::uint32_t>(start);
-        mLength = static_cast<std::uint8_t>(std::min(size, shownWhole));
+        mLength = static_cast<std::uint8_t>(size < shownWhole ? size : shownWhole);
         mForm = how;
         mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
     }

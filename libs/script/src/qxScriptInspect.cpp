@@ -101,8 +101,7 @@ void checkFunction(const file& scriptFile, const functionInfo& checked)
     load(scriptFile, checked.name, string(checked.body), checked.parameters);
 }
 
-std::size_t checkFunctions(const file& scriptFile, const std::function<void(const scriptFileInfo&)>& outlined,
-                           const std::function<void(const functionInfo&, const exception&)>& failed)
+std::size_t checkFunctions(const file& scriptFile, checkListener& listener)
 {
     struct failedLoad
     {
@@ -127,12 +126,12 @@ std::size_t checkFunctions(const file& scriptFile, const std::function<void(cons
                         failures.push_back({definition.name, line, std::current_exception()});
                     }
                 });
-    outlined(info);
+    listener.outlined(info);
     for (const failedLoad& found : failures) {
         try {
             std::rethrow_exception(found.failure);
         } catch (const exception& failure) {
-            failed({found.name, {}, {}, found.line, 0}, failure);
+            listener.failed({found.name, {}, {}, found.line, 0}, failure);
         }
     }
     return count;

@@ -18,7 +18,7 @@ namespace qx
 class sharedText : public fromFreeLists
 {
 public:
-    explicit sharedText(string text) noexcept : mText(std::move(text)) {}
+    explicit sharedText(string&& text) noexcept : mText(std::move(text)) {}
 
     std::wstring_view view() const noexcept { return mText; }
 
