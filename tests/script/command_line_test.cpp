@@ -129,18 +129,19 @@ TEST_F(commandLine, runsFunctionsCallsAndTexts)
 
 TEST_F(commandLine, checksAndListsFiles)
 {
-    const char* const outline =
-        "bad.qxscr:3: GOOD takes the place of the definition in line 1\n"
+    const std::string takesThePlace = "bad.qxscr:3: GOOD takes the place of the definition in line 1\n";
+    const std::string end =
         "bad.qxscr:4: a blank before the opening bracket ends the file: nothing from here on exists\n";
     const std::string failures =
-        std::string(outline) + "bad.qxscr:2: kind\n  Error parsing parametertype \"out\"\n";
+        "bad.qxscr:2: kind\n  Error parsing parametertype \"out\"\n" + takesThePlace + end;
+    const std::string outline = takesThePlace + end;
     const expectation cases[] = {
         {"check tools.qxscr sub/deep.qxscr", 0, "", ""},
         {"check bad.qxscr tools.qxscr", 1, "", failures.c_str()},
         {"check missing.qxscr tools.qxscr", 1, "", "File %/missing.qxscr not found!\n"},
         {"functions tools.qxscr", 0,
          "echo(in<string> text, in<string> other = \"-\")\nother(in a, in b)\nfail()\nnear()\n", ""},
-        {"functions bad.qxscr", 0, "good()\nkind(out<int> a)\nGOOD(in a)\n", outline},
+        {"functions bad.qxscr", 0, "good()\nkind(out<int> a)\nGOOD(in a)\n", outline.c_str()},
         {"statements IsOfType", 0,
          "isoftype<type>(value)\n"
          "Tells whether the value reads as this type, by itself or by conversion.\n"

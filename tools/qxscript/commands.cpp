@@ -110,25 +110,26 @@ string place(const string& name, std::size_t line)
     return name + L":" + std::to_wstring(line) + L": ";
 }
 
-// Reports what is wrong with the outline of a script file, and gives the number of reports.
-int reportOutline(const string& name, const script::scriptFileInfo& info)
+// These report what is wrong with the outline of a script file, and give the number of reports.
+int reportRedefinition(const string& name, const script::functionInfo& function)
 {
-    int reports = 0;
-    for (const script::functionInfo& function : info.functions) {
-        if (function.redefines != 0) {
-            printError(place(name, function.line) + function.name +
-                       L" takes the place of the definition in line " + std::to_wstring(function.redefines));
-            ++reports;
-        }
+    if (function.redefines == 0) {
+        return 0;
     }
-    if (info.end != script::scriptFileEnd::complete) {
-        const bool isBlank = info.end == script::scriptFileEnd::blankInName;
-        printError(place(name, info.endLine) +
-                   (isBlank ? L"a blank before the opening bracket" : L"an empty definition") +
-                   L" ends the file: nothing from here on exists");
-        ++reports;
+    printError(place(name, function.line) + function.name + L" takes the place of the definition in line " +
+               std::to_wstring(function.redefines));
+    return 1;
+}
+int reportEnd(const string& name, const script::scriptFileInfo& info)
+{
+    if (info.end == script::scriptFileEnd::complete) {
+        return 0;
     }
-    return reports;
+    const bool isBlank = info.end == script::scriptFileEnd::blankInName;
+    printError(place(name, info.endLine) +
+               (isBlank ? L"a blank before the opening bracket" : L"an empty definition") +
+               L" ends the file: nothing from here on exists");
+    return 1;
 }
 
 // Gives the number of failures, each of which is reported.
@@ -139,13 +140,16 @@ int checkFile(const string& name)
         throw qx::fileNotFoundException(scriptFile);
     }
     int failures = 0;
-    script::checkFunctions(
-        scriptFile, [&](const script::scriptFileInfo& info) { failures = reportOutline(name, info); },
-        [&](const script::functionInfo& function, const qx::exception& failure) {
-            printError(place(name, function.line) + function.name);
-            printFailure(failure, 1);
-            ++failures;
+    const script::scriptFileInfo info = script::checkFunctions(
+        scriptFile, [&](const script::functionInfo& function, const qx::exception* failure) {
+            failures += reportRedefinition(name, function);
+            if (failure) {
+                printError(place(name, function.line) + function.name);
+                printFailure(*failure, 1);
+                ++failures;
+            }
         });
+    failures += reportEnd(name, info);
     return failures;
 }
 
@@ -234,7 +238,10 @@ int showFunctions(const string& name)
     for (const script::functionInfo& function : info.functions) {
         printLine(function.name + shownParameters(function));
     }
-    reportOutline(name, info);
+    for (const script::functionInfo& function : info.functions) {
+        reportRedefinition(name, function);
+    }
+    reportEnd(name, info);
     return 0;
 }
 

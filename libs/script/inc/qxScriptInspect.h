@@ -1,9 +1,9 @@
 // For tools: what script files hold, whether it can be loaded, and which statements there are.
 //
 //     qx::script::checkFunctions(
-//         scripts, [](const qx::script::scriptFileInfo&) {},
-//         [](const qx::script::functionInfo& found, const qx::exception& failure) {
-//             show(found.name, found.line, failure.messages());
+//         scripts, [](const qx::script::functionInfo& found, const qx::exception* failure) {
+//             if (failure)
+//                 show(found.name, found.line, failure->messages());
 //         });
 //
 // Nothing here runs a script or touches the cache of codeManager.
@@ -53,44 +53,40 @@ QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
 // scriptFunctionNotFoundException for a body without a statement.
 QXSCRIPT_API void checkFunction(const file& scriptFile, const functionInfo& checked);
 
-// What checkFunctions tells.
+// Who is told of each definition that checkFunctions comes to.
 class checkListener
 {
 public:
-    // First, what listFunctions gives, but of the functions only those that redefine, and of those neither
-    // parameters nor bodies.
-    virtual void outlined(const scriptFileInfo& info) = 0;
-    // Then, in file order, each definition that does not load, by its name and line, and what checkFunction
-    // throws.
-    virtual void failed(const functionInfo& function, const exception& failure) = 0;
+    // `function` has neither parameters nor a body; `failure` is what checkFunction throws, null where the
+    // definition loads.
+    virtual void checked(const functionInfo& function, const exception* failure) = 0;
 
 protected:
     ~checkListener() = default;
 };
 
-// Lists and checks all definitions of a file, without a copy of each, which takes half the time. Gives their
-// number. What the listener throws goes on. Throws as listFunctions does.
-QXSCRIPT_API std::size_t checkFunctions(const file& scriptFile, checkListener& listener);
+// Lists and checks the definitions of a file as it reads them, in file order, without a copy of each: in half
+// the time, and with little memory. Gives what listFunctions does, but no functions. What the listener throws
+// goes on. Throws as listFunctions does, after it has told of the definitions in front of what cannot be
+// read.
+QXSCRIPT_API scriptFileInfo checkFunctions(const file& scriptFile, checkListener& listener);
 
-// The same with a function for each thing that is told.
-template <class Outlined, class Failed>
-std::size_t checkFunctions(const file& scriptFile, const Outlined& outlined, const Failed& failed)
+// The same with a function in place of the listener.
+template <class Told>
+scriptFileInfo checkFunctions(const file& scriptFile, const Told& told)
 {
-    struct calling final : checkListener
+    struct telling final : checkListener
     {
-        calling(const Outlined& onOutline, const Failed& onFailure) : mOutlined(onOutline), mFailed(onFailure)
-        {}
-        void outlined(const scriptFileInfo& info) override { mOutlined(info); }
-        void failed(const functionInfo& function, const exception& failure) override
+        explicit telling(const Told& whom) : mTold(whom) {}
+        void checked(const functionInfo& function, const exception* failure) override
         {
-            mFailed(function, failure);
+            mTold(function, failure);
         }
 
-        const Outlined& mOutlined;
-        const Failed& mFailed;
+        const Told& mTold;
     };
-    calling listener(outlined, failed);
-    return checkFunctions(scriptFile, listener);
+    telling listener(told);
+    return checkFunctions(scriptFile, static_cast<checkListener&>(listener));
 }
 
 // The file that code calls of this base path and file name run. Throws fileNotFoundException.

@@ -7,7 +7,6 @@
 
 #include "qxSystem.h"
 
-#include <exception>
 #include <unordered_map>
 
 namespace qx::script
@@ -47,30 +46,35 @@ scrdefReader readerOf(const file& scriptFile)
     return scrdefReader(std::move(content), scriptFile);
 }
 
-// Reads all definitions. `use` is given the text of each, its name, its line, and the line of the definition
-// whose place it takes; what is given is valid during the call.
-template <class Use>
-void readOutline(scrdefReader& reader, scriptFileInfo& info, const Use& use)
+definitionResult readNext(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name)
 {
     try {
-        std::unordered_map<string, std::size_t> lines; // of the last definition of each name
-        string lowered;
-        std::wstring_view text;
-        std::wstring_view name;
-        definitionResult result = readDefinition(reader, text, name);
-        for (; result == definitionResult::read; result = readDefinition(reader, text, name)) {
-            lowered.assign(name);
-            std::size_t& line = lines[lowered.toLower()];
-            use(text, name, reader.lineNumber(), line);
-            line = reader.lineNumber();
-        }
-        if (result != definitionResult::atEnd) {
-            info.end = result == definitionResult::blankInName ? scriptFileEnd::blankInName
-                                                               : scriptFileEnd::withoutText;
-            info.endLine = reader.lineNumber();
-        }
+        return readDefinition(reader, text, name);
     } catch (bool) { // a byte that stands for no character
         throw readFileException(reader.source(), nullptr);
+    }
+}
+
+// Reads all definitions. `use` is given the text of each, its line, and the line of the definition whose
+// place it takes; what is given is valid during the call.
+template <class Use>
+void readAll(scrdefReader& reader, scriptFileInfo& info, const Use& use)
+{
+    std::unordered_map<string, std::size_t> lines; // of the last definition of each name
+    string lowered;
+    std::wstring_view text;
+    std::wstring_view name;
+    definitionResult result = readNext(reader, text, name);
+    for (; result == definitionResult::read; result = readNext(reader, text, name)) {
+        lowered.assign(name);
+        std::size_t& line = lines[lowered.toLower()];
+        use(text, reader.lineNumber(), line);
+        line = reader.lineNumber();
+    }
+    if (result != definitionResult::atEnd) {
+        info.end =
+            result == definitionResult::blankInName ? scriptFileEnd::blankInName : scriptFileEnd::withoutText;
+        info.endLine = reader.lineNumber();
     }
 }
 
@@ -86,13 +90,12 @@ scriptFileInfo listFunctions(const file& scriptFile)
 {
     scriptFileInfo info;
     scrdefReader reader = readerOf(scriptFile);
-    readOutline(reader, info,
-                [&](std::wstring_view text, std::wstring_view, std::size_t line, std::size_t redefines) {
-                    scriptDefinition definition;
-                    cutDefinition(text, definition);
-                    info.functions.push_back({std::move(definition.name), std::move(definition.parameters),
-                                              std::move(definition.body), line, redefines});
-                });
+    readAll(reader, info, [&](std::wstring_view text, std::size_t line, std::size_t redefines) {
+        scriptDefinition definition;
+        cutDefinition(text, definition);
+        info.functions.push_back({std::move(definition.name), std::move(definition.parameters),
+                                  std::move(definition.body), line, redefines});
+    });
     return info;
 }
 
@@ -101,40 +104,25 @@ void checkFunction(const file& scriptFile, const functionInfo& checked)
     load(scriptFile, checked.name, string(checked.body), checked.parameters);
 }
 
-std::size_t checkFunctions(const file& scriptFile, checkListener& listener)
+scriptFileInfo checkFunctions(const file& scriptFile, checkListener& listener)
 {
-    struct failedLoad
-    {
-        string name;
-        std::size_t line;
-        std::exception_ptr failure;
-    };
-    std::vector<failedLoad> failures;
-    std::size_t count = 0;
     scriptFileInfo info;
     scriptDefinition definition;
+    functionInfo found;
     scrdefReader reader = readerOf(scriptFile);
-    readOutline(reader, info,
-                [&](std::wstring_view text, std::wstring_view, std::size_t line, std::size_t redefines) {
-                    ++count;
-                    cutDefinition(text, definition);
-                    if (redefines != 0)
-                        info.functions.push_back({definition.name, {}, {}, line, redefines});
-                    try {
-                        load(scriptFile, definition.name, std::move(definition.body), definition.parameters);
-                    } catch (...) {
-                        failures.push_back({definition.name, line, std::current_exception()});
-                    }
-                });
-    listener.outlined(info);
-    for (const failedLoad& found : failures) {
+    readAll(reader, info, [&](std::wstring_view text, std::size_t line, std::size_t redefines) {
+        cutDefinition(text, definition);
+        found.name.swap(definition.name);
+        found.line = line;
+        found.redefines = redefines;
         try {
-            std::rethrow_exception(found.failure);
+            load(scriptFile, found.name, std::move(definition.body), definition.parameters);
         } catch (const exception& failure) {
-            listener.failed({found.name, {}, {}, found.line, 0}, failure);
+            return listener.checked(found, &failure);
         }
-    }
-    return count;
+        listener.checked(found, nullptr);
+    });
+    return info;
 }
 
 file locateScriptFile(const string& basePath, const string& fileName)
