@@ -7,7 +7,6 @@
 #include "qxScriptExport.h"
 #include "qxTextSlice.h"
 
-#include <atomic>
 #include <cstdint>
 
 namespace qx::script
@@ -42,17 +41,14 @@ public:
     void set(std::wstring_view piece, form how);
 
     // True for an object that was not set and can keep a piece from there on in place of a text of its own.
-    bool canKeep(std::size_t start) const noexcept
-    {
-        return mWord.load(std::memory_order_relaxed) == 0 && start <= UINT32_MAX;
-    }
+    bool canKeep(std::size_t start) const noexcept { return mWord == 0 && start <= UINT32_MAX; }
     // A piece of `whole`, one count of which becomes this object's. Only where it can be kept.
     void keep(const sharedText& whole, std::size_t start, std::size_t size, form how) noexcept
     {
         mStart = static_cast<std::uint32_t>(start);
         mLength = static_cast<std::uint8_t>(size < shownWhole ? size : shownWhole);
         mForm = how;
-        mWord.store(reinterpret_cast<std::uintptr_t>(&whole), std::memory_order_relaxed);
+        mWord = reinterpret_cast<std::uintptr_t>(&whole);
     }
 
 private:
@@ -66,7 +62,10 @@ private:
     static const sharedText* wholeIn(std::uintptr_t word) noexcept;
     void assign(string text);
 
-    mutable std::atomic<std::uintptr_t> mWord{0};
+    // Read and exchanged atomically by those that may not be alone.
+    std::uintptr_t word() const noexcept { return __atomic_load_n(&mWord, __ATOMIC_ACQUIRE); }
+
+    mutable std::uintptr_t mWord = 0;
     std::uint32_t mStart = 0;
     std::uint8_t mLength = 0; // of the piece, no more than is ever shown
     form mForm = form::asWritten;

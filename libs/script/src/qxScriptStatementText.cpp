@@ -51,10 +51,10 @@ const sharedText* statementText::wholeIn(std::uintptr_t word) noexcept
 statementText::statementText(const statementText& other)
     : mStart(other.mStart), mLength(other.mLength), mForm(other.mForm)
 {
-    const std::uintptr_t word = other.mWord.load(std::memory_order_acquire);
+    const std::uintptr_t word = other.word();
     if (const sharedText* const whole = wholeIn(word)) {
         whole->addRef();
-        mWord.store(reinterpret_cast<std::uintptr_t>(whole), std::memory_order_relaxed);
+        mWord = reinterpret_cast<std::uintptr_t>(whole);
     } else if (const shownText* const made = shownIn(word)) {
         assign(made->text);
     }
@@ -62,32 +62,31 @@ statementText::statementText(const statementText& other)
 
 statementText::~statementText()
 {
-    const std::uintptr_t word = mWord.load(std::memory_order_relaxed);
-    if (word & shownMark)
-        delete shownIn(word);
-    else if (word != 0)
-        wholeIn(word)->release();
+    if (mWord & shownMark)
+        delete shownIn(mWord);
+    else if (mWord != 0)
+        wholeIn(mWord)->release();
 }
 
 const string& statementText::shown() const
 {
-    std::uintptr_t word = mWord.load(std::memory_order_acquire);
-    if (!shownIn(word)) {
+    std::uintptr_t current = word();
+    if (!shownIn(current)) {
         auto made = std::make_unique<shownText>();
-        if (const sharedText* const whole = wholeIn(word))
+        if (const sharedText* const whole = wholeIn(current))
             made->text = textOf(whole->view().substr(mStart, mLength), mForm);
         const std::uintptr_t marked = reinterpret_cast<std::uintptr_t>(made.get()) | shownMark;
-        // Where another thread comes first, what it made counts, and `word` becomes that.
-        made->whole = refPtr<const sharedText>(wholeIn(word));
-        if (mWord.compare_exchange_strong(word, marked, std::memory_order_acq_rel,
-                                          std::memory_order_acquire)) {
+        made->whole = refPtr<const sharedText>(wholeIn(current));
+        // Where another thread comes first, what it made counts, and `current` becomes that.
+        if (__atomic_compare_exchange_n(&mWord, &current, marked, false, __ATOMIC_ACQ_REL,
+                                        __ATOMIC_ACQUIRE)) {
             if (const sharedText* const whole = made->whole.get())
                 whole->release(); // the word's own count
-            word = marked;
+            current = marked;
             static_cast<void>(made.release()); // the word has it now
         }
     }
-    return shownIn(word)->text;
+    return shownIn(current)->text;
 }
 
 void statementText::set(std::wstring_view text)
@@ -102,17 +101,17 @@ void statementText::set(std::wstring_view piece, form how)
 
 void statementText::assign(string text)
 {
-    const std::uintptr_t word = mWord.load(std::memory_order_relaxed);
-    if (shownText* const made = shownIn(word)) {
+    if (shownText* const made = shownIn(mWord)) {
         made->text.swap(text);
         made->whole = refPtr<const sharedText>();
         return;
     }
     auto made = std::make_unique<shownText>();
     made->text.swap(text);
-    mWord.store(reinterpret_cast<std::uintptr_t>(made.release()) | shownMark, std::memory_order_relaxed);
-    if (word != 0)
-        wholeIn(word)->release();
+    const sharedText* const before = wholeIn(mWord);
+    mWord = reinterpret_cast<std::uintptr_t>(made.release()) | shownMark;
+    if (before)
+        before->release();
 }
 
 } // namespace qx::script
