@@ -1,6 +1,8 @@
 // The one table through which the engine knows its modules.
 #include "qxScriptModules.h"
 
+#include "qxTextView.h"
+
 #include <cstdint>
 
 namespace qx::script
@@ -69,20 +71,9 @@ private:
         hash *= 0x9E37'79B1u;
         for (hash >>= 32 - slotBits;; hash = (hash + 1) % slotCount) {
             slot& candidate = mSlots[hash];
-            if (!candidate.row || isSame(candidate.name, name))
+            if (!candidate.row || isSameShort(candidate.name, name))
                 return candidate;
         }
-    }
-
-    // Names are short: a call for the comparison would cost as much again.
-    static bool isSame(std::wstring_view a, std::wstring_view b) noexcept
-    {
-        if (a.size() != b.size())
-            return false;
-        for (std::size_t i = 0; i < a.size(); ++i)
-            if (a[i] != b[i])
-                return false;
-        return true;
     }
 
     slot mSlots[slotCount];

@@ -25,6 +25,17 @@ inline std::wstring_view trimmed(std::wstring_view text, std::wstring_view chara
     return text;
 }
 
+// Equality of texts as short as names are: a call for the comparison would cost as much again.
+inline bool isSameShort(std::wstring_view a, std::wstring_view b) noexcept
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (a[i] != b[i])
+            return false;
+    return true;
+}
+
 // Whether the pattern fits the whole text: `*` stands for any characters, `?` for one.
 QXUTILS_API bool fitsPattern(std::wstring_view text, std::wstring_view pattern);
 

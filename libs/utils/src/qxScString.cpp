@@ -1,6 +1,8 @@
 // The table of names.
 #include "qxScString.h"
 
+#include "qxTextView.h"
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -11,17 +13,6 @@ namespace qx
 
 namespace
 {
-
-// Names are short: a call for the comparison would cost as much again.
-bool isSame(std::wstring_view a, std::wstring_view b) noexcept
-{
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (a[i] != b[i])
-            return false;
-    return true;
-}
 
 struct entry
 {
@@ -45,7 +36,7 @@ struct nameTable
         for (std::size_t i = hash;; ++i) {
             slot& candidate = slots[i & mask];
             const entry* const name = candidate.load(std::memory_order_acquire);
-            if (!name || (name->hash == hash && isSame(name->text, text)))
+            if (!name || (name->hash == hash && isSameShort(name->text, text)))
                 return candidate;
         }
     }
