@@ -26,9 +26,6 @@ template <class Char>
 std::basic_string_view<Char> withoutBlanksAndComment(std::basic_string_view<Char> line)
 {
     constexpr Char slash = '/';
-    if constexpr (sizeof(Char) == 1)
-        while (line.starts_with("    ")) // one comparison: most lines are indented by fours
-            line.remove_prefix(4);
     while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
         line.remove_prefix(1);
     for (std::size_t at = line.find(slash); at != line.npos; at = line.find(slash, at + 1))

@@ -4,7 +4,6 @@
 #include "qxScriptBase.h"
 #include "qxScriptBasePath.h"
 #include "qxScriptContext.h"
-#include "qxScriptEpoch.h"
 #include "qxScriptException.h"
 #include "qxScriptParser.h"
 #include "qxScriptScope.h"
@@ -115,10 +114,8 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
         genericSet::entry* const returned = scope::returned(*root);
         if (returned && !returned->isShared())
             result = std::move(returned->value());
-        else if (returned) {
-            epoch::move(); // others may have written it
-            result = returned->value();
-        }
+        else
+            copyReturned(context, result);
         return;
     }
     copyReturned(context, result);

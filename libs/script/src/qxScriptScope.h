@@ -39,18 +39,9 @@ public:
     static genericValue* ownVariable(codecontext& context, const scString& name) noexcept
     {
         scriptcontext* const root = context.mpPlainRoot;
-        if (!root) [[unlikely]]
-            return nullptr;
-        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
-            if (block->mVariables.isIndexed()) [[unlikely]]
-                return nullptr;
-            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
-                return local->own();
-        }
-        if (root->mParameters.isIndexed()) [[unlikely]]
-            return nullptr;
-        genericSet::entry* const given = root->mParameters.findByWalk(name);
-        return given ? given->own() : nullptr;
+        bool isIndexed = false;
+        genericSet::entry* const found = root ? findByWalk(context, *root, name, isIndexed) : nullptr;
+        return found ? found->own() : nullptr;
     }
 
     // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this
@@ -58,18 +49,11 @@ public:
     static genericSet::entry* variable(codecontext& context, scriptcontext& root,
                                        const scString& name) noexcept
     {
-        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
-            if (block->mVariables.isEmpty())
-                continue;
-            if (block->mVariables.isIndexed()) [[unlikely]]
-                return variableIndexed(context, root, name);
-            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
-                return local;
-        }
-        if (root.mParameters.isIndexed()) [[unlikely]]
+        bool isIndexed = false;
+        if (genericSet::entry* const found = findByWalk(context, root, name, isIndexed))
+            return found;
+        if (isIndexed) [[unlikely]]
             return variableIndexed(context, root, name);
-        if (genericSet::entry* const given = root.mParameters.findByWalk(name))
-            return given;
         return root.mpGlobalVariables ? globalIndexed(root, name) : nullptr;
     }
     static genericSet::entry* parameter(scriptcontext& root, const scString& name) noexcept
@@ -105,6 +89,20 @@ public:
     static constexpr unsigned bitOf(raised what) noexcept { return 1u << static_cast<unsigned>(what); }
 
 private:
+    // Among the locals and the parameters, up to a set that is indexed.
+    [[gnu::always_inline]] static genericSet::entry*
+    findByWalk(codecontext& context, scriptcontext& root, const scString& name, bool& isIndexed) noexcept
+    {
+        for (codecontext* block = &context; block; block = block->mpOuterBlock) {
+            isIndexed = block->mVariables.isIndexed();
+            if (isIndexed) [[unlikely]]
+                return nullptr;
+            if (genericSet::entry* const local = block->mVariables.findByWalk(name))
+                return local;
+        }
+        isIndexed = root.mParameters.isIndexed();
+        return isIndexed ? nullptr : root.mParameters.findByWalk(name);
+    }
     static scriptcontext* findPlainRoot(codecontext& context) noexcept;
     static genericSet::entry* variableIndexed(codecontext& context, scriptcontext& root,
                                               const scString& name) noexcept;

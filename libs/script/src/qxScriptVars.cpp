@@ -200,7 +200,7 @@ public:
             if (written != cell::refused)
                 return cell::access::store(*own, written);
         }
-        runOtherwise(context, own && w == cell::refused);
+        runOtherwise(context);
     }
 
     static statement* create(const callText& call) { return new setVariable(call); }
@@ -214,14 +214,13 @@ private:
         return storage;
     }
 
-    // Not inline, so that what occurs most saves fewer registers. A value that is known not to be small is
-    // not asked for it again.
-    [[gnu::noinline]] void runOtherwise(codecontext& context, bool isNotSmall) const
+    // Not inline, so that what occurs most saves fewer registers.
+    [[gnu::noinline]] void runOtherwise(codecontext& context) const
     {
         genericSet::entry* const variable = entryOf(context, Scope, mName);
         if (!variable)
             write(context, *requireStorage(context));
-        else if (!writeShort(context, *variable, isNotSmall))
+        else if (!writeShort(context, *variable))
             write(context, genericSet::hold(*variable).value());
     }
 
@@ -233,10 +232,10 @@ private:
     }
 
     // A small value comes about without an effect, so nothing can tell when it was found out.
-    bool writeShort(codecontext& context, genericSet::entry& variable, bool isNotSmall) const
+    bool writeShort(codecontext& context, genericSet::entry& variable) const
     {
         const shortOperand& value = mpValue.shortCut();
-        const cell::word w = isNotSmall ? cell::refused : value.smallValue(context);
+        const cell::word w = value.smallValue(context);
         if (w != cell::refused)
             return writeSmall(variable, w, value.keepsType());
         return value.givesText() && mayTakeText(variable, value.keepsType()) && writeText(context, variable);
@@ -273,8 +272,6 @@ public:
     }
     bool textValue(codecontext& context, textScratch& text) const override
     {
-        if (const genericValue* const own = ownVariable<Scope>(context, mName))
-            return text.showInPlace(*own);
         genericSet::entry* const variable = entryOf(context, Scope, mName);
         return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
                                                  : text.showInPlace(variable->value()));

@@ -88,6 +88,7 @@ public:
     // flag makes no difference to what is stored. True when the value is stored.
     bool setGenericValue(const scString& name, const qx::genericValue& value, bool)
     {
+        // A new name where there is room, which is what occurs most, without a call.
         if (mpIndex || mCount == mCapacity || findByWalk(name))
             return storeOtherwise(name, value);
         new (mpEntries + mCount) entry(name, value);
