@@ -377,6 +377,69 @@ TEST(conversion, addedConvertersComeFirst)
     EXPECT_FALSE(conversions.exists(typeid(bool), typeid(hostType)));
 }
 
+namespace
+{
+
+// A converter that gives 99, or refuses, and counts how often it was asked.
+template <class From, class To>
+class hostsConverter
+{
+public:
+    explicit hostsConverter(bool refuses = false)
+    {
+        asked = 0;
+        mRefuses = refuses;
+        typeConversionManager::instance().add(&mConverter);
+    }
+    hostsConverter(const hostsConverter&) = delete;
+    hostsConverter& operator=(const hostsConverter&) = delete;
+    ~hostsConverter() { typeConversionManager::instance().remove(&mConverter); }
+
+    inline static int asked = 0;
+
+private:
+    static bool convert(void* to, const void*, int, char*)
+    {
+        ++asked;
+        if (!mRefuses)
+            *static_cast<To*>(to) = To(99);
+        return !mRefuses;
+    }
+
+    inline static bool mRefuses = false;
+    qx::typeconvert::typeConverter<From, To> mConverter{convert};
+};
+
+template <class To>
+void expectAskedForEveryValue()
+{
+    const auto reads = [](const genericValue& value) {
+        To read{};
+        return value.getValue(read) && read == To(99);
+    };
+    const hostsConverter<string, To> ofText;
+    for (const wchar_t* text : {L"12", L"012", L"x12", L"-1"})
+        EXPECT_TRUE(reads(genericValue(string(text)))) << typeid(To).name() << string(text).utf8();
+    const hostsConverter<short, To> ofNumber;
+    EXPECT_TRUE(reads(genericValue(short(5)))) << typeid(To).name();
+}
+
+} // namespace
+
+TEST(conversion, addedConvertersAreAskedForEveryValueAndOnce)
+{
+    expectAskedForEveryValue<int>();
+    expectAskedForEveryValue<qx::uint>();
+    expectAskedForEveryValue<qx::long32>();
+    expectAskedForEveryValue<double>();
+    for (const wchar_t* text : {L"12", L"x12"}) { // the library's own conversion knows the first
+        const hostsConverter<string, int> refusing(true);
+        genericValue written(5);
+        EXPECT_EQ(written.setValue(string(text)), text[0] == L'1');
+        EXPECT_EQ(refusing.asked, 1) << string(text).utf8();
+    }
+}
+
 TEST(conversion, plainPairsOfHosts)
 {
     short small = 0;

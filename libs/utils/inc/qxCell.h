@@ -261,8 +261,8 @@ inline bool read(word w, T& out)
 }
 
 // The word of `w` converted into the type that `like` holds, as a write into a value does. `refused` where it
-// does not convert or where the result is not small; `like` is small.
-QXUTILS_API word convertedLike(word like, word w);
+// does not convert, where the result is not small and where memory runs out; `like` is small.
+QXUTILS_API word convertedLike(word like, word w) noexcept;
 
 // --- The word of a value ---
 
@@ -353,6 +353,11 @@ inline bool shortCutsAllowed() noexcept
 inline bool isTraced() noexcept
 {
     return longWayReasons.load(std::memory_order_relaxed) & longWayTraced;
+}
+// False where the conversion manager has to be asked, even between small values.
+inline bool onlyOwnConversions() noexcept
+{
+    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
 }
 inline void setLongWay(longWay reason, bool applies) noexcept
 {

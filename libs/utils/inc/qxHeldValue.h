@@ -22,12 +22,12 @@ cell::word smallWord(const T& value) noexcept
         return cell::refused;
 }
 
-// Reads a small word as a T.
+// Reads a small word as a T. Converters of a host are asked first, as for values in holders.
 template <class T>
 bool readSmall(cell::word w, T& out)
 {
     if constexpr (cell::small<T> || std::is_same_v<T, string> || std::is_same_v<T, timestamp>)
-        return cell::read(w, out);
+        return cell::onlyOwnConversions() ? cell::read(w, out) : cell::convert(w, out);
     else
         return cell::visit(w, [&out]<class From>(const From& from) {
             return typeconvert::typeConversionManager::instance().convert(typeid(T), &out, typeid(From),
@@ -63,12 +63,12 @@ bool genericValue::getValue(T& out) const
 template <class T>
 bool convertLike(cell::word held, const T& value, genericValue& made)
 {
-    const cell::word source = smallWord(value);
-    const cell::word converted = source == cell::refused ? cell::refused : cell::convertedLike(held, source);
-    if (converted != cell::refused) {
-        made = cell::access::made(converted);
-        return true;
-    }
+    // A converter of a host is asked once: what it refuses is not tried a second time below.
+    if (const cell::word source = smallWord(value); source != cell::refused && cell::onlyOwnConversions())
+        if (const cell::word converted = cell::convertedLike(held, source); converted != cell::refused) {
+            made = cell::access::made(converted);
+            return true;
+        }
     return cell::visit(held, [&](auto target) {
         using held_t = decltype(target);
         if constexpr (std::is_same_v<held_t, T>)

@@ -18,11 +18,6 @@ using typeconvert::plainConversion;
 using typeconvert::plainPair;
 using typeconvert::typeConversionManager;
 
-bool onlyOwnConversions() noexcept
-{
-    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
-}
-
 // By the rules of the conversion manager, which is asked where others may have added to them.
 template <class To, class From>
 bool convertTo(To& to, const From& from)
@@ -124,8 +119,8 @@ bool convert(word w, T& out)
 #define QX_DEFINE_CONVERT(...) template QXUTILS_API bool convert(word, __VA_ARGS__&);
 QX_SMALL_READABLE_TYPE(QX_DEFINE_CONVERT)
 
-word convertedLike(word like, word w)
-{
+word convertedLike(word like, word w) noexcept
+try {
     if (!isSmall(w))
         return refused;
     if (kindIn(like) == decimalKind && onlyOwnConversions())
@@ -140,6 +135,8 @@ word convertedLike(word like, word w)
         else
             return make(value);
     });
+} catch (...) { // without memory, or from a converter of a host: whoever goes the long way meets it again
+    return refused;
 }
 
 genericValue made(string&& text)
