@@ -148,6 +148,54 @@ private:
 
 } // namespace
 
+// The end of a tree that a newer one replaces may run scripts, whose calls share its place in the memory of
+// the thread.
+TEST(fileCheck, what_runs_at_the_end_of_an_old_tree_changes_no_call)
+{
+    const scratchDirectory directory;
+    const std::string name = unusedName();
+    const auto write = [&](int age) {
+        std::string text = "scrdef first(){ attheend(); return(\"first\"); }";
+        for (int i = 0; i < 600; ++i)
+            text += "scrdef f" + std::to_string(i) + "(){ return(\"other\"); }";
+        directory.write(name + ".qxscr", text);
+        setAge(directory, name + ".qxscr", age);
+    };
+    scriptcontext inner;
+    inner.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(directory.name()));
+    std::vector<ownedStatement> others; // at least one for each place
+    struct atTheEnd
+    {
+        ~atTheEnd() { work(); }
+        std::function<void()> work;
+    };
+    bool isArmed = false;
+    const hostModule host([&](const moduleCall& call) -> statement* {
+        if (call.name != L"attheend")
+            return nullptr;
+        const auto end = std::make_shared<atTheEnd>();
+        end->work = [&] {
+            for (const ownedStatement& other : others)
+                if (isArmed)
+                    other->exec(inner);
+        };
+        return new hostStatement([end](auto&, auto&) {});
+    });
+    write(-100);
+    const ownedStatement call = parsed(L"callfunction($" + string::fromUtf8(name) + L"$first)");
+    for (int i = 0; i < 600; ++i)
+        others.push_back(parsed(string::sformat(L"callfunction($%s$f%d)", string::fromUtf8(name), i)));
+    genericValue result;
+    call->exec(inner, result);
+    write(-50);
+    isArmed = true;
+    scriptcontext context;
+    context.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(directory.name()));
+    call->exec(context, result);
+    EXPECT_EQ(valueText(result), "string \"first\"");
+    isArmed = false;
+}
+
 TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)
 {
     // CALL is the second call; without it that comes behind the row.

@@ -197,6 +197,23 @@ struct pinnedFunction::remembered
     }
 };
 
+// Lets go of what the memory knew, at the end of the scope; null is nothing.
+class pinnedFunction::unpinning
+{
+public:
+    explicit unpinning(remembered* known) noexcept : mpKnown(known) {}
+    unpinning(const unpinning&) = delete;
+    unpinning& operator=(const unpinning&) = delete;
+    ~unpinning()
+    {
+        if (mpKnown)
+            mpKnown->unpin();
+    }
+
+private:
+    remembered* mpKnown;
+};
+
 // A place for each of so many calls; two calls of one place take it from each other.
 struct pinnedFunction::memory
 {
@@ -209,13 +226,7 @@ struct pinnedFunction::memory
     ~memory()
     {
         for (remembered*& place : places)
-            put(place, nullptr);
-    }
-
-    static void put(remembered*& place, remembered* what) noexcept
-    {
-        if (remembered* const previous = std::exchange(place, what))
-            previous->unpin();
+            const unpinning end(std::exchange(place, nullptr));
     }
 
     // The calling thread's; null for one that ends. Made when the thread first calls.
@@ -270,8 +281,9 @@ pinnedFunction pinnedFunction::find(const string& basePath, const codeCall& call
     if (!own)
         return pinnedFunction(*made.release());
     made->pins = 1;
-    memory::put(place, made.release());
-    return pinnedFunction(*place);
+    // The end of an old tree may run scripts, which take the place: the new one is pinned by then.
+    const unpinning end(std::exchange(place, made.get()));
+    return pinnedFunction(*made.release());
 }
 
 pinnedFunction::pinnedFunction(remembered& found) noexcept : mFound(found)

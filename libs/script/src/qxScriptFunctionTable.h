@@ -79,6 +79,7 @@ public:
 private:
     struct memory;
     struct remembered;
+    class unpinning;
 
     explicit pinnedFunction(remembered& found) noexcept;
 
