@@ -20,6 +20,26 @@ struct objectRefusals
     const wchar_t* unusable; // with the text of the parameter
 };
 
+// Keeps a holder on the heap for the length of a scope, by one more count.
+class holderPin
+{
+public:
+    explicit holderPin(genericValue::holderbase& holder) noexcept : mHolder(holder)
+    {
+        interlockedIncrement(counterPlace<genericValue::holderbase>::obtain(&mHolder));
+    }
+    holderPin(const holderPin&) = delete;
+    holderPin& operator=(const holderPin&) = delete;
+    ~holderPin()
+    {
+        if (interlockedDecrement(counterPlace<genericValue::holderbase>::obtain(&mHolder)) == 0u)
+            deleteObj<genericValue::holderbase>::destroy(&mHolder);
+    }
+
+private:
+    genericValue::holderbase& mHolder;
+};
+
 // Base of the statements whose parameters stand by place: the first one is the object.
 class methodstatement : public scriptbasestatement
 {
@@ -30,13 +50,22 @@ protected:
     template <class T>
     intrface::interfaceptr<T> requireObject(codecontext& context) const
     {
-        if (objectRef* const object = objectInPlace(context))
-            return requireInterface<T>(*object);
-        objectRef object = getObject(context);
-        return requireInterface<T>(object);
+        genericValue::holderbase* const holder = holderInPlace(context);
+        objectRef* const object = holder ? valueOf<objectRef>(*holder) : nullptr;
+        if (!object)
+            return requireGiven<T>(context);
+        const holderPin kept(*holder); // who is asked may end the variable, but not the object that is asked
+        return requireInterface<T>(*object);
     }
 
 private:
+    // Not inline, so that what occurs most saves fewer registers.
+    template <class T>
+    [[gnu::noinline]] intrface::interfaceptr<T> requireGiven(codecontext& context) const
+    {
+        objectRef object = getObject(context);
+        return requireInterface<T>(object);
+    }
     template <class T>
     intrface::interfaceptr<T> requireInterface(objectRef& object) const
     {
@@ -46,13 +75,13 @@ private:
             execError(this, L"unable to retrieve object");
         return found;
     }
-    // The object in a variable that nobody else can reach; null where it is not just that.
-    objectRef* objectInPlace(codecontext& context) const
+    // What the object's variable holds where nobody else can reach it; null where it is not just that.
+    genericValue::holderbase* holderInPlace(codecontext& context) const
     {
         if (!cell::shortCutsAllowed())
             return nullptr;
         const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
-        return variable ? heldInPlace<objectRef>(*variable) : nullptr;
+        return variable ? cell::access::holder(*variable) : nullptr;
     }
     // Null where the value holds anything but an object: nothing is converted.
     objectRef getObject(codecontext& context) const;

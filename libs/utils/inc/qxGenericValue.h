@@ -184,11 +184,16 @@ private:
 
 using valueArray = std::vector<genericValue>;
 
-// The counter stands in front of the holder, in the same block.
+// The counter stands at the head of the holder's block, in front of it.
 template <>
-struct QXUTILS_API counterPlace<genericValue::holderbase>
+struct counterPlace<genericValue::holderbase>
 {
-    static ulong32* obtain(genericValue::holderbase* holder) noexcept;
+    static constexpr std::size_t headSize = 16;
+
+    static ulong32* obtain(genericValue::holderbase* holder) noexcept
+    {
+        return reinterpret_cast<ulong32*>(reinterpret_cast<char*>(holder) - headSize);
+    }
     template <class Delete>
     static void end(genericValue::holderbase* holder, ulong32*) noexcept
     {

@@ -25,6 +25,8 @@ struct blockHeader
     blockHeader* next; // in the work list of holders that end
 };
 static_assert(sizeof(blockHeader) % alignof(std::max_align_t) == 0);
+static_assert(sizeof(blockHeader) == counterPlace<genericValue::holderbase>::headSize &&
+              offsetof(blockHeader, counter) == 0);
 
 blockHeader* headerOf(void* storage) noexcept
 {
@@ -116,11 +118,6 @@ void genericValue::holderbase::deallocate(void* storage) noexcept
         return;
     blockHeader* const header = headerOf(storage);
     freelists::give(header, header->size);
-}
-
-ulong32* counterPlace<genericValue::holderbase>::obtain(genericValue::holderbase* holder) noexcept
-{
-    return &headerOf(holder)->counter;
 }
 
 void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* holder) noexcept
