@@ -1,11 +1,12 @@
 // What scripts alone cannot show of arrays and maps: host iterators, containers that go away, deep nesting.
 #include "host.h"
 #include "hostObject.h"
-#include "valueText.h"
+#include "scriptSupport.h"
 
 #include <qxHeldTypes.h>
 
 #include "support/sanitizers.h"
+#include "support/smallThread.h"
 
 #include <gtest/gtest.h>
 
@@ -191,4 +192,25 @@ TEST(collections, nested_a_hundred_thousand_deep)
         EXPECT_TRUE(last == L"nothing thrown" || last == L"stack exhausted") << last.utf8();
     }
     EXPECT_EQ(valueText(run(context, L"sizeofarray(arr)")), "ulong 1");
+}
+
+// What is nested too deep to be copied is the failure of the parameter that it is given for.
+TEST(collections, argument_that_cannot_be_copied_fails_its_parameter)
+{
+    QX_SKIP_DEEP_STACK;
+    const scratchDirectory directory;
+    const std::string name = unusedName();
+    directory.write(name + ".qxscr", "scrdef f(in<array> a){ return(\"1\"); }");
+    texts chain;
+    EXPECT_TRUE(runOnStackOf(512 * 1024, [&] {
+        std::vector<genericValue> arguments(1);
+        arguments[0] = nested(100000);
+        scriptcontext context;
+        genericValue result;
+        chain = failureOf([&] {
+            qx::script::codeManager::instance()->executeFunction(
+                directory.name(), L"$" + string::fromUtf8(name) + L"$f", context, arguments, result);
+        });
+    }));
+    EXPECT_EQ(chain, (texts{L"Error preparing parameter for function \"f\" ()", L"stack exhausted"}));
 }

@@ -1,6 +1,6 @@
 // The guarded run: what is done with failures, results and signals, and what is logged.
 #include "host.h"
-#include "valueText.h"
+#include "scriptSupport.h"
 
 #include <qxLog.h>
 
@@ -177,5 +177,28 @@ TEST(running, failing_sink_is_the_statement_s_failure)
         EXPECT_EQ(failureOf([&] { good->exec(context); }),
                   (texts{L"Error executing script \"return()\" ", L"disk full"}));
         EXPECT_EQ(context.hasParameter(scriptcontext::returnparam()), line == 2);
+    }
+}
+
+TEST(running, failing_sink_at_the_end_of_a_function_leaves_its_value)
+{
+    const scratchDirectory directory;
+    const std::string name = unusedName();
+    for (const wchar_t* function : {L"one", L"block"}) {
+        directory.write(name + ".qxscr",
+                        "scrdef one(){ return(\"1\"); } scrdef block(){ setvar(x); return(\"1\"); }");
+        recordingSink sink(qxlog::level::trace);
+        sink.failsAt = 2 + 2 * (function[0] == L'b');
+        scriptcontext context;
+        context.createVariable(nameOf(L"x"), qx::genericValue());
+        qx::genericValue result(5);
+        std::vector<qx::genericValue> arguments;
+        EXPECT_EQ(failureOf([&] {
+                      codeManager::instance()->executeFunction(
+                          directory.name(), L"$" + qx::string::fromUtf8(name) + L"$" + function, context,
+                          arguments, result);
+                  }).back(),
+                  L"disk full");
+        EXPECT_EQ(valueText(result), function[0] == L'b' ? "int 5" : "string \"1\"");
     }
 }

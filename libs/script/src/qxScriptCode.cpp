@@ -18,14 +18,13 @@ namespace
 
 // A call from the host searches the file each time. Its arguments stay as they are.
 bool callFromHost(const string& basePath, const codeCall& call, scriptcontext& context,
-                  const std::vector<genericValue>& arguments, genericValue& result)
+                  std::vector<genericValue>& arguments, genericValue& result)
 {
     if (call.type() != codeTypeScript)
         return false;
     const epoch::outside host; // which may have done anything before, and may again
     const sharedPtr<function> called = functionTable::instance().get(basePath, call);
-    std::vector<genericValue> copies(arguments);
-    called->call(call.function(), copies, context, function::callee::ofHost, result);
+    called->call(call.function(), arguments, context, function::callee::ofHost, result);
     return true;
 }
 

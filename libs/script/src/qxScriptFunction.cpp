@@ -62,7 +62,7 @@ bool function::parses(string&& body, std::span<const string> declarations)
 void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
                     callee kind, genericValue& result) const
 {
-    bind(name, arguments, context);
+    bind(name, arguments, context, kind);
     try {
         run(context, kind, result);
     } catch (const exception& caught) {
@@ -74,7 +74,8 @@ void function::call(const string& name, std::span<genericValue> arguments, scrip
     }
 }
 
-void function::bind(const string& name, std::span<genericValue> arguments, scriptcontext& context) const
+void function::bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+                    callee kind) const
 {
     try {
         scriptcontext* const root = scope::plainRoot(context);
@@ -82,7 +83,14 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
         for (const inParameter& parameter : mParameters) {
             if (parameter.name().empty())
                 continue;
-            genericValue value(next < arguments.size() ? std::move(arguments[next++]) : genericValue());
+            genericValue value;
+            if (next < arguments.size()) {
+                if (kind == callee::ofHost)
+                    value = arguments[next]; // here, where what fails is told as the parameter's failure
+                else
+                    value = std::move(arguments[next]);
+                ++next;
+            }
             if (value.isNull())
                 parameter.resolve(value);
             if (root)
@@ -103,12 +111,14 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
 {
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
-    if (mKind == bodyKind::returned)
-        result.clear();
-    if (mKind == bodyKind::any)
+    // Where somebody listens to the end of each run, the body writes its value before that.
+    if (mKind == bodyKind::any || !cell::shortCutsAllowed())
         mpStatement->execNested(context, result);
-    else
+    else {
+        if (mKind == bodyKind::returned)
+            result.clear();
         mpStatement->execNested(context);
+    }
     scriptcontext* const root = scope::plainRoot(context);
     if (kind != callee::ofHost && root) {
         genericSet::entry* const returned = scope::returned(*root);

@@ -40,17 +40,18 @@ public:
         ofCall,      // it ends with the call
         ofCallAtHome // the same, and the base path is the directory of the function already
     };
-    // Runs the function in `context`, with parameters made of the arguments, which may be emptied, in order
-    // of declaration; missing ones take their defaults. What is returned goes to `result`. `name` is the
-    // function in what is thrown: prepareParameterException, with what is bound by then left bound, and
-    // scriptExecException.
+    // Runs the function in `context`, with parameters made of the arguments in order of declaration; missing
+    // ones take their defaults. The arguments of a host are copied, those of a call may be emptied. What is
+    // returned goes to `result`. `name` is the function in what is thrown: prepareParameterException, with
+    // what is bound by then left bound, and scriptExecException.
     void call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
               genericValue& result) const;
 
 private:
     function() = default;
 
-    void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context) const;
+    void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+              callee kind) const;
     void run(scriptcontext& context, callee kind, genericValue& result) const;
 
     sharedPtr<statement> mpStatement;
