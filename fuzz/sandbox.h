@@ -1,9 +1,13 @@
-// What keeps a fuzz target to itself: a system without disk, processes and user, and an end to every run.
+// What keeps a fuzz target to itself: a system without disk, processes and user, and limits for every run.
 #pragma once
+
+#include "support/failingMemory.h"
 
 #include <qxAssert.h>
 #include <qxLog.h>
 #include <qxPlatformSystem.h>
+#include <qxScript>
+#include <qxScriptSettings.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -65,21 +69,11 @@ private:
     std::string_view mContent; // borrowed for one input
 };
 
-// Counts the statements that begin and end, through the trace, and lets each one fail when the run has had
-// its share.
-class stepLimit final : public qxlog::sink
+// Takes the trace lines, which are formatted for it.
+class silentSink final : public qxlog::sink
 {
 public:
-    void start() { mSteps = 0; }
-    void write(qxlog::level severity, const qx::string&, const qx::string&) override
-    {
-        constexpr int most = 128; // a text that is doubled by every few statements still fits into memory
-        if (severity == qxlog::level::trace && ++mSteps > most)
-            throw false;
-    }
-
-private:
-    int mSteps = 0;
+    void write(qxlog::level, const qx::string&, const qx::string&) override {}
 };
 
 struct sandbox
@@ -88,21 +82,71 @@ struct sandbox
     {
         qx::system::setCurrent(&system);
         qx::setAssertHandler([](const qx::string&) {});
-        qxlog::logManager::setSink(&steps);
-        qxlog::logManager::setLevel(qxlog::level::trace);
+        qxlog::logManager::setSink(&sink);
     }
 
     sealedSystem system;
-    stepLimit steps;
+    silentSink sink;
 
     // The one of the process, never destroyed.
     static sandbox& enter()
     {
         static sandbox* const entered = new sandbox;
-        entered->steps.start();
         return *entered;
     }
 };
+
+// What a run gives: its failure, what the script threw, or the result.
+struct outcome
+{
+    qx::string text;
+    bool isWhole = false; // false where the run was ended by a limit of ours
+};
+
+template <class Run>
+outcome outcomeOf(const Run& run)
+{
+    constexpr std::uint64_t mostSteps = 256;
+    constexpr std::size_t largest = std::size_t(1) << 20;
+    constexpr std::size_t inAll = std::size_t(1) << 26;
+
+    outcome seen;
+    qx::genericValue result;
+    const memoryLimit memory(largest, inAll);
+    qx::script::settings::setStepLimit(mostSteps);
+    try {
+        run(result);
+        if (!result.getValue(seen.text))
+            seen.text = result.isNull() ? L"null" : L"no text";
+    } catch (const qx::exception& failure) {
+        for (const qx::locString& message : failure.messages()) {
+            const wchar_t* const text = message.string(nullptr, qx::searchPath());
+            if (!text)
+                std::abort(); // a failure has a text
+            seen.text.append(text).append(L"\n");
+        }
+    } catch (const qx::string& said) {
+        seen.text = said;
+    }
+    seen.isWhole = !memory.isReached() && qx::script::settings::stepLimit() > 0;
+    return seen;
+}
+
+// Runs along the short cuts, and with somebody who listens to each statement, for whom there are none. Both
+// give the same.
+template <class Run>
+void runBothWays(const Run& run)
+{
+    const outcome quick = outcomeOf(run);
+    qxlog::logManager::setLevel(qxlog::level::trace);
+    const outcome traced = outcomeOf(run);
+    qxlog::logManager::setLevel(qxlog::level::off);
+    if (!quick.isWhole || !traced.isWhole || quick.text == traced.text)
+        return;
+    std::fprintf(stderr, "by short cuts: %s\nthe long way: %s\n", quick.text.utf8().c_str(),
+                 traced.text.utf8().c_str());
+    std::abort();
+}
 
 // The input as text.
 inline qx::string textOf(const std::uint8_t* data, std::size_t size)

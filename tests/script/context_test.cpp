@@ -146,6 +146,26 @@ TEST(context, block_without_an_outer_one_is_refused)
               texts{L"Assertion failed:\nmpOuterBlock!=NULL\n\nFile: libs/script/inc/qxScript\nLine: 32"});
 }
 
+TEST(context, variable_that_is_made_when_it_is_asked_for_lasts_while_it_is_read)
+{
+    class makingContext final : public scriptcontext
+    {
+    public:
+        qx::sharedPtr<qx::genericValue> parameterAddress(const qx::scString& name) override
+        {
+            if (name != p && name != nameOf(L"localscriptbasepath"))
+                return scriptcontext::parameterAddress(name);
+            return qx::sharedPtr<qx::genericValue>(new qx::genericValue(textValue(L"made for this look-up")));
+        }
+    };
+    makingContext root;
+    root.setGlobalContextVariable(nameOf(L"scriptbasepath"), textValue(L""));
+    qx::genericValue result;
+    parsed(L"strcat(p, p)")->exec(root, result);
+    EXPECT_EQ(valueText(result), "string \"made for this look-upmade for this look-up\"");
+    EXPECT_EQ(failureOf([&] { parsed(L"callfunction($no such file$f)")->exec(root, result); }).size(), 2u);
+}
+
 TEST(context, derived_root_answers_the_look_ups_of_its_blocks)
 {
     class suppliedContext final : public scriptcontext // supplies names of its own

@@ -118,17 +118,29 @@ TEST(control, signals_through_two_levels)
     EXPECT_EQ(failureOf([] { parsed(L"continue()", breakAllowed); }), texts{L"Error parsing continue()"});
 }
 
-TEST(control, end_of_all_loops_takes_a_continue_along)
+TEST(control, end_of_all_loops_ends_the_signals_of_each)
 {
+    class noting final : public scriptcontext
+    {
+    public:
+        void clearScriptSignal(const qx::scString& name) override
+        {
+            cleared.push_back(name.string());
+            scriptcontext::clearScriptSignal(name);
+        }
+        texts cleared;
+    };
     int runs = 0;
     const hostModule host(L"act", [&runs](codecontext& context, qx::genericValue&) {
         ++runs;
         context.setScriptSignal(nameOf(L"#continuesignal#"), qx::genericValue());
         context.setScriptSignal(nameOf(L"#breakallsignal#"), qx::genericValue());
     });
-    scriptcontext context;
+    noting context;
     parsed(L"while(\"1\", while(\"1\", act()))")->exec(context);
     EXPECT_EQ(standing(context), texts{L"#breakallsignal#"});
+    const texts ofTheLoop{L"#continuesignal#", L"#breaksignal#", L"#continuesignal#"};
+    EXPECT_EQ(texts(context.cleared.begin(), context.cleared.begin() + 3), ofTheLoop);
     EXPECT_EQ(runs, 1);
 }
 

@@ -12,6 +12,8 @@
 #include "scriptSupport.h"
 #include "settingsInForce.h"
 
+#include "support/failingMemory.h"
+
 #include <cmath>
 #include <memory>
 
@@ -160,11 +162,15 @@ public:
     }
 
     // All that can be told of a run.
-    std::string outcomeOf(const statement& run)
+    std::string outcomeOf(const statement& run, std::size_t largestAllocation = SIZE_MAX)
     {
         const quietMachine machine;
         genericValue result(programVariables()[mSeed % programVariables().size()].value);
-        std::string text = chainText([&] { run.exec(*mpInner, result); }) + "\nresult: " + shown(result);
+        std::string text = chainText([&] {
+            const memoryLimit limit(largestAllocation);
+            run.exec(*mpInner, result);
+        });
+        text += "\nresult: " + shown(result);
         for (const std::string& one : mHost.noted)
             text += "\n" + one;
         for (const string& report : assertRecorder::take())
@@ -284,6 +290,8 @@ public:
         }
         return true;
     }
+    // From now on while a program runs.
+    void limitMemory(std::size_t largestAllocation) { mLargestAllocation = largestAllocation; }
     bool inTurn(const string& program)
     {
         const unsigned number = mNumber++;
@@ -293,7 +301,7 @@ public:
     unsigned number() const { return mNumber; }
 
 private:
-    static std::string outcomeOf(const way& taken, const string& program, unsigned seed)
+    std::string outcomeOf(const way& taken, const string& program, unsigned seed) const
     {
         const shortCutsSet shortCuts(taken.shortCuts);
         const assertRecorder recorder;
@@ -303,11 +311,12 @@ private:
             return "refused: " + refusal;
         if (taken.cloned)
             run = ownedStatement(run->clone());
-        return world(taken, program, seed).outcomeOf(*run);
+        return world(taken, program, seed).outcomeOf(*run, mLargestAllocation);
     }
 
     hostModule mModule;
     unsigned mRunOneOf;
+    std::size_t mLargestAllocation = SIZE_MAX;
     int mCompared = 0;
     int mRefused = 0;
     int mFailing = 0;
@@ -414,6 +423,51 @@ TEST(twins, every_result_in_every_slot)
             }
         }
     }
+}
+
+// Without memory a short cut declines, and the long way tells which statement failed.
+TEST(twins, memory_that_runs_out)
+{
+    constexpr std::size_t largest = 1 << 20;
+    comparison compare;
+    compare.limitMemory(largest);
+    // Each replacement makes a text of many times the length: the last one is beyond the limit.
+    const string big = L"strreplace(strreplace(strreplace(vlongtext, \"1\", vlongtext), \"2\", vlongtext), "
+                       L"\"3\", vlongtext)";
+    for (string program : programTable("memory"))
+        if (!compare(program.replace(L"BIG", big), 3))
+            return;
+}
+
+// Whoever adds conversions is asked for every value, wherever it lies.
+TEST(twins, conversions_of_a_host)
+{
+    using qx::typeconvert::typeConverter;
+    using qx::typeconvert::typeConverterBase;
+    typeConverter<string, int> reading([](void* to, const void* from, int, char*) {
+        *static_cast<int*>(to) = 99;
+        return static_cast<const string*>(from)->size() != 1; // shorter ones are the library's own
+    });
+    typeConverter<int, string> writing([](void* to, const void*, int, char*) {
+        *static_cast<string*>(to) = L"a number";
+        return true;
+    });
+    typeConverter<double, int> cutting([](void*, const void*, int, char*) { return false; });
+    typeConverter<int, double> widening([](void* to, const void* from, int, char*) {
+        *static_cast<double*>(to) = *static_cast<const int*>(from) + 0.5;
+        return true;
+    });
+    auto& conversions = qx::typeconvert::typeConversionManager::instance();
+    const std::initializer_list<typeConverterBase*> all{&reading, &writing, &cutting, &widening};
+    for (typeConverterBase* const added : all)
+        conversions.add(added);
+    comparison compare(perOperand / 5 + 1);
+    for (const string& shape : shapesWithShortCut())
+        for (std::size_t place = 0; place < std::min<std::size_t>(placesIn(shape), 3); ++place)
+            for (const wchar_t* operand : {L"vint", L"vdecimal", L"vdouble", L"vtext", L"\"12\"", L"\"7\""})
+                compare.inTurn(L"setvar(vdecimal, " + withOperandAt(place, shape, operand) + L")");
+    for (typeConverterBase* const added : all)
+        conversions.remove(added);
 }
 
 // Short cuts nest so far and no further.

@@ -1,7 +1,10 @@
-// Switches of the engine, for the whole process. They change what a run costs and nothing else.
+// Switches of the engine, for the whole process, which change what a run costs and nothing else; and a limit
+// for the runs of one thread.
 #pragma once
 
 #include "qxScriptExport.h"
+
+#include <cstdint>
 
 namespace qx::script::settings
 {
@@ -17,5 +20,12 @@ QXSCRIPT_API void setShortCuts(bool on) noexcept;
 // makes without telling may be noticed a tick late. A call from the host always looks.
 QXSCRIPT_API bool strictFileCheck() noexcept;
 QXSCRIPT_API void setStrictFileCheck(bool on) noexcept;
+
+// How many statements the calling thread may still run; the greatest number is no limit, as at the start.
+// Operands without an effect and turns of a loop with a body are not counted, so a run costs some fixed
+// multiple of the limit at most for each character of its text. The statement that is one too many fails with
+// unexpectedErrorException "step limit reached", and so does every one after it until a limit is set anew.
+QXSCRIPT_API std::uint64_t stepLimit() noexcept;
+QXSCRIPT_API void setStepLimit(std::uint64_t steps) noexcept;
 
 } // namespace qx::script::settings

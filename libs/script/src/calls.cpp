@@ -122,7 +122,7 @@ private:
     {
         genericValue base = context.globalContextVariable(scriptBasePath());
         if (context.hasVariable(localScriptBasePath()))
-            base = context.variable(localScriptBasePath());
+            base = *requireVariable(context, localScriptBasePath());
         string path;
         if (!base.getValue(path) && !base.isNull()) {
             directory folder;

@@ -7,6 +7,7 @@
 #include "qxScriptModules.h"
 #include "qxScriptReference.h"
 #include "qxScriptSignals.h"
+#include "qxScriptSteps.h"
 
 #include "qxHeldTypes.h"
 
@@ -117,23 +118,25 @@ statement* _if::create(const callText& call)
 // loop goes on. A returned value becomes the loop's.
 bool goesOn(codecontext& context, genericValue& result)
 {
-    raised signal = raisedIn(context);
-    if (signal == raised::continued) {
-        context.clearScriptSignal(continueSignal());
-        signal = raisedIn(context); // the end of all loops may be raised besides
-    }
-    switch (signal) {
+    switch (raisedIn(context)) {
     case raised::returned:
         copyReturned(context, result);
         return false;
     case raised::broken:
         context.clearScriptSignal(breakSignal());
         return false;
-    case raised::brokenAll: // stays raised for the loops around this one
-        return false;
+    case raised::continued:
+        context.clearScriptSignal(continueSignal());
+        break;
     default:
-        return true;
+        break;
     }
+    if (!context.scriptSignal(breakAllSignal())) // which may be raised besides
+        return true;
+    // It stays raised for the loops around this one; what concerns this loop alone ends.
+    context.clearScriptSignal(breakSignal());
+    context.clearScriptSignal(continueSignal());
+    return false;
 }
 
 // Runs the body of `loop` once, in a block of its own that `prepare` may fill. True when the loop goes on.
@@ -146,6 +149,8 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
         prepare(block);
         if (body)
             body->execInside(block);
+        else
+            checkRun();
         return !isAnythingRaised(block) || goesOn(context, result);
     } catch (const exception& caught) {
         statement::execError(loop, &caught, nullptr);

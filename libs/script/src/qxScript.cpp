@@ -7,7 +7,7 @@
 #include "qxScriptParser.h"
 #include "qxScriptScope.h"
 #include "qxScriptShortCuts.h"
-#include "qxStack.h"
+#include "qxScriptSteps.h"
 
 namespace qx::script
 {
@@ -31,7 +31,7 @@ template <class Work>
 [[gnu::noinline]] void statement::guarded(const Work& work) const
 {
     try {
-        stack::check();
+        checkRun();
         const bool traced = cell::isTraced();
         if (traced)
             trace(L"trying to exec (%s)");
@@ -51,7 +51,7 @@ template <class Work>
 // Nothing goes with the work but what this can do without a call: the usual case.
 inline bool statement::isPlainRun() noexcept
 {
-    return cell::shortCutsAllowed() && !stack::isExhausted();
+    return cell::shortCutsAllowed() && stack::isFar();
 }
 
 // The guarded run of `work` in the usual case.
@@ -169,10 +169,12 @@ bool statement::takeTextShortCut(codecontext& context, genericValue& result) con
         !cell::shortCutsAllowed())
         return false;
     textScratch text;
-    if (!textValue(context, text))
-        return false;
-    genericValue made = text.takeValue();
-    return cell::access::moveIf(result, before, made);
+    return declinesWithoutMemory([&] {
+        if (!textValue(context, text))
+            return false;
+        genericValue made = text.takeValue();
+        return cell::access::moveIf(result, before, made);
+    });
 }
 
 void statement::trace(const wchar_t* format) const

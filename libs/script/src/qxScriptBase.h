@@ -192,7 +192,8 @@ public:
     {
         if (mpLiteral)
             text.borrow(*mpLiteral);
-        return mpLiteral || (mpShort && mpShort->textValue(context, text));
+        return mpLiteral ||
+               (mpShort && declinesWithoutMemory([&] { return mpShort->textValue(context, text); }));
     }
     const genericValue* valueInPlace(codecontext& context) const
     {
@@ -310,10 +311,10 @@ private:
     [[gnu::noinline]] bool evaluateText(codecontext& context, genericValue& value) const
     {
         textScratch text;
-        if (!mShort.textValue(context, text))
-            return false;
-        cell::access::fill(value, text.takeValue());
-        return true;
+        return mShort.textValue(context, text) && declinesWithoutMemory([&] {
+                   cell::access::fill(value, text.takeValue());
+                   return true;
+               });
     }
     bool readLongText(codecontext& context, textScratch& text) const;
 

@@ -42,6 +42,14 @@ genericSet::entry* scope::globalIndexed(scriptcontext& root, const scString& nam
     return root.mpGlobalVariables->find(name);
 }
 
+sharedPtr<genericValue> requireVariable(codecontext& context, const scString& name)
+{
+    sharedPtr<genericValue> address = context.variableAddress(name);
+    if (!address)
+        throw variableNotFoundException(name.c_str());
+    return address;
+}
+
 // --- codecontext ---
 
 codecontext::codecontext(codecontext* outer) : mpOuterBlock(outer)
@@ -75,10 +83,7 @@ bool codecontext::setVariable(const scString& name, const genericValue& value)
 
 genericValue& codecontext::variable(const scString& name)
 {
-    const sharedPtr<genericValue> address = variableAddress(name);
-    if (!address)
-        throw variableNotFoundException(name.c_str());
-    return *address;
+    return *requireVariable(*this, name);
 }
 
 const genericValue& codecontext::variable(const scString& name) const

@@ -109,6 +109,10 @@ private:
     static genericSet::entry* globalIndexed(scriptcontext& root, const scString& name) noexcept;
 };
 
+// The storage of the visible variable of this name, kept for the caller: contexts of a host's own class may
+// make values on demand. Throws variableNotFoundException.
+sharedPtr<genericValue> requireVariable(codecontext& context, const scString& name);
+
 // raisedIn for those who want to know whether anything is.
 inline bool isAnythingRaised(codecontext& context)
 {

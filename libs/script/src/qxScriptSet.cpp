@@ -306,10 +306,10 @@ protected:
             return cell::read(mpKey.shortCut().smallValue(context), key);
         else {
             textScratch text;
-            if (!mpKey.shortCut().textValue(context, text))
-                return false;
-            key = text.take();
-            return true;
+            return mpKey.shortCut().textValue(context, text) && declinesWithoutMemory([&] {
+                       key = text.take();
+                       return true;
+                   });
         }
     }
 
@@ -359,9 +359,10 @@ private:
             !mpValue.evaluateShort(context, value))
             return false;
         mapOf<K>* const map = this->mapInPlace(context);
-        if (map)
-            map->insert_or_assign(std::move(key), std::move(value));
-        return map != nullptr;
+        return map && declinesWithoutMemory([&] {
+                   map->insert_or_assign(std::move(key), std::move(value));
+                   return true;
+               });
     }
     void insert(codecontext& context) const
     {

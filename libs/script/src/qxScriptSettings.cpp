@@ -1,7 +1,11 @@
-// Switches of the engine.
+// Switches of the engine, and the limit of steps.
 #include "qxScriptSettings.h"
 
+#include "qxScriptSteps.h"
+
 #include "qxCell.h"
+#include "qxException.h"
+#include "qxStack.h"
 
 namespace qx::script::settings
 {
@@ -10,6 +14,9 @@ namespace
 {
 
 constinit std::atomic<bool> strict = false;
+
+constexpr std::uint64_t unlimited = UINT64_MAX;
+constinit QX_THREAD_LOCAL std::uint64_t stepsLeft = unlimited;
 
 } // namespace
 
@@ -33,4 +40,25 @@ void setStrictFileCheck(bool on) noexcept
     strict.store(on, std::memory_order_relaxed);
 }
 
+std::uint64_t stepLimit() noexcept
+{
+    return stepsLeft;
+}
+
+void setStepLimit(std::uint64_t steps) noexcept
+{
+    stepsLeft = steps;
+    stack::setWatched(steps != unlimited);
+}
+
 } // namespace qx::script::settings
+
+void qx::script::takeStep()
+{
+    using namespace settings;
+    if (stepsLeft == unlimited)
+        return;
+    if (stepsLeft == 0)
+        throw unexpectedErrorException(L"step limit reached");
+    --stepsLeft;
+}

@@ -12,6 +12,18 @@
 namespace qx::script
 {
 
+// Asks a short cut that may take memory. Without memory it has had no effect and declines: the long way tells
+// the failure, with a link for each statement that it leaves.
+template <class Ask>
+[[gnu::always_inline]] inline bool declinesWithoutMemory(const Ask& ask) noexcept
+{
+    try {
+        return ask();
+    } catch (...) {
+        return false;
+    }
+}
+
 // A text in place where there is one, otherwise a text of its own. What is borrowed holds until something has
 // an effect.
 class textScratch
@@ -97,16 +109,23 @@ private:
 
 inline textScratch::textScratch() noexcept = default;
 
-// The holder's value, if `value` holds exactly a T behind a holder; nothing is converted. For values that
-// nobody else can reach at this moment, or whose holder somebody keeps.
+// The value in a holder on the heap, if that holds exactly a T; nothing is converted.
+template <class T>
+T* valueOf(genericValue::holderbase& holder) noexcept
+{
+    if (typeid(holder) != typeid(genericValue::valueholder<T>))
+        return nullptr;
+    using exactly = genericValue::valueholder<T>;
+    return static_cast<T*>(static_cast<exactly&>(holder).exactly::heldAddress()); // no virtual call
+}
+
+// The same in a value; null for one without a holder. For values that nobody else can reach at this moment,
+// or whose holder somebody keeps.
 template <class T>
 T* heldInPlace(const genericValue& value) noexcept
 {
     genericValue::holderbase* const holder = cell::access::holder(value);
-    if (!holder || typeid(*holder) != typeid(genericValue::valueholder<T>))
-        return nullptr;
-    using exactly = genericValue::valueholder<T>;
-    return static_cast<T*>(static_cast<exactly*>(holder)->exactly::heldAddress()); // no virtual call
+    return holder ? valueOf<T>(*holder) : nullptr;
 }
 
 // The word of a value that is small or null; `refused` for one with a holder.
@@ -159,7 +178,7 @@ template <class T>
             out = static_cast<int>(cell::payloadIn(w));
             return true;
         }
-    return cell::read(w, out);
+    return declinesWithoutMemory([&] { return cell::read(w, out); });
 }
 
 inline bool isSameKind(cell::word a, cell::word b)

@@ -244,10 +244,10 @@ private:
     [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable) const
     {
         textScratch text;
-        if (!mpValue.shortCut().textValue(context, text))
-            return false;
-        cell::access::fill(variable.value(), text.takeValue());
-        return true;
+        return mpValue.shortCut().textValue(context, text) && declinesWithoutMemory([&] {
+                   cell::access::fill(variable.value(), text.takeValue());
+                   return true;
+               });
     }
 };
 
@@ -263,7 +263,7 @@ public:
         if (genericSet::entry* const variable = entryOf(context, Scope, mName))
             result = variable->value();
         else
-            result = read(context);
+            copyFrom(context, result);
     }
     std::uint64_t smallValue(codecontext& context) const override
     {
@@ -299,16 +299,14 @@ private:
         genericSet::entry* const variable = entryOf(context, Scope, mName);
         return variable && !variable->isShared() ? &variable->value() : nullptr;
     }
-    const genericValue& read(codecontext& context) const
+    void copyFrom(codecontext& context, genericValue& result) const
     {
-        switch (Scope) {
-        case scopeParameter:
-            return context.parameter(mName);
-        case scopeGlobal:
-            return context.globalContextVariable(mName);
-        default:
-            return context.variable(mName);
-        }
+        if constexpr (Scope == scopeParameter)
+            result = context.parameter(mName);
+        else if constexpr (Scope == scopeGlobal)
+            result = context.globalContextVariable(mName);
+        else
+            result = *requireVariable(context, mName);
     }
 
     scString mName;

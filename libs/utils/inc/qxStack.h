@@ -30,18 +30,35 @@ namespace detail
 
 // What this library knows of the calling thread: at first that every address is too near to the end.
 inline constinit QX_THREAD_LOCAL limits known{0, UINTPTR_MAX};
+inline constinit QX_THREAD_LOCAL bool isWatched = false;
 
 } // namespace detail
+
+// True where the end is known to be far, without a call: the usual case. Otherwise isExhausted has to tell.
+inline bool isFar() noexcept
+{
+    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    return frame - detail::known.end >= detail::known.reserve;
+}
+
+// While it is on, isFar is false everywhere in the library that says so, for the calling thread: whoever
+// takes a short way where the end is far takes the other one, which may look at more than the stack.
+inline void setWatched(bool on) noexcept
+{
+    detail::isWatched = on;
+    detail::known = {0, UINTPTR_MAX};
+}
 
 // A frame outside the thread's bounds (a fibre, an alternate stack) is never exhausted: nothing is known of
 // its end.
 inline bool isExhausted() noexcept
 {
-    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    if (frame - detail::known.end >= detail::known.reserve) [[likely]]
+    if (isFar()) [[likely]]
         return false;
-    detail::known = threadLimits();
-    return frame - detail::known.end < detail::known.reserve;
+    const limits& bounds = threadLimits();
+    if (!detail::isWatched)
+        detail::known = bounds;
+    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - bounds.end < bounds.reserve;
 }
 
 inline void check()

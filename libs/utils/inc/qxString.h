@@ -13,6 +13,8 @@
 #include "qxExport.h"
 #include "qxFormat.h"
 
+#include <algorithm>
+#include <cwchar>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -73,6 +75,13 @@ public:
 private:
     void assignFormatted(const wchar_t* format, const formatArgument* arguments, std::size_t count);
 };
+
+// In place, where the standard's may be a call: what a map of texts does at each step of a look-up.
+inline bool operator<(const string& a, const string& b) noexcept
+{
+    const int order = std::wmemcmp(a.data(), b.data(), std::min(a.size(), b.size()));
+    return order < 0 || (order == 0 && a.size() < b.size());
+}
 
 } // namespace qx
 
