@@ -71,7 +71,8 @@ struct file_name
 class file_makeabs final : public onFile
 {
 public:
-    static constexpr const wchar_t* messageName = L"file_makeabs";
+    // REQUIRED: a wrong call is told under the name of another statement.
+    static constexpr const wchar_t* messageName = L"file_copy";
     static constexpr declaredParameter declared[] = {{L"file", true}};
 
     statement* clone() const override { return new file_makeabs(*this); }
@@ -140,7 +141,7 @@ public:
 class file_appendTextLine final : public onFile
 {
 public:
-    static constexpr const wchar_t* messageName = L"file_appendtextline";
+    static constexpr const wchar_t* messageName = L"file_appendTextLine";
     static constexpr declaredParameter declared[] = {{L"file", true}, {L"str", true}};
 
     statement* clone() const override { return new file_appendTextLine(*this); }
