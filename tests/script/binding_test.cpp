@@ -63,6 +63,14 @@ void showThree(const bound& self, codecontext& context, qx::genericValue& result
     result = qx::genericValue(shown);
 }
 
+// Names without their flags are refused when they are compiled.
+using qx::script::declaresParameters;
+static_assert(declaresParameters<std::nullptr_t>());
+static_assert(declaresParameters<wchar_t[4], bool, wchar_t[4], bool, std::nullptr_t>());
+static_assert(!declaresParameters<wchar_t[4]>());
+static_assert(!declaresParameters<wchar_t[4], bool, wchar_t[4]>());
+static_assert(!declaresParameters<wchar_t[4], wchar_t[4], bool, std::nullptr_t>());
+
 } // namespace
 
 TEST(binding, goes_by_position)
