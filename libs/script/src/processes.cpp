@@ -98,9 +98,10 @@ const builtin rows[] = {
     {.name = L"runexe",
      .create = createNamed<runExe>,
      .parameters = L"(exe, [params], [flags])",
+     .result = resultRule::none,
      .summary =
          L"Starts a program with these parameters, without a shell; one that cannot be started is passed "
-         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window; has no value.",
+         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window.",
      .failures = {L"error retrieving exe"}},
 };
 
