@@ -1,9 +1,12 @@
 // Named parameters: the positional texts of a call bound to declared names.
+#include "assertRecorder.h"
+#include "documents.h"
 #include "host.h"
 #include "valueText.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -59,6 +62,14 @@ void showThree(const bound& self, codecontext& context, qx::genericValue& result
     }
     result = qx::genericValue(shown);
 }
+
+// Names without their flags are refused when they are compiled.
+using qx::script::declaresParameters;
+static_assert(declaresParameters<std::nullptr_t>());
+static_assert(declaresParameters<wchar_t[4], bool, wchar_t[4], bool, std::nullptr_t>());
+static_assert(!declaresParameters<wchar_t[4]>());
+static_assert(!declaresParameters<wchar_t[4], bool, wchar_t[4]>());
+static_assert(!declaresParameters<wchar_t[4], wchar_t[4], bool, std::nullptr_t>());
 
 } // namespace
 
@@ -123,6 +134,49 @@ TEST(binding, names_are_exact_and_each_request_evaluates_anew)
     context.createVariable(nameOf(L"log"), textValue(L""));
     call->exec(context);
     EXPECT_EQ(valueText(context.variable(nameOf(L"log"))), "string \"2124\"");
+}
+
+// NAME, or NAME=OTHER for a statement that tells of a wrong call under another name. That of
+// directory_getcurrent is never told: it declares nothing.
+TEST(binding, statements_have_these_names_in_messages)
+{
+    const wchar_t* const table =
+        L"condition_create condition_istrue calccrc_create calccrc_add calccrc_result "
+        L"directory_getallfiles=directory_getAllFiles directory_setcurrent loaddll=loadDLL runexe=runExe "
+        L"file_appendtextline=file_appendTextLine file_copy file_delete file_exchangeextension file_exists "
+        L"file_loadcfg file_loadini file_make file_makeabs=file_copy file_makerelative file_name file_path "
+        L"fsname_replaceinvalidchars dbleq mod sqrt obj_has=has ctxt_has=has obj_isconstant obj_isdisabled "
+        L"obj_isenabled obj_isfieldvalid obj_label obj_triggerfieldchange obj_triggerfieldinfochange "
+        L"obj_setconstant obj_setdisabled obj_setenabled=obj_setdisabled obj_setlabel obj_setlabelswitch "
+        L"obj_setrestriction locstring locstring_getstring locstring_insertparam locstringfromid objmsg_add "
+        L"objmsg_remove assert throwerror throwmessage messagebox strdelspaces strfind strlower strupper "
+        L"strreplace strsplit substr";
+    texts rows;
+    qx::string(table).splitAt(L" ", rows, false);
+    texts found;
+    const assertRecorder recorder;
+    for (const qx::script::statementInfo& told : qx::script::listStatements()) {
+        const std::vector<std::string> declared = wordsOf(told.parameters.utf8());
+        const auto required = std::count_if(declared.begin(), declared.end(), [](const std::string& word) {
+            return word.find('[') == word.npos && word != "()";
+        });
+        const qx::string call = told.name + (required ? L"()" : L"(nobody())");
+        const texts chain = failureOf([&] { parsed(call); });
+        const auto row = std::find_if(rows.begin(), rows.end(), [&](const qx::string& each) {
+            return each == told.name || each.starts_with(told.name + L"=");
+        });
+        if (row == rows.end()) {
+            EXPECT_LT(chain.size(), 3u) << told.name.utf8();
+            continue;
+        }
+        const qx::string name = row->substr(row->find(L'=') + 1);
+        const texts reasons{L"Error parsing " + call, L"Error parsing " + name + L"(...)",
+                            required ? name + L": Number of parameters < " + std::to_wstring(required)
+                                     : L"Error parsing nobody()"};
+        EXPECT_EQ(chain, reasons);
+        found.push_back(told.name);
+    }
+    EXPECT_EQ(found.size(), rows.size());
 }
 
 TEST(binding, prepared_type_is_kept_by_a_literal)

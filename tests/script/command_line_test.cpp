@@ -147,6 +147,7 @@ TEST_F(commandLine, checksAndListsFiles)
          "Tells whether the value reads as this type, by itself or by conversion.\n"
          "module: variable\n"
          "types: bool, short, int, long, ushort, uint, ulong, float, double, date, time, timestamp, array\n"
+         "result: replaces\n"
          "failures:\n"
          "  isoftype::createFrom: number of parameters < 1\n"
          "  isoftype: missing datatype for \"isoftype\"\n",

@@ -213,6 +213,25 @@ TEST(parser, module_below_the_built_in_ones_is_asked_first)
 namespace
 {
 
+// Three in order, of which the middle one registers the others while it is asked.
+texts askedInTurn;
+template <int Place>
+statement* askInTurn(const qx::string& name, const texts&, const texts&, int);
+qx::script::scriptModule inTurn[] = {qx::script::scriptModule(askInTurn<0>),
+                                     qx::script::scriptModule(askInTurn<1>),
+                                     qx::script::scriptModule(askInTurn<2>)};
+
+template <int Place>
+statement* askInTurn(const qx::string& name, const texts&, const texts&, int)
+{
+    if (name == L"grow")
+        askedInTurn.push_back(std::to_wstring(Place));
+    for (qx::script::scriptModule& module : inTurn)
+        if (name == L"grow" && Place == 1)
+            module.registerModule();
+    return nullptr;
+}
+
 // Asked for a name that the built-in modules know, a module behind them is never reached.
 texts askedBehind;
 
@@ -241,6 +260,14 @@ statement* askBehind(const qx::string& name, const texts&, const texts&, int)
 TEST(parserDeathTest, module_above_the_built_in_ones_is_asked_last)
 {
     EXPECT_EXIT(askModuleOnTheStack(), testing::ExitedWithCode(0), "");
+}
+
+TEST(parser, module_registered_while_another_is_asked_takes_its_place_in_the_walk)
+{
+    inTurn[1].registerModule();
+    for (int i = 0; i < 2; ++i)
+        failureOf([] { parsed(L"grow()"); });
+    EXPECT_EQ(askedInTurn, (texts{L"1", L"2", L"0", L"1", L"2"}));
 }
 
 TEST(parser, long_texts_are_cut_in_messages)

@@ -237,7 +237,8 @@ constexpr const char* generatedFromHere =
 
 bool tellTheSame(const statementInfo& a, const statementInfo& b)
 {
-    return a.parameters == b.parameters && a.types == b.types && a.summary == b.summary;
+    return a.parameters == b.parameters && a.types == b.types && a.summary == b.summary &&
+           a.result == b.result;
 }
 
 // The entry of one statement, or of several that differ in their names alone.
@@ -247,6 +248,7 @@ std::string entryFor(const std::string& names, const statementInfo& statement)
                         "`\n\n" + statement.summary.utf8() + "\n";
     if (!statement.types.empty())
         entry.append("\nTypes: ").append(statement.types.utf8()).append(".\n");
+    entry.append("\nResult: ").append(statement.result.utf8()).append(".\n");
     if (!statement.failures.empty())
         entry.append("\nFailures:\n\n");
     for (const qx::string& text : statement.failures)

@@ -161,6 +161,7 @@ void describe(const script::statementInfo& statement)
     if (!statement.types.empty()) {
         printLine(L"types: " + statement.types);
     }
+    printLine(L"result: " + statement.result);
     if (!statement.failures.empty()) {
         printLine(L"failures:");
     }

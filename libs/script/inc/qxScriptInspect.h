@@ -106,6 +106,7 @@ struct statementInfo
     string types;                 // the data types that it takes: `short, int`; empty for none
     string summary;               // a sentence: what it does, and its value
     std::vector<string> failures; // the texts of its own failures; %s stands for what was found
+    string result;                // what it does to a value that it is written into: `keeps the type`
 };
 
 // All built-in statements, module by module.

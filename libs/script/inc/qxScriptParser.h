@@ -54,7 +54,8 @@ public:
     scriptModule& operator=(const scriptModule&) = delete;
 
     // Enters this module into the parser's set, for good: the module must live as long as the parser is used.
-    // A second call changes nothing. Must not run while another thread parses or registers.
+    // A second call changes nothing. Must not run while another thread parses or registers. A factory may
+    // call it: one whose place is behind the module that is being asked is asked for the same call.
     void registerModule();
 
     statementFactory factory() const noexcept { return mFactory; }

@@ -16,6 +16,7 @@
 #include "qxSharedPtr.h"
 
 #include <span>
+#include <type_traits>
 #include <vector>
 
 namespace qx::script
@@ -174,6 +175,20 @@ struct declaredParameter
     bool required;
 };
 
+// True for what declares parameters: names, each with a flag behind it, and perhaps a null name at the end.
+template <class... Words>
+constexpr bool declaresParameters()
+{
+    bool isName = false;
+    bool isText = false;
+    bool alternate = true;
+    ((isName = !isName, isText = std::is_array_v<Words>,
+      alternate =
+          alternate && (isName ? std::is_convertible_v<Words, const wchar_t*> : std::is_arithmetic_v<Words>)),
+     ...);
+    return alternate && !(isName && isText); // a name without its flag
+}
+
 // Base of functions with named parameters: declared at parse time, bound by position, asked for by name at
 // run time.
 //
@@ -194,11 +209,12 @@ protected:
     // null name. A null first name declares no parameters. The texts beyond the declared names are not looked
     // at. Always true when it returns; every failure is an errParsingException of "FUNCTION(...)" with the
     // reason as its previous one. To be called once per object.
-    template <class... Rest>
-    bool parse(const wchar_t* function, const std::vector<string>& params, int flags, const wchar_t* name,
-               const Rest&... rest)
+    template <class... Words>
+    bool parse(const wchar_t* function, const std::vector<string>& params, int flags, const Words&... words)
     {
-        const declarationItem items[] = {declarationItem(name), declarationItem(rest)...,
+        static_assert(declaresParameters<Words...>(), "names, each with a flag behind it");
+        // Two, since the last name may be a pointer that is not null and has no flag.
+        const declarationItem items[] = {declarationItem(words)..., declarationItem(nullptr),
                                          declarationItem(nullptr)};
         return parseDeclared(function, params, flags, items);
     }

@@ -324,17 +324,18 @@ const builtin rows[] = {
     {.name = L"continue",
      .create = _continue::create,
      .parameters = L"()",
-     .summary = L"Ends this run of the body of the innermost loop. Exists only inside a loop; has no "
-                L"value."},
+     .result = resultRule::none,
+     .summary = L"Ends this run of the body of the innermost loop. Exists only inside a loop."},
     {.name = L"break",
      .create = _break::create,
      .parameters = L"()",
-     .summary = L"Ends the innermost loop. Exists only inside a loop; has no value."},
+     .result = resultRule::none,
+     .summary = L"Ends the innermost loop. Exists only inside a loop."},
     {.name = L"if",
      .create = _if::create,
      .parameters = L"(condition, then, [else])",
-     .summary = L"Runs `then` where the condition is true, and `else` where it is false or null; has "
-                L"no value.",
+     .result = resultRule::none,
+     .summary = L"Runs `then` where the condition is true, and `else` where it is false or null.",
      .failures = {L"_if::createFrom: number of parameters < 2\n"
                   L"_if::createFrom: error parsing \"%s\"\n"
                   L"error retrieving condition-result\n"
@@ -343,6 +344,7 @@ const builtin rows[] = {
     {.name = L"for_each",
      .create = for_each::create,
      .parameters = L"(name, collection, body)",
+     .result = resultRule::replacesIfAny,
      .summary = L"Runs the body for each element of an array, or of an object that can be walked "
                 L"over, with the element as a variable; its value is what the body returns.",
      .failures = {L"for_each::createFrom: number of parameters < 3\n"
@@ -353,6 +355,7 @@ const builtin rows[] = {
     {.name = L"while",
      .create = _while::create,
      .parameters = L"(condition, body)",
+     .result = resultRule::replacesIfAny,
      .summary = L"Runs the body as long as the condition is true; its value is what the body "
                 L"returns.",
      .failures = {L"_while::createFrom: number of parameters < 2\n"
@@ -365,6 +368,7 @@ const builtin rows[] = {
     {.name = L"callfunction",
      .create = createCallfunction,
      .parameters = L"(type$file$function, [argument], ...)",
+     .result = resultRule::replacesIfAny,
      .summary = L"Runs a function of a script file with these arguments; its value is what the "
                 L"function returns.",
      .failures = {L"callFunction::createFrom: number of parameters < 1\n"
@@ -386,18 +390,21 @@ const builtin rows[] = {
     {.name = L"throwerror",
      .create = createThrowerror,
      .parameters = L"(string)",
+     .result = resultRule::none,
      .summary = L"Fails with this text.",
      .failures = {L"Error retrieving throwerror-Message"}},
     {.name = L"throwmessage",
      .create = createThrowmessage,
      .parameters = L"(string)",
+     .result = resultRule::none,
      .summary = L"Fails with this text alone: no statement on the way out adds its own, loops and "
                 L"treatasfunction excepted.",
      .failures = {L"Error retrieving throwerror-Message"}},
     {.name = L"assert",
      .create = createAssert,
      .parameters = L"(string)",
-     .summary = L"Reports a text to the host, and goes on; has no value.",
+     .result = resultRule::none,
+     .summary = L"Reports a text to the host, and goes on.",
      .failures = {L"Error retrieving assert-Message"}},
     {.name = L"executablepath",
      .create = createExecutablepath,
@@ -406,6 +413,7 @@ const builtin rows[] = {
     {.name = L"messagebox",
      .create = createMessagebox,
      .parameters = L"(string, [buttons], [icon], [title])",
+     .result = resultRule::replacesIfAny,
      .summary = L"Shows a text, or the message with this id, and waits; gives the button: `ok`, "
                 L"`cancel`, `retry`, `yes` or `no`.",
      .failures = {L"Error retrieving messagebox-Message"}},

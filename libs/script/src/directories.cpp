@@ -15,7 +15,7 @@ namespace
 class directory_getAllFiles final : public scriptbasesinglefunction
 {
 public:
-    static constexpr const wchar_t* messageName = L"directory_getallfiles";
+    static constexpr const wchar_t* messageName = L"directory_getAllFiles";
     static constexpr declaredParameter declared[] = {{L"path", true}, {L"filter", false}};
 
     statement* clone() const override { return new directory_getAllFiles(*this); }

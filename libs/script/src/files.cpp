@@ -71,7 +71,8 @@ struct file_name
 class file_makeabs final : public onFile
 {
 public:
-    static constexpr const wchar_t* messageName = L"file_makeabs";
+    // REQUIRED: a wrong call is told under the name of another statement.
+    static constexpr const wchar_t* messageName = L"file_copy";
     static constexpr declaredParameter declared[] = {{L"file", true}};
 
     statement* clone() const override { return new file_makeabs(*this); }
@@ -140,7 +141,7 @@ public:
 class file_appendTextLine final : public onFile
 {
 public:
-    static constexpr const wchar_t* messageName = L"file_appendtextline";
+    static constexpr const wchar_t* messageName = L"file_appendTextLine";
     static constexpr declaredParameter declared[] = {{L"file", true}, {L"str", true}};
 
     statement* clone() const override { return new file_appendTextLine(*this); }
@@ -227,7 +228,8 @@ const builtin rows[] = {
     {.name = L"file_delete",
      .create = createNamed<file_delete>,
      .parameters = L"(path, [file])",
-     .summary = L"Deletes a file; one that is not there or may not be deleted is passed over; has no value.",
+     .result = resultRule::none,
+     .summary = L"Deletes a file; one that is not there or may not be deleted is passed over.",
      .failures = {noPath}},
     {.name = L"file_copy",
      .create = createNamed<file_copy>,
@@ -273,7 +275,8 @@ const builtin rows[] = {
     {.name = L"file_appendtextline",
      .create = createNamed<file_appendTextLine>,
      .parameters = L"(file, str)",
-     .summary = L"Adds a line to a file, which is made if it is missing; has no value.",
+     .result = resultRule::none,
+     .summary = L"Adds a line to a file, which is made if it is missing.",
      .failures = {noFile, L"Error retrieving str\n"
                           L"Error opening file"}},
     {.name = L"fsname_replaceinvalidchars",

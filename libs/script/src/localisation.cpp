@@ -248,8 +248,8 @@ const builtin rows[] = {
     {.name = L"objmsg_add",
      .create = createNamed<objmsg_add>,
      .parameters = L"(this, id, severity, msg)",
-     .summary = L"Hangs a message on an object: an `error`, a `warning` or an `information`; has no "
-                L"value.",
+     .result = resultRule::none,
+     .summary = L"Hangs a message on an object: an `error`, a `warning` or an `information`.",
      .failures = {objectFailures, L"Error retrieving object (1)\n"
                                   L"Error retrieving message-id\n"
                                   L"Error retrieving message-severity\n"
@@ -257,7 +257,8 @@ const builtin rows[] = {
     {.name = L"objmsg_remove",
      .create = createNamed<objmsg_remove>,
      .parameters = L"(this, id)",
-     .summary = L"Takes the message with this id from an object; has no value.",
+     .result = resultRule::none,
+     .summary = L"Takes the message with this id from an object.",
      .failures = {objectFailures, L"Error retrieving object\n"
                                   L"Error retrieving message-id"}},
 };

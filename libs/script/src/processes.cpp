@@ -14,7 +14,7 @@ namespace
 class loadDLL final : public scriptbasesinglefunction
 {
 public:
-    static constexpr const wchar_t* messageName = L"loaddll";
+    static constexpr const wchar_t* messageName = L"loadDLL";
     static constexpr declaredParameter declared[] = {{L"file", true}};
 
     statement* clone() const override { return new loadDLL(*this); }
@@ -46,7 +46,7 @@ private:
 class runExe final : public scriptbasesinglefunction
 {
 public:
-    static constexpr const wchar_t* messageName = L"runexe";
+    static constexpr const wchar_t* messageName = L"runExe";
     static constexpr declaredParameter declared[] = {{L"exe", true}, {L"params", false}, {L"flags", false}};
 
     statement* clone() const override { return new runExe(*this); }
@@ -98,9 +98,10 @@ const builtin rows[] = {
     {.name = L"runexe",
      .create = createNamed<runExe>,
      .parameters = L"(exe, [params], [flags])",
+     .result = resultRule::none,
      .summary =
          L"Starts a program with these parameters, without a shell; one that cannot be started is passed "
-         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window; has no value.",
+         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window.",
      .failures = {L"error retrieving exe"}},
 };
 

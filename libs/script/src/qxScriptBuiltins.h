@@ -58,6 +58,17 @@ struct failureLists
     const wchar_t* lists[4] = {};
 };
 
+// What the result of a statement does to a value that it is written into.
+enum class resultRule : unsigned char
+{
+    replaces,           // it, whatever that holds
+    replacesIfAny,      // the same; a run may have no value, which leaves it as it is
+    keepsType,          // of it, and is converted
+    keepsTypeButOfDate, // the same, but a date replaces it
+    asValue,            // what the value of the parameter does
+    none                // the statement has no value
+};
+
 // One script name: how its statement is made, and what help texts and the reference tell of it.
 struct builtin
 {
@@ -65,6 +76,7 @@ struct builtin
     statement* (*create)(const callText& call); // gives null where the module declines the call
     const wchar_t* parameters;                  // summary for people: `<type>(name, [value])`
     const wchar_t* types = nullptr;             // the data types that are taken: `short, int`; null for none
+    resultRule result = resultRule::replaces;   // as its class writes it
     const wchar_t* summary = L"";               // a sentence: what it does, and its value
     failureLists failures = {};
 };

@@ -114,6 +114,7 @@ constexpr builtin colourRow(const wchar_t* name, const wchar_t* summary)
     return {.name = name,
             .create = rgb_const::create<Red, Green, Blue>,
             .parameters = L"()",
+            .result = resultRule::keepsType,
             .summary = summary,
             .failures = {L"Error executing function call"}};
 }
@@ -122,6 +123,7 @@ const builtin rows[] = {
     {.name = L"rgb_make",
      .create = rgb_make::create,
      .parameters = L"(red, green, blue)",
+     .result = resultRule::keepsType,
      .summary = L"Gives the number of a colour: red + green * 256 + blue * 65536, each modulo 256.",
      .failures = {L"rgb_make::createFrom: error parsing \"%s\"\n"
                   L"Error getting value for red\n"

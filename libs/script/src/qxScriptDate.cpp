@@ -106,28 +106,36 @@ constexpr failureLists ofReadOut{useFailures, L"infoOfDate::createFrom: number o
 constexpr failureLists ofText{useFailures, L"dateAsString::createFrom: number of parameters < 1\n"
                                            L"invalid kind of string %d"};
 
-constexpr builtin dateRow(const wchar_t* name, statement* (*create)(const callText&), const wchar_t* summary,
-                          const failureLists& failures)
+constexpr builtin constantRow(const wchar_t* name, statement* (*create)(const callText&),
+                              const wchar_t* summary)
 {
-    return {name, create, L"(date)", nullptr, summary, failures};
+    return {name, create, L"()", nullptr, resultRule::keepsType, summary, ofConstant};
+}
+
+constexpr builtin readOutRow(const wchar_t* name, statement* (*create)(const callText&),
+                             const wchar_t* summary)
+{
+    return {name, create, L"(date)", nullptr, resultRule::keepsType, summary, ofReadOut};
+}
+
+constexpr builtin textRow(const wchar_t* name, statement* (*create)(const callText&), const wchar_t* summary)
+{
+    return {name, create, L"(date)", nullptr, resultRule::replaces, summary, ofText};
 }
 
 const builtin rows[] = {
-    {L"today", staticDate::create<date::today>, L"()", nullptr, L"Gives the day of the local clock.",
-     ofConstant},
-    {L"brelvixinidate", staticDate::create<date::brelvixIniDate>, L"()", nullptr, L"Gives 1900-01-01.",
-     ofConstant},
-    dateRow(L"date_year", infoOfDate::create<0>, L"Gives the year.", ofReadOut),
-    dateRow(L"date_month", infoOfDate::create<1>, L"Gives the month, from 1.", ofReadOut),
-    dateRow(L"date_dayofmonth", infoOfDate::create<2>, L"Gives the day of the month, from 1.", ofReadOut),
-    dateRow(L"date_weekofyear", infoOfDate::create<3>,
-            L"Gives the week of the year by ISO 8601, in which week 1 has the year's first Thursday.",
-            ofReadOut),
-    dateRow(L"date_dayofyear", infoOfDate::create<4>, L"Gives the day of the year, from 1.", ofReadOut),
-    dateRow(L"date_dayofweek", infoOfDate::create<5>, L"Gives the day of the week, 1 for Monday.", ofReadOut),
-    dateRow(L"date_assybasedate", dateAsString::create<0>,
-            L"Gives the date as text with apostrophes around it: '2024-03-09'.", ofText),
-    dateRow(L"date_aslocalestring", dateAsString::create<1>, L"Gives the date as text: 09.03.2024.", ofText),
+    constantRow(L"today", staticDate::create<date::today>, L"Gives the day of the local clock."),
+    constantRow(L"brelvixinidate", staticDate::create<date::brelvixIniDate>, L"Gives 1900-01-01."),
+    readOutRow(L"date_year", infoOfDate::create<0>, L"Gives the year."),
+    readOutRow(L"date_month", infoOfDate::create<1>, L"Gives the month, from 1."),
+    readOutRow(L"date_dayofmonth", infoOfDate::create<2>, L"Gives the day of the month, from 1."),
+    readOutRow(L"date_weekofyear", infoOfDate::create<3>,
+               L"Gives the week of the year by ISO 8601, in which week 1 has the year's first Thursday."),
+    readOutRow(L"date_dayofyear", infoOfDate::create<4>, L"Gives the day of the year, from 1."),
+    readOutRow(L"date_dayofweek", infoOfDate::create<5>, L"Gives the day of the week, 1 for Monday."),
+    textRow(L"date_assybasedate", dateAsString::create<0>,
+            L"Gives the date as text with apostrophes around it: '2024-03-09'."),
+    textRow(L"date_aslocalestring", dateAsString::create<1>, L"Gives the date as text: 09.03.2024."),
 };
 
 } // namespace

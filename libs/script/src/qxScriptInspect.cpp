@@ -37,6 +37,24 @@ std::vector<string> linesOf(const failureLists& failures)
     return all;
 }
 
+const wchar_t* wordsFor(resultRule rule)
+{
+    switch (rule) {
+    case resultRule::replaces:
+        return L"replaces";
+    case resultRule::replacesIfAny:
+        return L"replaces, where there is one";
+    case resultRule::keepsType:
+        return L"keeps the type";
+    case resultRule::keepsTypeButOfDate:
+        return L"keeps the type, but a date replaces";
+    case resultRule::asValue:
+        return L"that of the value";
+    default:
+        return L"none";
+    }
+}
+
 // A reader of the file's definitions.
 scrdefReader readerOf(const file& scriptFile)
 {
@@ -151,7 +169,7 @@ std::vector<statementInfo> listStatements()
     for (const builtinModule* module : builtinModules())
         for (const builtin& row : module->rows)
             all.push_back({row.name, row.parameters, module->name, row.types ? row.types : L"", row.summary,
-                           linesOf(row.failures)});
+                           linesOf(row.failures), wordsFor(row.result)});
     return all;
 }
 

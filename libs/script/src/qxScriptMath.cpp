@@ -175,13 +175,13 @@ constexpr failureLists toAngle{operandFailures, L"angleinvfunc::createFrom: miss
 
 constexpr builtin angleRow(const wchar_t* name, statement* (*create)(const callText&), const wchar_t* summary)
 {
-    return {name, create, L"<unit>(angle)", L"any", summary, ofAngle};
+    return {name, create, L"<unit>(angle)", L"any", resultRule::replaces, summary, ofAngle};
 }
 
 constexpr builtin inverseRow(const wchar_t* name, statement* (*create)(const callText&),
                              const wchar_t* summary)
 {
-    return {name, create, L"<unit>(value)", L"any", summary, toAngle};
+    return {name, create, L"<unit>(value)", L"any", resultRule::replaces, summary, toAngle};
 }
 
 const builtin rows[] = {

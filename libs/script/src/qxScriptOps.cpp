@@ -218,6 +218,7 @@ struct operatorRow
     const wchar_t* types;
     failureLists failures;
     const wchar_t* summary;
+    resultRule result = resultRule::keepsType;
 };
 
 constexpr const wchar_t* two = L"<type>(first, second)";
@@ -272,10 +273,12 @@ constexpr failureLists untypedMany{manyOperands};
 constexpr operatorRow operators[] = {
     {L"add", L"+", create<addition, summable>, two, summableWords, typedTwoOrDate,
      L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
-     L"`days` later."},
+     L"`days` later.",
+     resultRule::keepsTypeButOfDate},
     {L"subtract", nullptr, createSubtract, two, subtractableWords, typedTwoOrDate,
      L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
-     L"earlier."},
+     L"earlier.",
+     resultRule::keepsTypeButOfDate},
     {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
     {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
      L"Gives the quotient; one of integers is cut to an integer."},
@@ -303,15 +306,15 @@ constexpr operatorRow operators[] = {
      L"Tells whether the first is greater or equal."},
     {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
     {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
-     L"Stands for subtract with two parameters, and for minus with one."},
+     L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
     {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
      L"Gives the number without its sign."},
     {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, untypedOne,
      L"Gives the opposite of a truth value."},
     {L"and", L"&&", createAnd, many, nullptr, untypedMany,
-     L"Tells whether all are true; none is asked behind the first that is false."},
+     L"Tells whether all are true; none is asked behind the first that is false.", resultRule::replaces},
     {L"or", L"||", createOr, many, nullptr, untypedMany,
-     L"Tells whether one is true; none is asked behind the first that is."},
+     L"Tells whether one is true; none is asked behind the first that is.", resultRule::replaces},
 };
 
 constexpr std::size_t rowCount()
@@ -330,7 +333,8 @@ constexpr std::array<builtin, rowCount()> allRows()
     for (const operatorRow& row : operators) {
         for (const wchar_t* name : {row.keyword, row.symbol})
             if (name)
-                rows[at++] = {name, row.create, row.parameters, row.types, row.summary, row.failures};
+                rows[at++] = {name,       row.create,  row.parameters, row.types,
+                              row.result, row.summary, row.failures};
     }
     return rows;
 }

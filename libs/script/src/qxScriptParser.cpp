@@ -102,12 +102,16 @@ struct hostCall
     std::vector<string> params;
 };
 
+// A factory may register modules, so that these move: the next is looked for by address.
 statement* askEach(const std::vector<scriptModule*>& modules, const callText& call)
 {
     const hostCall copied(call);
-    for (const scriptModule* module : modules)
+    for (auto next = modules.begin(); next != modules.end();) {
+        const scriptModule* const module = *next;
         if (statement* const made = module->factory()(copied.name, copied.types, copied.params, call.flags))
             return made;
+        next = std::upper_bound(modules.begin(), modules.end(), module, std::less<const scriptModule*>());
+    }
     return nullptr;
 }
 

@@ -480,6 +480,7 @@ const builtin rows[] = {
     {.name = L"sizeofarray",
      .create = sizeOfArray::create,
      .parameters = L"(name)",
+     .result = resultRule::keepsType,
      .summary = L"Gives the number of elements of the array in this variable.",
      .failures = {L"sizeOfArray::createFrom: number of parameters < 1\n"
                   L"sizeOfSet::createFrom: error parsing \"%s\"\n"
@@ -487,7 +488,8 @@ const builtin rows[] = {
     {.name = L"addtoarray",
      .create = addToArray::create,
      .parameters = L"(name, value)",
-     .summary = L"Appends a value to the array in this variable; has no value.",
+     .result = resultRule::none,
+     .summary = L"Appends a value to the array in this variable.",
      .failures = {L"addToArray::createFrom: number of parameters < 2\n"
                   L"addToArray::createFrom: error parsing \"%s\"\n"
                   L"Error retrieving array\n"
@@ -513,8 +515,8 @@ const builtin rows[] = {
      .create = createKeyed<insertIntoMap>,
      .parameters = L"<key type>(name, key, value)",
      .types = keyTypes,
-     .summary = L"Puts a value into the map in this variable, in place of one with the same key; has "
-                L"no value.",
+     .result = resultRule::none,
+     .summary = L"Puts a value into the map in this variable, in place of one with the same key.",
      .failures = {keyTypeFailures, L"insertIntoMap::createFrom: number of parameters < 3\n"
                                    L"insertIntoMap::createFrom: error parsing \"%s\"\n"
                                    L"Map not found\n"
@@ -524,6 +526,7 @@ const builtin rows[] = {
      .create = createKeyed<findInMap>,
      .parameters = L"<key type>(name, key)",
      .types = keyTypes,
+     .result = resultRule::replacesIfAny,
      .summary = L"Gives what the map in this variable holds for the key; has no value where it holds "
                 L"nothing.",
      .failures = {keyTypeFailures, L"findInMap::createFrom: number of parameters < 2\n"

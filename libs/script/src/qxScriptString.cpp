@@ -281,6 +281,7 @@ const builtin rows[] = {
     {.name = L"strlen",
      .create = scr_strlen::create,
      .parameters = L"(text)",
+     .result = resultRule::keepsType,
      .summary = L"Gives the length of a text.",
      .failures = {L"strlen::createFrom: number of parameters < 1\n"
                   L"strlen::createFrom: error parsing \"%s\"\n"
@@ -289,6 +290,7 @@ const builtin rows[] = {
     {.name = L"strcat",
      .create = scr_strcat::create,
      .parameters = L"(text, text, ...)",
+     .result = resultRule::keepsType,
      .summary = L"Joins two or more texts.",
      .failures = {L"strcat::createFrom: number of parameters < 2\n"
                   L"strcat::createFrom: error parsing \"%s\"\n"

@@ -37,18 +37,27 @@ constexpr failureLists ofReadOut{L"infoOfTime::createFrom: number of parameters 
                                  L"Missing or invalid time-provider\n"
                                  L"invalid infotype %d"};
 
+constexpr builtin constantRow(const wchar_t* name, statement* (*create)(const callText&),
+                              const wchar_t* summary)
+{
+    return {name, create, L"()", nullptr, resultRule::keepsType, summary, ofConstant};
+}
+
+constexpr builtin readOutRow(const wchar_t* name, statement* (*create)(const callText&),
+                             const wchar_t* summary)
+{
+    return {name, create, L"(time)", nullptr, resultRule::keepsType, summary, ofReadOut};
+}
+
 const builtin rows[] = {
-    {L"daystart", staticTime::create<time::daystart>, L"()", nullptr, L"Gives 00:00.", ofConstant},
-    {L"lunchtime", staticTime::create<time::lunchtime>, L"()", nullptr, L"Gives 12:00.", ofConstant},
-    {L"midnight", staticTime::create<time::midnight>, L"()", nullptr, L"Gives 00:00.", ofConstant},
-    {L"time_hour", infoOfTime::create<0>, L"(time)", nullptr, L"Gives the hour.", ofReadOut},
-    {L"time_minute", infoOfTime::create<1>, L"(time)", nullptr, L"Gives the minute of the hour.", ofReadOut},
-    {L"time_second", infoOfTime::create<2>, L"(time)", nullptr, L"Gives the second of the minute.",
-     ofReadOut},
-    {L"time_minuteofday", infoOfTime::create<4>, L"(time)", nullptr, L"Gives the minutes since 00:00.",
-     ofReadOut},
-    {L"time_secondofday", infoOfTime::create<5>, L"(time)", nullptr, L"Gives the seconds since 00:00.",
-     ofReadOut},
+    constantRow(L"daystart", staticTime::create<time::daystart>, L"Gives 00:00."),
+    constantRow(L"lunchtime", staticTime::create<time::lunchtime>, L"Gives 12:00."),
+    constantRow(L"midnight", staticTime::create<time::midnight>, L"Gives 00:00."),
+    readOutRow(L"time_hour", infoOfTime::create<0>, L"Gives the hour."),
+    readOutRow(L"time_minute", infoOfTime::create<1>, L"Gives the minute of the hour."),
+    readOutRow(L"time_second", infoOfTime::create<2>, L"Gives the second of the minute."),
+    readOutRow(L"time_minuteofday", infoOfTime::create<4>, L"Gives the minutes since 00:00."),
+    readOutRow(L"time_secondofday", infoOfTime::create<5>, L"Gives the seconds since 00:00."),
 };
 
 } // namespace
