@@ -129,6 +129,40 @@ TEST(codeManager, aFunctionIsLoadedAgainOnlyForANewerFile)
     EXPECT_TRUE(runCall(directory.name(), call).ends_with(" not found!")) << "a deleted file fails at once";
 }
 
+TEST(codeManager, whatAFailedReadOrListingGaveIsNotKept)
+{
+    class stumblingDisk final : public fakeSystem
+    {
+    public:
+        bool readFile(const qx::string& name, qx::byteSink& sink) override
+        {
+            return !failsToRead && platformSystem::readFile(name, sink);
+        }
+        bool listDirectory(const qx::string& name, std::vector<qx::directoryEntry>& entries) override
+        {
+            return !failsToList && platformSystem::listDirectory(name, entries);
+        }
+        bool failsToRead = false;
+        bool failsToList = false;
+    };
+    const scratchDirectory directory;
+    const std::string name = unusedName();
+    directory.write("Lost" + name + ".qxscr", "scrdef f(){ return(\"f\"); } \nscrdef g(){ return(\"g\"); }");
+    setAge(directory, "", -60);
+    stumblingDisk disk;
+    const auto call = [&](const char* function) {
+        return runCall(directory.name(), qx::string::fromUtf8("$Lost" + name + "$" + function));
+    };
+    disk.failsToList = qx::file(L"/a") != qx::file(L"/A");
+    EXPECT_EQ(call("f").ends_with(" not found!"), disk.failsToList);
+    disk.failsToList = false;
+    EXPECT_EQ(call("f"), "f");
+    disk.failsToRead = true;
+    EXPECT_TRUE(call("g").starts_with("Function \"g\" not found in file "));
+    disk.failsToRead = false;
+    EXPECT_EQ(call("g"), "g");
+}
+
 TEST(codeManager, threadsShareOneFunction)
 {
     const scratchDirectory directory;

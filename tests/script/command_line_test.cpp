@@ -51,9 +51,10 @@ protected:
         EXPECT_EQ(std::system(inDirectory.c_str()), 0) << inDirectory;
     }
 
-    outcome run(const std::string& arguments) const
+    outcome run(const std::string& arguments, const std::string& input = "") const
     {
-        shell("'" QX_SCRIPT_PROGRAM "' " + arguments + " >out 2>err </dev/null; echo $? >status");
+        mDirectory.write("in", input);
+        shell("'" QX_SCRIPT_PROGRAM "' " + arguments + " >out 2>err <in; echo $? >status");
         return {mDirectory.read("out"), mDirectory.read("err"), std::stoi(mDirectory.read("status"))};
     }
 
@@ -72,6 +73,7 @@ protected:
         int status;
         const char* output;
         const char* errors;
+        const char* input = "";
     };
 
     template <std::size_t N>
@@ -79,7 +81,7 @@ protected:
     {
         for (const expectation& row : cases) {
             SCOPED_TRACE(row.arguments);
-            const outcome result = run(row.arguments);
+            const outcome result = run(row.arguments, row.input);
             EXPECT_EQ(result.status, row.status);
             EXPECT_EQ(result.output, filledIn(row.output));
             EXPECT_EQ(result.errors, filledIn(row.errors));
@@ -117,6 +119,17 @@ TEST_F(commandLine, runsFunctionsCallsAndTexts)
         {"eval '{ createvar(a, \"1\"); createvar(p, getvarptr<int>(a)); setvar(a, \"2\"); return(p); }'", 0,
          "2\n", ""},
         {"eval '{ }'", 0, "", ""},
+        {"eval today", 1, "", "qxscript: cannot be read as a statement: today\n"},
+        {"eval '{ isnull(\"1\"); today }'", 1, "",
+         "assert: statement::createFrom: error parsing \" today\"\n"
+         "qxscript: cannot be read as a statement: { isnull(\"1\"); today }\n"},
+        {"eval -", 0, "\xC3\xA4\n", "", "\xEF\xBB\xBF\n { createvar(a, \"\xC3\xA4\");\r\n  return(a); } \n"},
+        {"run - f -- y", 0, "--yg%/\n", "",
+         "scrdef f(in a, in b) // of two\n"
+         "{ return(strcat(a, b, callfunction($-$g), getglobalvar(scriptbasepath))); }\n"
+         "scrdef g() { return(\"g\"); }\n"},
+        {"run --base sub - f", 0, "x\n", "", "scrdef f() { return(callfunction($deep$f, \"x\")); }"},
+        {"run - f", 1, "", "Function \"f\" not found in file \"%/-.qxscr\"\n"},
         {"eval 'messagebox(\"Go on?\", \"YesNoCancel\", \"question\", \"Copy\")'", 0, "yes\n",
          "Copy: Go on?\n"},
         {"--log trace eval 'isnull(\"1\")'", 0, "false\n",
@@ -183,6 +196,7 @@ TEST_F(commandLine, wrongUsageIsStatusTwo)
         EXPECT_TRUE(result.output.empty() && !result.errors.empty());
     }
     EXPECT_NE(run("--help").output.find("scramble"), std::string::npos);
+    EXPECT_TRUE(run("--version").output.starts_with("qxscript 0."));
 }
 
 TEST_F(commandLine, theMiddleOfALongChainIsLeftOut)

@@ -111,8 +111,9 @@ std::ptrdiff_t countChildren(bool ended)
 
 TEST_F(files, names_and_contents_in_every_encoding)
 {
-    // "\xFF" is no UTF-8; the last character of the line is missing from the code page.
-    set(L"line", L"k=\x00E4\x20AC\x4E2D");
+    // "\xFF" is no UTF-8; the last character of the line is missing from the code page. A zero character ends
+    // what is written.
+    set(L"line", string(L"k=\x00E4\x20AC\x4E2D") + L'\0' + L"lost");
     for (const char* name : {"plain", "gr\xC3\xBC\xC3\x9F", "\xF0\x9F\x98\x80", "bad\xFF\xC3"}) {
         SCOPED_TRACE(name);
         set(L"n", string::fromUtf8(name));
@@ -196,6 +197,30 @@ TEST_F(filesBesideOthers, full_disks)
     shell("qxscript eval 'file_appendtextline(\"/dev/full\", \"line\")'");
     shell(
         "! qxscript eval 'file_copy(\"big\", \"/dev\", \"full\")' 2>err && grep -q 'Error copying file' err");
+}
+
+TEST_F(filesBesideOthers, pipes_and_endless_files_cannot_be_read)
+{
+    shell("mkfifo pipe.qxscr pipe.ini messages.xx.ini && ln -s /dev/zero endless.qxscr && "
+          "truncate -s 65M large.qxscr && printf 'k=v\\n' | tee small.ini >large.ini && "
+          "truncate -s 17M large.ini && ln -s nothing dangling.ini");
+    const currentDirectory back(mDirectory.path(""));
+    for (const char* name : {"pipe", "endless", "large"})
+        EXPECT_EQ(chainText([&] { qx::script::listFunctions(qx::file(string::fromUtf8(name) + L".qxscr")); }),
+                  "Error reading file " + mDirectory.path(name).string() + ".qxscr");
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"file_loadini(\"small.ini\", \"\", \"k\")", "string \"v\""},
+        {L"file_loadini(\"pipe.ini\", \"\", \"k\")", "string \"\""},
+        {L"file_loadini(\"large.ini\", \"\", \"k\")", "string \"\""},
+        {L"file_loadcfg(\"pipe.ini\", \"k\")", "string \"\""},
+        {L"directory_getallfiles(\".\", \"dang*\")", "array []"},
+        {L"file_exists(\"dangling.ini\")", "bool false"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(outcome(text), expected) << string(text).utf8();
+    qx::searchPath path;
+    path.add(mDirectory.name(""));
+    EXPECT_EQ(string(qx::locString(L"id", L"-").string(L"xx", path)), L"-");
 }
 
 TEST_F(filesBesideOthers, two_processes_append_to_one_file)

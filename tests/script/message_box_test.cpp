@@ -32,6 +32,7 @@ TEST(messageBox, answers_name_buttons)
         std::size_t left;
     } rows[] = {
         {0 + 16, {" O\t\r"}, 1, 0},
+        {0, {"what", " ", "o"}, 1, unread}, // an empty line is enough for one button
         {1, {"Cancel"}, 2, 0},
         {3 + 32, {"n", "y"}, 7, unread},
         {3, {"", "maybe", "ye", "ok", "C"}, 2, 0},

@@ -176,6 +176,7 @@ TEST(scriptFile, listingsAreTrustedOnceADirectoryHasBeenStill)
 {
     if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "nothing is listed on such a file system";
+    // Directories that changed at one time, and a clock.
     class countingDisk final : public fakeSystem
     {
     public:
@@ -184,27 +185,47 @@ TEST(scriptFile, listingsAreTrustedOnceADirectoryHasBeenStill)
             ++listings;
             return platformSystem::listDirectory(name, entries);
         }
+        bool status(const qx::string& name, qx::fileStatus& status) override
+        {
+            const bool isThere = platformSystem::status(name, status);
+            status.lastModification = changed;
+            return isThere;
+        }
+        long long utcNow() override { return changed + age; }
         int listings = 0;
+        long long changed = 0;
+        long long age = 0;
     };
     const scratchDirectory directory;
     countingDisk disk;
     for (const char* name : {"empty", "base"})
         std::filesystem::create_directory(directory.path(name));
     const currentDirectory current(directory.path("empty"));
-    setAge(directory, "empty", -60);
-    directory.write("base/Tools.qxscr", "");
+    const char* const names[] = {"base/Tools.qxscr", "base/TOOLS.qxscr"};
+    directory.write(names[0], "");
     const auto listingsOfASearch = [&] {
         disk.listings = 0;
         EXPECT_TRUE(script::locateScriptFile(directory.name("base"), L"tools").exists());
         return disk.listings;
     };
+    const struct
+    {
+        long long changed;
+        long long age;
+        bool isTrusted;
+    } rows[] = {
+        {1'000'500, 30, false}, {1'000'500, 40, true},    {1'000'501, -500, false},
+        {1'001'000, 40, false}, {1'001'000, 1999, false}, {1'001'000, 2001, true},
+    };
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        disk.changed = rows[i].changed;
+        disk.age = rows[i].age;
+        EXPECT_EQ(listingsOfASearch(), 2) << i;
+        EXPECT_EQ(listingsOfASearch(), rows[i].isTrusted ? 0 : 2) << i;
+    }
+    std::filesystem::rename(directory.path(names[0]), directory.path(names[1]));
+    disk.changed += 5;
     EXPECT_EQ(listingsOfASearch(), 2);
-    EXPECT_EQ(listingsOfASearch(), 1) << "base was changed a moment ago";
-    setAge(directory, "base", -60);
-    EXPECT_EQ(listingsOfASearch(), 1);
-    EXPECT_EQ(listingsOfASearch(), 0);
-    std::filesystem::rename(directory.path("base/Tools.qxscr"), directory.path("base/TOOLS.qxscr"));
-    EXPECT_EQ(listingsOfASearch(), 1);
 }
 
 TEST(scriptFile, readingFailsWithTheFile)

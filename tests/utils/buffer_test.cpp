@@ -60,6 +60,10 @@ TEST(binaryBuffer, a_failed_or_cancelled_read_leaves_nothing)
     EXPECT_FALSE(buffer.readFromFile(large, []() -> bool { throw std::runtime_error("callback"); }));
     for (const qx::file& missing : {qx::file(scratch.name("missing")), qx::file(scratch.name()), qx::file()})
         EXPECT_FALSE(buffer.readFromFile(missing, nullptr));
+    for (const auto& [most, isRead] : {std::pair(100000u, true), std::pair(99999u, false)}) {
+        EXPECT_EQ(buffer.readFromFile(large, nullptr, most), isRead);
+        EXPECT_EQ(buffer.logicalLength(), isRead ? most : 0u);
+    }
     const failingDisk disk;
     EXPECT_FALSE(buffer.readFromFile(large, nullptr));
     EXPECT_EQ(buffer.logicalLength(), 0u);

@@ -113,7 +113,7 @@ TEST_F(catalogue, directories_are_asked_in_order)
     EXPECT_EQ(textOf(L"a", L"de_CH"), L"region");
 }
 
-TEST_F(catalogue, newer_files_are_read_again)
+TEST_F(catalogue, changed_files_are_read_again)
 {
     class countingDisk final : public fakeSystem
     {
@@ -140,6 +140,11 @@ TEST_F(catalogue, newer_files_are_read_again)
     EXPECT_EQ(textOf(L"id"), L"-");
     disk.fails = false;
     EXPECT_EQ(textOf(L"id"), L"two");
+    std::filesystem::remove(file);
+    EXPECT_EQ(textOf(L"id"), L"-");
+    writeAt("id=older\n", std::chrono::seconds(30));
+    EXPECT_EQ(textOf(L"id") + textOf(L"id"), L"olderolder");
+    EXPECT_EQ(disk.reads, 4);
     std::filesystem::remove(file);
     std::filesystem::create_directory(file);
     EXPECT_EQ(textOf(L"id"), L"-");

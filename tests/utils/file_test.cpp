@@ -26,6 +26,7 @@ class fixedDisk : public fakeSystem
         entries.push_back({L"dir.txt", true, false, false});
         entries.push_back({L"hidden", false, true, false});
         entries.push_back({L"system", false, false, true});
+        entries.push_back({L"link.txt", false, false, false, true});
         return true;
     }
 };

@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "commandLineSystem.h"
 #include "outputText.h"
 #include "report.h"
 
@@ -43,7 +44,7 @@ int execute(const string& base, const string& call, const std::vector<string>& t
 class namedScript
 {
 public:
-    namedScript(const scriptCall& wanted)
+    namedScript(const scriptCall& wanted) : mGiven(wanted.file)
     {
         const qx::fsEntryName given(wanted.file);
         const string extension = given.extension(0).lower();
@@ -56,6 +57,10 @@ public:
             mBase = qx::directory(given.path(0)).fullName();
             mCallName = given.name(flags);
         }
+        if (isStandardInput()) {
+            mMeant.emplace_back(mBase, mCallName + L".qxscr");
+            return;
+        }
         const string dotted = isComplete ? L"." + given.extension(0) : string();
         mMeant.emplace_back(mBase, mCallName + dotted);
         if (!isComplete) {
@@ -64,6 +69,10 @@ public:
         }
     }
 
+    // The text of a script file that stands in no file: it is called as the file `-.qxscr` in the base path.
+    bool isStandardInput() const { return mGiven == L"-"; }
+    // The file that is meant first.
+    const file& meant() const { return mMeant.front(); }
     const string& base() const { return mBase; }
     const string& callName() const { return mCallName; }
 
@@ -90,6 +99,7 @@ public:
     }
 
 private:
+    string mGiven;
     string mBase;
     string mCallName;
     std::vector<file> mMeant;
@@ -153,6 +163,27 @@ int checkFile(const string& name)
     return failures;
 }
 
+// Standard input, as UTF-8, without what a file or an editor puts around its text.
+string trimmedInput()
+{
+    constexpr const wchar_t* around = L"\uFEFF \t\r\n";
+    return string::fromUtf8(standardInput()).deleteLeading(around).deleteTrailing(around);
+}
+
+// Gives the exit status for a text that made no statement. The parser takes that for no failure, and tells of
+// the parts of a block only.
+int reportNoStatement(const string& text)
+{
+    constexpr std::size_t most = 60;
+    const string content = string(text).deleteAll(L" \t\r\n");
+    if (content.empty() || content == L"{}") {
+        return 0;
+    }
+    const string shown = text.size() > most ? string(text.substr(0, most) + L"...") : text;
+    printError(L"qxscript: cannot be read as a statement: " + inOneLine(shown));
+    return 1;
+}
+
 void describe(const script::statementInfo& statement)
 {
     printLine(statement.name + statement.parameters);
@@ -179,6 +210,9 @@ int runFunction(const scriptCall& wanted)
         printError(L"qxscript: a file with \"$\" in its name cannot be called: " + wanted.file);
         return 1;
     }
+    if (named.isStandardInput()) {
+        commandLineSystem::instance().provide(named.meant(), standardInput());
+    }
     const string call = L"script$" + named.callName() + L"$" + wanted.function;
     script::eCodeType type = script::codeTypeScript;
     string fileName;
@@ -186,7 +220,8 @@ int runFunction(const scriptCall& wanted)
     if (script::codeManager::instance()->parseCodeCall(call, type, fileName, function)) {
         const file found = script::locateScriptFile(named.base(), fileName);
         if (!named.means(found)) {
-            printError(L"qxscript: the search finds " + found.fullName() + L" and not " + wanted.file);
+            printError(L"qxscript: the search finds " + found.fullName() + L" and not " +
+                       (named.isStandardInput() ? string(L"standard input") : wanted.file));
             return 1;
         }
     }
@@ -198,11 +233,12 @@ int runCall(const scriptCall& wanted)
     return execute(wanted.base, wanted.call, wanted.arguments);
 }
 
-int evaluate(const string& text)
+int evaluate(const string& given)
 {
+    const string text = given == L"-" ? trimmedInput() : given;
     const qx::sharedPtr<script::statement> parsed(script::statement::createFrom(text, 0));
     if (!parsed) {
-        return 0;
+        return reportNoStatement(text);
     }
     script::scriptcontext context;
     genericValue result;

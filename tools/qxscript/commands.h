@@ -10,7 +10,7 @@ struct scriptCall
 {
     bool hasBase = false;
     qx::string base;
-    qx::string file;     // run
+    qx::string file;     // run; `-` is standard input
     qx::string function; // run
     qx::string call;     // call
     std::vector<qx::string> arguments;
@@ -18,7 +18,7 @@ struct scriptCall
 
 int runFunction(const scriptCall& wanted);
 int runCall(const scriptCall& wanted);
-int evaluate(const qx::string& text);
+int evaluate(const qx::string& given); // a text, or `-`
 int checkFiles(const std::vector<qx::string>& files);
 int showFunctions(const qx::string& name);
 int showStatements(const qx::string& name); // all with an empty name

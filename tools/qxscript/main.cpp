@@ -1,12 +1,11 @@
 // qxscript: runs, checks and lists scripts from the command line.
+#include "commandLineSystem.h"
 #include "commands.h"
-#include "messageBox.h"
 #include "report.h"
 
 #include <qxConsole.h>
 #include <qxLocString.h>
 #include <qxLog.h>
-#include <qxPlatformSystem.h>
 
 #include <CLI/CLI.hpp>
 
@@ -19,26 +18,6 @@ using qx::string;
 
 constexpr int statusFailed = 1;
 constexpr int statusWrongUsage = 2;
-
-// The platform, but a message box is a question on the terminal where there is one, and a script's integer
-// division by zero is a failure to report and not the end of the process.
-class commandLineSystem : public qx::platformSystem
-{
-public:
-    int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
-    {
-        if (qx::questionsCanBeAnswered()) {
-            return askForButton(text, caption, flags, readInputLine);
-        }
-        printError(caption + L": " + text);
-        return qx::messageBoxButtons(flags).front();
-    }
-
-    [[noreturn]] void divisionFault() override
-    {
-        throw qx::unexpectedErrorException(L"integer division fault");
-    }
-};
 
 const std::map<std::string, qxlog::level> logLevels = {
     {"off", qxlog::level::off},   {"error", qxlog::level::error}, {"warning", qxlog::level::warning},
@@ -84,7 +63,7 @@ std::size_t countOwn(const std::vector<std::string>& arguments)
             optionsEnded = true;
         } else if (!optionsEnded && (argument == "--base" || argument == "--log")) {
             ++i;
-        } else if (optionsEnded || argument.empty() || argument.front() != '-') {
+        } else if (optionsEnded || !argument.starts_with('-') || argument == "-") {
             ++words;
             if (words == 1 && argument == "run") {
                 wordsOfCommand = 3;
@@ -117,6 +96,7 @@ public:
     {
         mApp.require_subcommand(1);
         mApp.fallthrough();
+        mApp.set_version_flag("--version", "qxscript " QXSCRIPT_VERSION, "Print the version");
         mApp.add_option("--log", mLogLevel, "Write log lines up to LEVEL to standard error")
             ->option_text("LEVEL")
             ->transform(CLI::CheckedTransformer(logLevels).description("off|error|warning|info|debug|trace"));
@@ -124,7 +104,10 @@ public:
         mpRun = mApp.add_subcommand(
             "run", "Run a function of a script file; further arguments go to it as they are");
         addBase(*mpRun, "Where FILE is looked for; without it FILE's own directory");
-        mpRun->add_option("FILE", mFirst, "The script file, with or without its extension")->required();
+        mpRun
+            ->add_option("FILE", mFirst,
+                         "The script file, with or without its extension; - reads standard input")
+            ->required();
         mpRun->add_option("FUNCTION", mSecond, "The function")->required();
 
         mpCall = mApp.add_subcommand("call", "Run a code call; further arguments go to it as they are");
@@ -132,7 +115,7 @@ public:
         mpCall->add_option("CALL", mFirst, "type$file$function")->required();
 
         mpEval = mApp.add_subcommand("eval", "Run a text");
-        mpEval->add_option("TEXT", mFirst, "The text")->required();
+        mpEval->add_option("TEXT", mFirst, "The text; - reads standard input")->required();
 
         mpCheck =
             mApp.add_subcommand("check", "Load every function of script files and report every failure");
@@ -242,8 +225,7 @@ int guarded(int count, const char* const* arguments)
 int main(int count, char** arguments)
 {
     qx::prepareConsole();
-    static commandLineSystem system;
-    qx::system::setCurrent(&system);
+    qx::system::setCurrent(&commandLineSystem::instance());
     qx::locString::setLanguage(languageOfEnvironment());
     static errorStreamSink sink;
     qxlog::logManager::setSink(&sink);

@@ -89,6 +89,9 @@ int askForButton(const string& text, const string& caption, qx::uint flags, line
         }
         const string answer =
             string::fromUtf8(line).deleteLeading(L" \t\r").deleteTrailing(L" \t\r").toLower();
+        if (answer.empty() && buttons.size() == 1) {
+            return buttons.front();
+        }
         const auto named = namedIn(buttons, answer);
         if (named != buttons.end()) {
             return *named;

@@ -11,5 +11,6 @@ using lineReader = bool (*)(std::string& line);
 bool readInputLine(std::string& line);
 
 // Asks on standard error until an answer names a button by its word or its first letter, and gives the number
-// of the button. At the end of the input that is cancel, or the first button of a box without it.
+// of the button; an empty line answers a box with a single one. At the end of the input that is cancel, or
+// the first button of a box without it.
 int askForButton(const qx::string& text, const qx::string& caption, qx::uint flags, lineReader readLine);

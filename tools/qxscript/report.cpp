@@ -31,9 +31,7 @@ bool useColours()
 
 void printLink(const qx::string& text, std::size_t level, bool isOutermost)
 {
-    qx::string line = text;
-    std::replace_if(
-        line.begin(), line.end(), [](wchar_t c) { return c == L'\n' || c == L'\r'; }, L' ');
+    qx::string line = inOneLine(text);
     if (isOutermost && useColours()) {
         line = L"\x1b[31m" + line + L"\x1b[0m";
     }
@@ -41,6 +39,13 @@ void printLink(const qx::string& text, std::size_t level, bool isOutermost)
 }
 
 } // namespace
+
+qx::string inOneLine(qx::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](wchar_t c) { return c == L'\n' || c == L'\r'; }, L' ');
+    return text;
+}
 
 void printLine(const qx::string& text)
 {

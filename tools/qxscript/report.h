@@ -3,6 +3,9 @@
 
 #include <qxException.h>
 
+// Line breaks become blanks.
+qx::string inOneLine(qx::string text);
+
 void printLine(const qx::string& text);
 void printError(const qx::string& text);
 

@@ -6,6 +6,8 @@
 
 #include "qxDirectory.h"
 
+#include <algorithm>
+
 namespace qx::script
 {
 
@@ -148,7 +150,8 @@ public:
     void execute(codecontext& context, genericValue&) const override
     {
         const file target(requireFile(context));
-        const string line = require<string>(L"str", context, L"Error retrieving str");
+        string line = require<string>(L"str", context, L"Error retrieving str");
+        line.resize(std::min(line.size(), line.find(L'\0'))); // REQUIRED: a zero character ends it
         if (!target.appendTextLine(line))
             execError(this, L"Error opening file");
     }

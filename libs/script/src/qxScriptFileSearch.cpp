@@ -28,7 +28,17 @@ public:
         fileStatus status;
         if (!system::current().status(directoryName, status) || !status.isDirectory)
             return {};
-        const std::shared_ptr<const foldedNames> names = listing(directoryName, status.lastModification);
+        const long long time = status.lastModification;
+        std::shared_ptr<const foldedNames> names = known(directoryName, time);
+        if (!names) {
+            const bool isStill = system::current().utcNow() - time > grainOf(time);
+            std::vector<directoryEntry> entries;
+            const bool isComplete = system::current().listDirectory(directoryName, entries);
+            if (!isStill || !isComplete)
+                return matchesIn(entries, lowered); // may be another listing at the next look
+            names = folded(entries);
+            keep(directoryName, time, names);
+        }
         const auto found = names->find(lowered);
         return found == names->end() ? std::vector<string>() : found->second;
     }
@@ -40,40 +50,51 @@ private:
         std::shared_ptr<const foldedNames> names;
     };
 
-    // A change that follows another within the clock's grain leaves the directory's time as it is; so only
-    // what was listed when the directory had been still for that long is kept.
-    static constexpr long long grain = 2000; // milliseconds
     static constexpr std::size_t most = 256;
 
-    std::shared_ptr<const foldedNames> listing(const string& directoryName, long long time)
+    // A change that follows another within the grain of the file system's times leaves the directory's time
+    // as it is; so a listing is kept only when the directory had been still for longer than that. There are
+    // file systems with grains of one and two seconds. Where the time shows a part of a second the grain is
+    // that of the clock that stamps changes, at most 16 ms, and up to 10 ms of a file system which cuts that.
+    static long long grainOf(long long time) // milliseconds
     {
-        {
-            const std::lock_guard<std::mutex> guard(mMutex);
-            const auto found = mKept.find(directoryName);
-            if (found != mKept.end() && found->second.time == time)
-                return found->second.names;
-        }
-        const bool isStill = system::current().utcNow() - time > grain;
-        std::shared_ptr<const foldedNames> names = list(directoryName);
-        if (isStill) {
-            const std::lock_guard<std::mutex> guard(mMutex);
-            if (mKept.size() >= most)
-                mKept.clear();
-            mKept[directoryName] = kept{time, names};
-        }
-        return names;
+        return time % 1000 == 0 ? 2000 : 32;
     }
 
-    static std::shared_ptr<const foldedNames> list(const string& directoryName)
+    std::shared_ptr<const foldedNames> known(const string& directoryName, long long time)
     {
-        std::vector<directoryEntry> entries;
-        system::current().listDirectory(directoryName, entries);
+        const std::lock_guard<std::mutex> guard(mMutex);
+        const auto found = mKept.find(directoryName);
+        return found != mKept.end() && found->second.time == time ? found->second.names : nullptr;
+    }
+
+    void keep(const string& directoryName, long long time, const std::shared_ptr<const foldedNames>& names)
+    {
+        const std::lock_guard<std::mutex> guard(mMutex);
+        if (mKept.size() >= most)
+            mKept.clear();
+        mKept[directoryName] = kept{time, names};
+    }
+
+    static std::shared_ptr<const foldedNames> folded(const std::vector<directoryEntry>& entries)
+    {
         const auto names = std::make_shared<foldedNames>();
         for (const directoryEntry& entry : entries)
             (*names)[entry.name.lower()].push_back(entry.name);
         for (auto& [lowered, equals] : *names)
             std::sort(equals.begin(), equals.end());
         return names;
+    }
+
+    // The same for one name alone, which is cheaper. Folding changes no length.
+    static std::vector<string> matchesIn(const std::vector<directoryEntry>& entries, const string& lowered)
+    {
+        std::vector<string> equals;
+        for (const directoryEntry& entry : entries)
+            if (entry.name.size() == lowered.size() && entry.name.lower() == lowered)
+                equals.push_back(entry.name);
+        std::sort(equals.begin(), equals.end());
+        return equals;
     }
 
     std::mutex mMutex;

@@ -94,10 +94,10 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
         return parseFrom(*kept, name, source, before);
 
     binaryBuffer text;
-    readScriptText(source, text); // a file that cannot be read defines nothing
+    const bool isRead = readScriptText(source, text); // a file that cannot be read defines nothing
     scrdefReader reader(std::move(text));
     const timestamp time = modificationTime(source);
-    if (time == before && recent.isReadAgain(source, time)) {
+    if (isRead && time == before && recent.isReadAgain(source, time)) {
         const auto all = std::make_shared<definitionTable>();
         findDefinitions(reader, *all);
         recent.keep(source, time, all);

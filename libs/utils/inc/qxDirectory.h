@@ -59,7 +59,8 @@ public:
     // Makes this the current directory of the process; false when it cannot be entered.
     bool makeCurrent() const;
 
-    // The files, not directories, directly in this directory. `filter` is a list of patterns with `*` and
+    // The files, not directories nor links that lead nowhere, directly in this directory. `filter` is a list
+    // of patterns with `*` and
     // `?`, split by `;`, compared without regard to case; null or empty admits all. `attributes` is an or of
     // DI_HIDDEN and DI_SYSTEM. A directory that cannot be read has no files.
     fileIterator fileIt(const wchar_t* filter, int attributes) const;

@@ -48,8 +48,9 @@ struct directoryEntry
 {
     string name;
     bool isDirectory = false;
-    bool isHidden = false; // on posix: the name begins with a dot
-    bool isSystem = false; // never on posix
+    bool isHidden = false;     // on posix: the name begins with a dot
+    bool isSystem = false;     // never on posix
+    bool leadsNowhere = false; // on posix: a link to nothing, of which `status` knows no entry
 };
 
 // Takes the bytes of a file in the order in which they are read.
@@ -114,7 +115,8 @@ public:
     virtual bool status(const string& name, fileStatus& status) = 0;
 
     // Hands the content of a file to `sink`, piece by piece. False when the file cannot be opened, a read
-    // fails or the sink ended it; what the sink took by then stays taken. A directory cannot be read.
+    // fails or the sink ended it; what the sink took by then stays taken. Only regular files can be read: no
+    // directory, and no pipe or device, for which nobody waits.
     virtual bool readFile(const string& name, byteSink& sink) = 0;
 
     // Adds the bytes to the end of the file in one write, and creates a missing file.

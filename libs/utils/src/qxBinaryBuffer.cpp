@@ -15,13 +15,13 @@ namespace
 class bufferSink : public byteSink
 {
 public:
-    bufferSink(std::vector<char>& bytes, const std::function<bool()>& cancelled)
-        : mBytes(bytes), mCancelled(cancelled)
+    bufferSink(std::vector<char>& bytes, const std::function<bool()>& cancelled, std::size_t most)
+        : mBytes(bytes), mCancelled(cancelled), mMost(most)
     {}
 
     bool take(const char* bytes, std::size_t size) override
     {
-        if (cancelled())
+        if (cancelled() || size > mMost - mBytes.size())
             return false;
         mBytes.insert(mBytes.end(), bytes, bytes + size);
         return true;
@@ -32,15 +32,16 @@ public:
 private:
     std::vector<char>& mBytes;
     const std::function<bool()>& mCancelled;
+    const std::size_t mMost;
 };
 
 } // namespace
 
-bool binaryBuffer::readFromFile(const file& source, const std::function<bool()>& cancelled)
+bool binaryBuffer::readFromFile(const file& source, const std::function<bool()>& cancelled, std::size_t most)
 {
     clear();
     try {
-        bufferSink sink(mBytes, cancelled);
+        bufferSink sink(mBytes, cancelled, most);
         if (system::current().readFile(source.fullName(), sink))
             return true;
     } catch (...) {

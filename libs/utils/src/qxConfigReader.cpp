@@ -46,7 +46,7 @@ bool keyValueFileReader::open()
 {
     close();
     binaryBuffer bytes;
-    if (!bytes.readFromFile(mFile, nullptr))
+    if (!bytes.readFromFile(mFile, nullptr, binaryBuffer::mostOfSettings))
         return false;
     mContent = decoded({bytes.data(), bytes.logicalLength()});
     return true;

@@ -63,7 +63,8 @@ fileIterator directory::fileIt(const wchar_t* filter, int attributes) const
     const std::vector<string> patterns = patternsOf(filter);
     std::vector<string> names;
     for (directoryEntry& entry : entries) {
-        const bool wanted = !entry.isDirectory && (!entry.isHidden || (attributes & DI_HIDDEN)) &&
+        const bool wanted = !entry.isDirectory && !entry.leadsNowhere &&
+                            (!entry.isHidden || (attributes & DI_HIDDEN)) &&
                             (!entry.isSystem || (attributes & DI_SYSTEM));
         // Posix allows a backslash in a name; here it separates, so the full name would be that of another
         // file.

@@ -1,5 +1,6 @@
 #include "qxMessageCatalogue.h"
 
+#include "qxBinaryBuffer.h"
 #include "qxDirectory.h"
 #include "qxOutside.h"
 #include "qxSystem.h"
@@ -13,21 +14,6 @@ namespace
 
 constexpr const wchar_t* commonFile = L"messages";
 constexpr const wchar_t* directoryBesideProgram = L"lang";
-
-class bytesSink final : public byteSink
-{
-public:
-    bool take(const char* bytes, std::size_t size) override
-    {
-        mBytes.append(bytes, size);
-        return true;
-    }
-
-    std::string_view bytes() const { return mBytes; }
-
-private:
-    std::string mBytes;
-};
 
 // Comments, sections and lines without an id are passed over. A later text of an id replaces the earlier.
 std::unordered_map<string, string> textsOf(std::string_view bytes)
@@ -143,19 +129,17 @@ messageCatalogue::shared messageCatalogue::load(const string& fileName)
     {
         const std::lock_guard guard(mMutex);
         const auto known = mFiles.find(fileName);
-        if (known != mFiles.end() && status.lastModification <= known->second->modified)
+        if (known != mFiles.end() && status.lastModification == known->second->modified)
             return known->second;
     }
-    bytesSink content;
-    if (!system::current().readFile(fileName, content))
+    binaryBuffer content;
+    if (!content.readFromFile(qx::file(fileName), nullptr, binaryBuffer::mostOfSettings))
         return nullptr;
-    const auto read =
-        std::make_shared<const languageFile>(languageFile{status.lastModification, textsOf(content.bytes())});
+    const auto read = std::make_shared<const languageFile>(
+        languageFile{status.lastModification, textsOf({content.data(), content.logicalLength()})});
     const std::lock_guard guard(mMutex);
-    shared& kept = mFiles[fileName];
-    if (!kept || kept->modified < read->modified) // another thread may have been faster
-        kept = read;
-    return kept;
+    // Where another thread was faster with a later state, the next look at the time tells.
+    return mFiles[fileName] = read;
 }
 
 } // namespace qx

@@ -12,8 +12,8 @@ namespace qx
 {
 
 // A language file is `<file>.<language>.ini`, in UTF-8, with lines `id=text`. Files are read when they are
-// first asked for, and again when they have become newer. A language with a region (`de_CH`) falls back on
-// the language without it. May be used from any thread.
+// first asked for, and again when their time has changed, to an older one too. A language with a region
+// (`de_CH`) falls back on the language without it. May be used from any thread.
 class messageCatalogue
 {
 public:

@@ -39,11 +39,18 @@ public:
     explicit operator bool() const { return mNumber >= 0; }
     int number() const { return mNumber; }
 
-    // False when the system reports late that what was written is not there.
-    bool close()
+    // Hands the descriptor over to the caller.
+    int release()
     {
         const int number = mNumber;
         mNumber = -1;
+        return number;
+    }
+
+    // False when the system reports late that what was written is not there.
+    bool close()
+    {
+        const int number = release();
         return number < 0 || ::close(number) == 0;
     }
 

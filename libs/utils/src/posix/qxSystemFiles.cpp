@@ -54,6 +54,17 @@ private:
     sigset_t mBefore;
 };
 
+// Opens a file for reading; what is no regular file gives -1.
+int openRegularFile(const nativeName& name, struct stat& data)
+{
+    constexpr int flags = O_RDONLY | O_NOCTTY;
+    int number = openFile(name, flags | O_NONBLOCK); // else the opening of a pipe waits for its other end
+    if (number < 0 && errno == EWOULDBLOCK)
+        number = openFile(name, flags); // waits for a lease, which only regular files have
+    descriptor source(number);
+    return source && ::fstat(source.number(), &data) == 0 && S_ISREG(data.st_mode) ? source.release() : -1;
+}
+
 bool writeAll(int target, const char* bytes, std::size_t size)
 {
     while (size > 0) {
@@ -112,13 +123,15 @@ bool replaceByCopy(int source, const std::string& to, mode_t mode)
     return false;
 }
 
-bool isDirectoryEntry(int directory, const dirent& entry)
+// Tells what an entry is, or what a link leads to.
+void tellKind(int directory, const dirent& entry, directoryEntry& told)
 {
+    told.isDirectory = entry.d_type == DT_DIR;
     if (entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN) {
         struct stat data;
-        return ::fstatat(directory, entry.d_name, &data, 0) == 0 && S_ISDIR(data.st_mode);
+        told.leadsNowhere = ::fstatat(directory, entry.d_name, &data, 0) != 0;
+        told.isDirectory = !told.leadsNowhere && S_ISDIR(data.st_mode);
     }
-    return entry.d_type == DT_DIR;
 }
 
 } // namespace
@@ -137,7 +150,8 @@ bool platformSystem::status(const string& name, fileStatus& status)
 
 bool platformSystem::readFile(const string& name, byteSink& sink)
 {
-    const descriptor source(openFile(nativeName(name), O_RDONLY));
+    struct stat data;
+    const descriptor source(openRegularFile(nativeName(name), data));
     return source && readAll(source.number(),
                              [&sink](const char* bytes, std::size_t size) { return sink.take(bytes, size); });
 }
@@ -157,11 +171,9 @@ bool platformSystem::copyFile(const string& from, const string& to, bool overwri
 {
     const failingWrites guard;
     const nativeName target(to);
-    // Without O_NONBLOCK the opening of a pipe would wait for its other end.
-    const descriptor source(openFile(nativeName(from), O_RDONLY | O_NONBLOCK));
     struct stat sourceData;
-    if (!source || !target.valid() || ::fstat(source.number(), &sourceData) != 0 ||
-        !S_ISREG(sourceData.st_mode))
+    const descriptor source(openRegularFile(nativeName(from), sourceData));
+    if (!source || !target.valid())
         return false;
     const mode_t mode = sourceData.st_mode & 0777;
     struct stat targetData;
@@ -191,7 +203,7 @@ bool platformSystem::listDirectory(const string& name, std::vector<directoryEntr
         if (entryName != "." && entryName != "..") {
             directoryEntry& added = entries.emplace_back();
             added.name = string::fromUtf8(entryName);
-            added.isDirectory = isDirectoryEntry(::dirfd(handle.get()), *entry);
+            tellKind(::dirfd(handle.get()), *entry, added);
             added.isHidden = entryName.front() == '.';
         }
         errno = 0; // readdir tells its end from a failure by this alone

@@ -15,6 +15,20 @@ namespace
 // The system counts in int; longer texts go in pieces. A character that a cut would split counts as lacking.
 constexpr std::size_t pieceLength = INT_MAX / 8;
 
+constexpr UINT codePageGb18030 = 54936;
+
+// Writes up to `size` bytes, or counts them when that is 0.
+int narrowed(std::wstring_view text, char* bytes, int size)
+{
+    // Without this flag the system picks characters that look alike. Code pages that lack no character take
+    // neither the flag nor a substitute.
+    const UINT codePage = GetACP();
+    const bool lacksNothing = codePage == CP_UTF8 || codePage == codePageGb18030;
+    return WideCharToMultiByte(codePage, lacksNothing ? 0 : WC_NO_BEST_FIT_CHARS, text.data(),
+                               static_cast<int>(text.size()), bytes, size, lacksNothing ? nullptr : "?",
+                               nullptr);
+}
+
 } // namespace
 
 bool platformSystem::widenByte(unsigned char byte, wchar_t& unit)
@@ -44,11 +58,11 @@ std::string platformSystem::narrow(std::wstring_view text)
 {
     std::string bytes;
     for (; !text.empty(); text.remove_prefix(std::min(text.size(), pieceLength))) {
-        const int size = static_cast<int>(std::min(text.size(), pieceLength));
+        const std::wstring_view piece = text.substr(0, pieceLength);
         const std::size_t before = bytes.size();
-        const int length = WideCharToMultiByte(CP_ACP, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+        const int length = narrowed(piece, nullptr, 0);
         bytes.resize(before + static_cast<std::size_t>(length));
-        WideCharToMultiByte(CP_ACP, 0, text.data(), size, bytes.data() + before, length, nullptr, nullptr);
+        narrowed(piece, bytes.data() + before, length);
     }
     return bytes;
 }

@@ -38,7 +38,7 @@ bool platformSystem::readFile(const string& name, byteSink& sink)
     const handle source(CreateFileW(name.c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!source)
+    if (!source || GetFileType(source.get()) != FILE_TYPE_DISK)
         return false;
     char buffer[16 * 1024];
     for (;;) {
