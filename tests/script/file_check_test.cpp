@@ -155,9 +155,9 @@ TEST(fileCheck, what_runs_at_the_end_of_an_old_tree_changes_no_call)
     const scratchDirectory directory;
     const std::string name = unusedName();
     const auto write = [&](int age) {
-        std::string text = "scrdef first(){ attheend(); return(\"first\"); }";
+        std::string text = "scrdef first(){ attheend(); return(\"first\"); }\n";
         for (int i = 0; i < 600; ++i)
-            text += "scrdef f" + std::to_string(i) + "(){ return(\"other\"); }";
+            text += "scrdef f" + std::to_string(i) + "(){ return(\"other\"); }\n";
         directory.write(name + ".qxscr", text);
         setAge(directory, name + ".qxscr", age);
     };

@@ -184,21 +184,24 @@ TEST(running, failing_sink_at_the_end_of_a_function_leaves_its_value)
 {
     const scratchDirectory directory;
     const std::string name = unusedName();
-    for (const wchar_t* function : {L"one", L"block"}) {
-        directory.write(name + ".qxscr",
-                        "scrdef one(){ return(\"1\"); } scrdef block(){ setvar(x); return(\"1\"); }");
+    directory.write(name + ".qxscr", "scrdef one(){ return(\"1\"); }\n"
+                                     "scrdef block(){ createvar(x); return(\"1\"); }\n");
+    const struct
+    {
+        const wchar_t* function;
+        std::size_t lines;
+    } rows[] = {{L"one", 2}, {L"block", 6}};
+    for (const auto& row : rows) {
         recordingSink sink(qxlog::level::trace);
-        sink.failsAt = 2 + 2 * (function[0] == L'b');
+        sink.failsAt = row.lines;
         scriptcontext context;
-        context.createVariable(nameOf(L"x"), qx::genericValue());
         qx::genericValue result(5);
         std::vector<qx::genericValue> arguments;
-        EXPECT_EQ(failureOf([&] {
-                      codeManager::instance()->executeFunction(
-                          directory.name(), L"$" + qx::string::fromUtf8(name) + L"$" + function, context,
-                          arguments, result);
-                  }).back(),
-                  L"disk full");
-        EXPECT_EQ(valueText(result), function[0] == L'b' ? "int 5" : "string \"1\"");
+        const qx::string call = L"$" + qx::string::fromUtf8(name) + L"$" + row.function;
+        const texts chain = failureOf([&] {
+            codeManager::instance()->executeFunction(directory.name(), call, context, arguments, result);
+        });
+        EXPECT_EQ(chain.back(), L"disk full");
+        EXPECT_EQ(valueText(result), "string \"1\"");
     }
 }
