@@ -1,0 +1,136 @@
+#include "code/qxScriptFunction.h"
+
+#include "code/qxScriptBasePath.h"
+#include "contexts/qxScriptScope.h"
+#include "contexts/qxScriptSignals.h"
+#include "modules/controlStatements.h"
+#include "qxScriptContext.h"
+#include "qxScriptException.h"
+#include "qxScriptParser.h"
+#include "statements/qxScriptBase.h"
+#include "statements/qxScriptShortCuts.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+// True when the base path of the run is this very text already, so that nobody can tell whether it is
+// written.
+bool isScriptBasePath(scriptcontext& context, const genericValue& directoryName)
+{
+    scriptcontext* const root = scope::plainRoot(context);
+    genericSet::entry* const stored = root ? scope::global(*root, scriptBasePath()) : nullptr;
+    if (!stored || stored->isShared())
+        return false;
+    const string* const present = heldInPlace<string>(stored->value());
+    const string* const wanted = heldInPlace<string>(directoryName);
+    return present && wanted && *present == *wanted;
+}
+
+} // namespace
+
+sharedPtr<function> function::parse(const string& body, const std::vector<string>& declarations,
+                                    const file& source, const timestamp& time)
+{
+    sharedPtr<function> made(new function);
+    made->mpStatement = sharedPtr<statement>(statementParser::instance()->createStatementFrom(body, 0));
+    if (!made->mpStatement)
+        return sharedPtr<function>();
+    for (const string& declaration : declarations)
+        made->mParameters.emplace_back(declaration, 0);
+    made->mFile = source;
+    if (dynamic_cast<const compoundstatement*>(made->mpStatement.get()))
+        made->mKind = bodyKind::block;
+    else if (isReturn(*made->mpStatement))
+        made->mKind = bodyKind::returned;
+    made->mDirectory = genericValue(source.entryName().path(0));
+    made->mTimestamp = time;
+    return made;
+}
+
+bool function::parses(string&& body, std::span<const string> declarations)
+{
+    const sharedPtr<statement> tree(statementParser::instance()->createStatementFrom(std::move(body), 0));
+    if (tree)
+        for (const string& declaration : declarations)
+            inParameter(declaration, 0);
+    return static_cast<bool>(tree);
+}
+
+void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+                    callee kind, genericValue& result) const
+{
+    bind(name, arguments, context, kind);
+    try {
+        run(context, kind, result);
+    } catch (const exception& caught) {
+        throw scriptExecException(name.c_str(), nullptr, &caught);
+    } catch (const string& text) {
+        throw scriptExecException((text + L"\n\n" + name).c_str(), nullptr);
+    } catch (...) {
+        throw scriptExecException(name.c_str(), nullptr);
+    }
+}
+
+void function::bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+                    callee kind) const
+{
+    try {
+        scriptcontext* const root = scope::plainRoot(context);
+        std::size_t next = 0;
+        for (const inParameter& parameter : mParameters) {
+            if (parameter.name().empty())
+                continue;
+            genericValue value;
+            if (next < arguments.size()) {
+                if (kind == callee::ofHost)
+                    value = arguments[next]; // here, where what fails is told as the parameter's failure
+                else
+                    value = std::move(arguments[next]);
+                ++next;
+            }
+            if (value.isNull())
+                parameter.resolve(value);
+            if (root)
+                scope::takeParameter(*root, parameter.variable(), std::move(value));
+            else
+                context.setParameter(parameter.variable(), value);
+        }
+    } catch (const exception& caught) {
+        throw prepareParameterException(name.c_str(), L"", &caught);
+    } catch (const string& text) {
+        throw prepareParameterException(name.c_str(), text.c_str());
+    } catch (...) {
+        throw prepareParameterException(name.c_str(), L"");
+    }
+}
+
+void function::run(scriptcontext& context, callee kind, genericValue& result) const
+{
+    if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
+        context.setGlobalContextVariable(scriptBasePath(), mDirectory);
+    // Where somebody listens to the end of each run, the body writes its value before that.
+    if (mKind == bodyKind::any || !cell::shortCutsAllowed())
+        mpStatement->execNested(context, result);
+    else {
+        if (mKind == bodyKind::returned)
+            result.clear();
+        mpStatement->execNested(context);
+    }
+    scriptcontext* const root = scope::plainRoot(context);
+    if (kind != callee::ofHost && root) {
+        genericSet::entry* const returned = scope::returned(*root);
+        if (returned && !returned->isShared())
+            result = std::move(returned->value());
+        else
+            copyReturned(context, result);
+        return;
+    }
+    copyReturned(context, result);
+    context.clearScriptSignal(breakSignal());
+    context.clearScriptSignal(continueSignal());
+}
+
+} // namespace qx::script

@@ -1,0 +1,73 @@
+// function: a loaded function of a script file, immutable and shared.
+#pragma once
+
+#include "code/qxScriptInParameter.h"
+#include "qxScriptStatement.h"
+
+#include "qxFile.h"
+#include "qxSharedPtr.h"
+#include "qxTimestamp.h"
+
+#include <span>
+
+namespace qx::script
+{
+
+class scriptcontext;
+
+class function
+{
+public:
+    // Parses the body and then the declarations; throws what parsing throws. A null pointer for a body that
+    // holds no statement.
+    static sharedPtr<function> parse(const string& body, const std::vector<string>& declarations,
+                                     const file& source, const timestamp& time);
+    // Parses both as `parse` does, and keeps nothing. False for a body that holds no statement.
+    static bool parses(string&& body, std::span<const string> declarations);
+
+    const file& source() const { return mFile; }
+    // The modification time of the file.
+    const timestamp& time() const { return mTimestamp; }
+    const statement& body() const { return *mpStatement; }
+
+    // The directory of the file, which is the base path of the run.
+    const genericValue& directoryName() const { return mDirectory; }
+
+    // What is known of the context of a call.
+    enum class callee
+    {
+        ofHost,      // it stays, with the parameters and what was returned
+        ofCall,      // it ends with the call
+        ofCallAtHome // the same, and the base path is the directory of the function already
+    };
+    // Runs the function in `context`, with parameters made of the arguments in order of declaration; missing
+    // ones take their defaults. The arguments of a host are copied, those of a call may be emptied. What is
+    // returned goes to `result`. `name` is the function in what is thrown: prepareParameterException, with
+    // what is bound by then left bound, and scriptExecException.
+    void call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
+              genericValue& result) const;
+
+private:
+    function() = default;
+
+    void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
+              callee kind) const;
+    void run(scriptcontext& context, callee kind, genericValue& result) const;
+
+    sharedPtr<statement> mpStatement;
+    // What the value of the body is, where that is known: a block has none but what it returns, and a
+    // `return` ends with what it returns.
+    enum class bodyKind
+    {
+        any,
+        block,
+        returned
+    };
+    bodyKind mKind = bodyKind::any;
+    std::vector<inParameter> mParameters;
+    file mFile;
+    genericValue mDirectory; // of the file
+    timestamp mTimestamp;
+};
+
+} // namespace qx::script

@@ -1,0 +1,243 @@
+// Calls: functions of other script files, returning a value, and statements run as functions.
+#include "code/qxScriptBasePath.h"
+#include "code/qxScriptFunctionTable.h"
+#include "contexts/qxScriptEpoch.h"
+#include "contexts/qxScriptSignals.h"
+#include "modules/controlStatements.h"
+#include "statements/qxScriptBase.h"
+
+#include "qxDirectory.h"
+#include "qxHeldTypes.h"
+
+#include <memory>
+#include <span>
+
+namespace qx::script
+{
+
+namespace
+{
+
+const scString& localScriptBasePath()
+{
+    static const scString name = scString::createFrom(L"localscriptbasepath");
+    return name;
+}
+
+// Null values in a row: few of them take no memory.
+class valueRow
+{
+public:
+    explicit valueRow(std::size_t count) : mCount(count), mpFirst(reinterpret_cast<genericValue*>(mFew))
+    {
+        if (count > fewAtMost) {
+            mMany.resize(count);
+            mpFirst = mMany.data();
+        } else
+            std::uninitialized_default_construct_n(mpFirst, count);
+    }
+    valueRow(const valueRow&) = delete;
+    valueRow& operator=(const valueRow&) = delete;
+    ~valueRow()
+    {
+        if (mCount <= fewAtMost)
+            std::destroy_n(mpFirst, mCount);
+    }
+
+    std::span<genericValue> all() { return {mpFirst, mCount}; }
+
+private:
+    static constexpr std::size_t fewAtMost = 8;
+
+    std::size_t mCount;
+    genericValue* mpFirst;
+    alignas(genericValue) std::byte mFew[fewAtMost * sizeof(genericValue)];
+    std::vector<genericValue> mMany;
+};
+
+class callFunction final : public scriptbasestatement
+{
+public:
+    callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
+        : mpCall(call), mArguments(std::move(arguments))
+    {
+        stayInside();
+    }
+
+    statement* clone() const override { return new callFunction(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        valueRow arguments(mArguments.size());
+        evaluateArguments(context, arguments.all());
+        scriptcontext callee;
+        context.initScriptContext(callee);
+        if (const string* const base = basePathInPlace(context))
+            call(*base, true, arguments.all(), callee, result);
+        else
+            call(basePath(context), false, arguments.all(), callee, result);
+    }
+
+    static statement* create(const callText& call);
+
+private:
+    void evaluateArguments(codecontext& context, std::span<genericValue> values) const
+    {
+        try {
+            for (std::size_t i = 0; i < values.size(); ++i)
+                mArguments[i].evaluate(context, values[i]);
+        } catch (const exception& caught) {
+            execError(this, &caught, L"Error retrieving script-parameter");
+        } catch (...) {
+            execError(this, L"Error retrieving script-parameter");
+        }
+    }
+
+    void call(const string& base, bool isOfRun, std::span<genericValue> arguments, scriptcontext& callee,
+              genericValue& result) const
+    {
+        if (mpCall->type() != codeTypeScript)
+            return;
+        if (!isOfRun)
+            epoch::move(); // contexts of a host's own class may have run anything
+        const pinnedFunction called = pinnedFunction::find(base, *mpCall);
+        const bool atHome = isOfRun && called.isAtHome();
+        (*called).call(mpCall->function(), arguments, callee,
+                       atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
+    }
+
+    // The base path of the run where it is a text that nobody else can reach and no visible variable
+    // redirects the search. Null otherwise.
+    static const string* basePathInPlace(codecontext& context)
+    {
+        scriptcontext* const root = scope::plainRoot(context);
+        genericSet::entry* const base = root ? scope::global(*root, scriptBasePath()) : nullptr;
+        if (!base || base->isShared() || scope::variable(context, *root, localScriptBasePath()))
+            return nullptr;
+        return heldInPlace<string>(base->value());
+    }
+
+    // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
+    // A value that is neither text nor a directory leaves it empty.
+    static string basePath(codecontext& context)
+    {
+        genericValue base = context.globalContextVariable(scriptBasePath());
+        if (context.hasVariable(localScriptBasePath()))
+            base = *requireVariable(context, localScriptBasePath());
+        string path;
+        if (!base.getValue(path) && !base.isNull()) {
+            directory folder;
+            if (base.getValue(folder))
+                path = folder.fullName();
+        }
+        return path;
+    }
+
+    sharedPtr<const codeCall> mpCall; // shared by clones
+    std::vector<ownedProvider> mArguments;
+};
+
+statement* callFunction::create(const callText& call)
+{
+    if (call.params.empty())
+        refuse(L"callFunction::createFrom: number of parameters < 1");
+    const string codeId = call.params[0].text();
+    eCodeType type = codeTypeScript;
+    string file;
+    string function;
+    if (!codeManager::instance()->parseCodeCall(codeId, type, file, function))
+        refuse(L"callFunction::createFrom: error parsing \"%s\"", codeId);
+    if (codeId.empty())
+        refuse(L"callFunction::createFrom: error setting codeId");
+    std::vector<ownedProvider> arguments;
+    arguments.reserve(call.params.size());
+    for (std::size_t i = 1; i < call.params.size(); ++i)
+        arguments.push_back(requireProvider(call, i, L"callFunction::createFrom: error parsing \"%s\""));
+    return new callFunction(sharedPtr<const codeCall>(new codeCall(codeId)), std::move(arguments));
+}
+
+// Ends the function: the value stands under a parameter name that every block and loop looks for.
+class _return final : public scriptbasestatement
+{
+public:
+    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
+
+    statement* clone() const override { return new _return(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        result.clear();
+        if (mpValue && !mpValue.write(context, result))
+            execError(this, L"error retrieving returnvalue");
+        set(context, genericValue(result));
+    }
+    void run(codecontext& context) const override
+    {
+        genericValue value;
+        if (mpValue && !mpValue.evaluate(context, value))
+            execError(this, L"error retrieving returnvalue");
+        set(context, std::move(value));
+    }
+
+private:
+    void set(codecontext& context, genericValue&& value) const
+    {
+        if (scriptcontext* const root = scope::plainRoot(context))
+            scope::takeParameter(*root, scriptcontext::returnparam(), std::move(value));
+        else if (!context.setParameter(scriptcontext::returnparam(), value))
+            execError(this, L"error setting returnvalue to context");
+    }
+
+    ownedProvider mpValue;
+};
+
+// Runs a statement as if it were a function body: what it returns is its value, and its signals end here.
+class treatasfunction final : public scriptbasestatement
+{
+public:
+    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
+
+    statement* clone() const override { return new treatasfunction(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        try {
+            result.clear();
+            if (mpValue && !mpValue.write(context, result))
+                execError(this, L"error retrieving returnvalue");
+            if (copyReturned(context, result))
+                context.deleteParameter(scriptcontext::returnparam());
+            context.clearScriptSignal(breakSignal());
+            context.clearScriptSignal(breakAllSignal());
+            context.clearScriptSignal(continueSignal());
+        } catch (const exception& caught) {
+            execError(this, &caught, nullptr);
+        } catch (...) {
+            execError(this, nullptr);
+        }
+    }
+
+private:
+    ownedProvider mpValue;
+};
+
+} // namespace
+
+statement* createCallfunction(const callText& call)
+{
+    return callFunction::create(call);
+}
+
+statement* createTreatasfunction(const callText& call)
+{
+    return new treatasfunction(providerOf(call, 0));
+}
+
+statement* createReturn(const callText& call)
+{
+    return new _return(providerOf(call, 0));
+}
+
+bool isReturn(const statement& made)
+{
+    return dynamic_cast<const _return*>(&made) != nullptr;
+}
+
+} // namespace qx::script

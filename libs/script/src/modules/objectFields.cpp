@@ -1,0 +1,287 @@
+// The statements that read and write the fields of host objects.
+#include "modules/objectStatements.h"
+
+#include "qxHeldTypes.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+using intrface::arrayfieldaccess;
+using intrface::fieldaccess;
+
+// --- Reading ---
+
+constexpr objectRefusals getRefusals{2, L"getFieldValue::parse: number of parameters < 2",
+                                     L"getFieldValue::parse: error parsing %s"};
+
+// What a field of the type is when the host succeeds without writing.
+template <class T>
+T fieldDefault()
+{
+    if constexpr (std::is_same_v<T, date>)
+        return date(date::thisYear(), 1, 1);
+    else if constexpr (std::is_same_v<T, timestamp>)
+        return timestamp(fieldDefault<date>());
+    else
+        return T{};
+}
+
+// Reads a field through the interface that has an operation for T, in place of what `result` held.
+template <class Access, class T>
+class getFieldAs : public fieldstatement
+{
+public:
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const auto fields = requireObject<Access>(context);
+        const memberName name = getFieldName(context);
+        if (!getInto(*fields.get(), name.c_str(), result))
+            execError(this, L"error calling the objects get-method for field %s", name.text());
+    }
+
+protected:
+    using fieldstatement::fieldstatement;
+
+private:
+    // The result becomes a T, which takes what the host writes.
+    bool getInto(Access& fields, const wchar_t* name, genericValue& result) const
+    {
+        if constexpr (cell::small<T>)
+            return getSmall(fields, name, result);
+        else {
+            replaceResult(result, fieldDefault<T>());
+            const heldIn<T> value(&result);
+            if (!value)
+                execError(this, L"internal error");
+            return fields.getValue(name, value.get());
+        }
+    }
+    static bool getSmall(Access& fields, const wchar_t* name, genericValue& result)
+    {
+        auto value = fieldDefault<T>();
+        try {
+            const bool isGiven = fields.getValue(name, &value);
+            replaceResult(result, value);
+            return isGiven;
+        } catch (...) {
+            replaceResult(result, value);
+            throw;
+        }
+    }
+};
+
+template <class T>
+class getFieldValue final : public getFieldAs<fieldaccess, T>
+{
+public:
+    statement* clone() const override { return new getFieldValue(*this); }
+
+    static statement* create(const callText& call) { return new getFieldValue(call, getRefusals); }
+
+private:
+    using getFieldAs<fieldaccess, T>::getFieldAs;
+};
+
+class getArrayFieldValue final : public getFieldAs<arrayfieldaccess, valueArray>
+{
+public:
+    statement* clone() const override { return new getArrayFieldValue(*this); }
+
+    static statement* create(const callText& call)
+    {
+        return new getArrayFieldValue(call, {2, L"getArrayFieldValue::parse: number of parameters < 2",
+                                             L"getArrayFieldValue::parse: error parsing %s"});
+    }
+
+private:
+    using getFieldAs::getFieldAs;
+};
+
+// The host chooses the type, and null is no failure.
+class getGenericFieldValue final : public fieldstatement
+{
+public:
+    statement* clone() const override { return new getGenericFieldValue(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const auto fields = requireObject<fieldaccess>(context);
+        result.clear();
+        const memberName name = getFieldName(context);
+        fields->getValue(name.c_str(), result);
+    }
+
+    static statement* create(const callText& call) { return new getGenericFieldValue(call, getRefusals); }
+
+private:
+    using fieldstatement::fieldstatement;
+};
+
+// --- Writing ---
+
+bool write(fieldaccess& fields, const wchar_t* name, int value)
+{
+    return fields.setValue(name, long32(value));
+}
+
+// REQUIRED: a field gets to know whether there is an object, and not the object.
+bool write(fieldaccess& fields, const wchar_t* name, const objectRef& value)
+{
+    return fields.setValue(name, value.isValid());
+}
+
+template <class T>
+bool write(fieldaccess& fields, const wchar_t* name, const T& value)
+{
+    return fields.setValue(name, value);
+}
+
+template <class T>
+class setFieldValue final : public fieldstatement
+{
+public:
+    statement* clone() const override { return new setFieldValue(*this); }
+    // Has no value.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        const auto fields = requireObject<fieldaccess>(context);
+        const memberName name = getFieldName(context);
+        const bool isThere = fields->hasField(name.c_str());
+        epoch::move(); // the object may have run anything, and there are operands yet
+        if (!isThere && !mayCreate(context))
+            execError(this, L"field \"%s\" not found within object", name.text());
+        genericValue given;
+        if (!mpValue.evaluate(context, given))
+            execError(this, L"unable to retrieve value for field \"%s\" (1)", name.text());
+        T value{};
+        if (!readValue(given, value))
+            execError(this, L"unable to retrieve value for field \"%s\" (2)", name.text());
+        if (!write(*fields.get(), name.c_str(), value))
+            execError(this, L"error calling the objects set-method");
+    }
+
+    static statement* create(const callText& call) { return new setFieldValue(call); }
+
+private:
+    // REQUIRED: the first text names the other statement, and the flag is never refused.
+    explicit setFieldValue(const callText& call)
+        : fieldstatement(call, {3, L"getFieldValue::parse: number of parameters < 3", getRefusals.unusable}),
+          mpValue(requireProvider(call, 2, L"setFieldValue::parse: error parsing %s")),
+          mpCreate(providerOf(call, 3))
+    {}
+
+    bool mayCreate(codecontext& context) const
+    {
+        bool create = false;
+        mpCreate.read(context, create);
+        return create;
+    }
+
+    ownedProvider mpValue;
+    ownedProvider mpCreate; // null: the field has to exist
+};
+
+// --- Asking ---
+
+class hasField final : public scriptbasesinglefunction
+{
+public:
+    static constexpr const wchar_t* messageName = L"has";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fname", true}};
+
+    statement* clone() const override { return new hasField(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        objectRef object;
+        read(L"this", context, object);
+        const intrface::interfaceptr<fieldaccess> fields(object);
+        if (!fields.isValid())
+            execError(this, L"Error retrieving object");
+        const auto name = require<string>(L"fname", context, L"Error retrieving fieldname");
+        replaceResult(result, ask(*fields.get(), name));
+    }
+
+private:
+    // REQUIRED: whatever the host throws, a text too, is the failure of this statement.
+    bool ask(fieldaccess& fields, const string& name) const
+    {
+        try {
+            return fields.hasField(name.c_str());
+        } catch (const exception& caught) {
+            execError(this, &caught, nullptr);
+        } catch (...) {
+            execError(this, nullptr);
+        }
+    }
+};
+
+// --- Types ---
+
+// A type word, and the statements that it stands for; null for none.
+struct fieldType
+{
+    const wchar_t* word;
+    statement* (*get)(const callText& call);
+    statement* (*set)(const callText& call);
+};
+
+template <class T>
+constexpr fieldType bothWays(const wchar_t* word)
+{
+    return {word, getFieldValue<T>::create, setFieldValue<T>::create};
+}
+
+constexpr fieldType fieldTypes[] = {
+    bothWays<string>(L"string"),
+    bothWays<bool>(L"bool"),
+    bothWays<short>(L"short"),
+    bothWays<int>(L"int"),
+    bothWays<long32>(L"long"),
+    bothWays<ushort>(L"ushort"),
+    bothWays<uint>(L"uint"),
+    bothWays<ulong32>(L"ulong"),
+    bothWays<float>(L"float"),
+    bothWays<double>(L"double"),
+    bothWays<date>(L"date"),
+    bothWays<time>(L"time"),
+    bothWays<timestamp>(L"timestamp"),
+    {L"ref", nullptr, setFieldValue<objectRef>::create},
+    {L"array", getArrayFieldValue::create, nullptr},
+    {L"generic", getGenericFieldValue::create, nullptr},
+};
+
+// The statement for the first type word of the call; a call without one is about a text.
+statement* createTyped(const callText& call, statement* (*fieldType::*way)(const callText& call))
+{
+    const string word = call.types.empty() ? string(L"string") : call.types.front().lower();
+    for (const fieldType& type : fieldTypes)
+        if (word == type.word)
+            return type.*way ? (type.*way)(call) : nullptr;
+    return nullptr;
+}
+
+} // namespace
+
+statement* createFieldGet(const callText& call)
+{
+    return createTyped(call, &fieldType::get);
+}
+
+statement* createFieldSet(const callText& call)
+{
+    return createTyped(call, &fieldType::set);
+}
+
+statement* createFieldGetArray(const callText& call)
+{
+    return getArrayFieldValue::create(call);
+}
+
+statement* createFieldHas(const callText& call)
+{
+    return createNamed<hasField>(call);
+}
+
+} // namespace qx::script

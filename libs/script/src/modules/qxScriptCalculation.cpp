@@ -1,0 +1,128 @@
+#include "modules/qxScriptCalculation.h"
+
+namespace qx::script
+{
+
+// A word of the language, and how a value moves by so many of it; null where it does not.
+template <class Value>
+struct unitOf
+{
+    std::wstring_view word;
+    void (*move)(Value& value, uint quantity, calculationMode mode);
+};
+
+namespace
+{
+
+template <class Value, class Duration>
+void moveBy(Value& value, uint quantity, calculationMode mode)
+{
+    if (mode == calculationMode::add)
+        value += Duration(quantity);
+    else
+        value -= Duration(quantity);
+}
+
+// The units of a type, and its texts.
+template <class Value>
+struct kindOf;
+
+template <>
+struct kindOf<date>
+{
+    // REQUIRED: workdays are accepted, with a parameter of their own, and fail at each run.
+    static constexpr unitOf<date> units[] = {{L"years", moveBy<date, years>},
+                                             {L"months", moveBy<date, months>},
+                                             {L"weeks", moveBy<date, weeks>},
+                                             {L"days", moveBy<date, days>},
+                                             {L"workdays", nullptr}};
+    static constexpr const wchar_t* tooFewParameters =
+        L"dateCalculation::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* noUnit = L"dateCalculation::createFrom: missing second datatype";
+    static constexpr const wchar_t* unreadableText = L"dateCalculation::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noValue = L"unable to retrieve date";
+};
+
+template <>
+struct kindOf<time>
+{
+    static constexpr unitOf<time> units[] = {{L"hours", moveBy<time, hours>},
+                                             {L"minutes", moveBy<time, minutes>},
+                                             {L"seconds", moveBy<time, seconds>},
+                                             {L"mseconds", moveBy<time, mseconds>}};
+    static constexpr const wchar_t* tooFewParameters =
+        L"timeCalculation::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* noUnit = L"timeCalculation::createFrom: missing second datatype";
+    static constexpr const wchar_t* unreadableText = L"timeCalculation::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noValue = L"unable to retrieve time";
+};
+
+template <class Value>
+const unitOf<Value>& findUnit(const string& word)
+{
+    const string lower = word.lower();
+    for (const unitOf<Value>& unit : kindOf<Value>::units)
+        if (unit.word == lower)
+            return unit;
+    refuse(kindOf<Value>::unreadableText, word);
+}
+
+} // namespace
+
+template <class Value>
+statement* calculation<Value>::createFrom(const callText& call, calculationMode mode)
+{
+    if (call.params.size() < 2)
+        refuse(kindOf<Value>::tooFewParameters);
+    if (call.types.size() < 2)
+        refuse(kindOf<Value>::noUnit);
+    return new calculation(call, mode, findUnit<Value>(call.types[1]));
+}
+
+template <class Value>
+calculation<Value>::calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit)
+    : mMode(mode), mpUnit(&unit), mpValue(requireProvider(call, 0, kindOf<Value>::unreadableText)),
+      mpQuantity(requireProvider(call, 1, kindOf<Value>::unreadableText))
+{
+    if (!unit.move && call.params.size() > 2)
+        mpUnused = requireProvider(call, 2, kindOf<Value>::unreadableText);
+    mpValue.fold<Value>();
+    mpQuantity.fold<uint>();
+    if (unit.move)
+        offerShortCuts(depthOf(mpValue, mpQuantity), writing::replaces);
+}
+
+template <class Value>
+void calculation<Value>::execute(codecontext& context, genericValue& result) const
+{
+    uint quantity = 0;
+    if (!mpQuantity.read(context, quantity))
+        execError(this, L"unable to retrieve quantity");
+    if (!mpUnit->move)
+        execError(this, L"unsupported calctype");
+    Value value;
+    if (!mpValue.read(context, value))
+        execError(this, kindOf<Value>::noValue);
+    mpUnit->move(value, quantity, mMode);
+    replaceResult(result, value);
+}
+
+template <class Value>
+std::uint64_t calculation<Value>::smallValue(codecontext& context) const
+{
+    uint quantity = 0;
+    Value value;
+    if (!mpQuantity.shortCut().read(context, quantity) || !mpValue.shortCut().read(context, value))
+        return cell::refused;
+    try {
+        mpUnit->move(value, quantity, mMode);
+        return cell::make(value);
+    } catch (bool) { // beyond the calendar
+        return cell::refused;
+    }
+}
+
+template class calculation<date>;
+template class calculation<time>;
+
+} // namespace qx::script

@@ -1,0 +1,47 @@
+// Dates and times moved by so many of a unit: `add<date, days>(when, "1")`.
+#pragma once
+
+#include "statements/qxScriptBase.h"
+
+#include "qxHeldTypes.h"
+
+namespace qx::script
+{
+
+enum class calculationMode
+{
+    add = 1,
+    subtract = 2
+};
+
+template <class Value>
+struct unitOf;
+
+// Made for date and time, see qxScriptCalculation.cpp.
+template <class Value>
+class calculation final : public scriptbasestatement
+{
+public:
+    // The types are that of the value and the unit, the parameters the value and the quantity. The caller
+    // owns the statement. A text that does not fit is reported, and the bool value false thrown.
+    static statement* createFrom(const callText& call, calculationMode mode);
+
+    statement* clone() const override { return new calculation(*this); }
+    void execute(codecontext& context, genericValue& result) const override;
+    std::uint64_t smallValue(codecontext& context) const override;
+
+private:
+    calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit);
+
+    calculationMode mMode;
+    const unitOf<Value>* mpUnit; // never null, in static memory
+    ownedProvider mpValue;
+    ownedProvider mpQuantity;
+    ownedProvider mpUnused;
+};
+
+using dateCalculation = calculation<date>;
+// No keyword leads to it.
+using timeCalculation = calculation<time>;
+
+} // namespace qx::script

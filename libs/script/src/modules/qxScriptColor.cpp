@@ -1,0 +1,147 @@
+// Colours, for hosts that keep them as numbers.
+#include "modules/qxScriptModules.h"
+#include "statements/qxScriptBase.h"
+
+#include "qxHeldTypes.h"
+#include "qxRgbColor.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+ulong32 numberOf(uint red, uint green, uint blue)
+{
+    rgbColor colour;
+    colour.setRGB(static_cast<unsigned char>(red), static_cast<unsigned char>(green),
+                  static_cast<unsigned char>(blue));
+    return ulong32(colour.colorValue());
+}
+
+class rgb_make final : public scriptbasestatement
+{
+public:
+    static statement* create(const callText& call)
+    {
+        if (call.params.size() < 3)
+            throw numParamsException(L"rgb_make", long32(3));
+        return new rgb_make(call);
+    }
+
+    statement* clone() const override { return new rgb_make(*this); }
+    // Only the low eight bits of each part count.
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const uint red = requirePart(mpRed, context, L"Error getting value for red");
+        const uint green = requirePart(mpGreen, context, L"Error getting value for green");
+        const uint blue = requirePart(mpBlue, context, L"Error getting value for blue");
+        try {
+            writeToSlot(result, numberOf(red, green, blue));
+        } catch (...) {
+            execError(this, L"Error executing qx::rgbColor");
+        }
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        uint red = 0;
+        uint green = 0;
+        uint blue = 0;
+        if (mpRed.shortCut().read(context, red) && mpGreen.shortCut().read(context, green) &&
+            mpBlue.shortCut().read(context, blue))
+            return cell::make(numberOf(red, green, blue));
+        return cell::refused;
+    }
+
+private:
+    explicit rgb_make(const callText& call)
+        : mpRed(partOf(call, 0)), mpGreen(partOf(call, 1)), mpBlue(partOf(call, 2))
+    {
+        for (ownedProvider* const part : {&mpRed, &mpGreen, &mpBlue})
+            part->fold<uint>();
+        offerShortCuts(depthOf(mpRed, mpGreen, mpBlue), writing::keepsType);
+    }
+
+    static ownedProvider partOf(const callText& call, std::size_t place)
+    {
+        return requireProvider(call, place, L"rgb_make::createFrom: error parsing \"%s\"");
+    }
+
+    uint requirePart(const ownedProvider& part, codecontext& context, const wchar_t* failure) const
+    {
+        uint value = 0;
+        if (!part.read(context, value))
+            execError(this, failure);
+        return value;
+    }
+
+    ownedProvider mpRed;
+    ownedProvider mpGreen;
+    ownedProvider mpBlue;
+};
+
+class rgb_const final : public scriptbasestatement
+{
+public:
+    template <unsigned char Red, unsigned char Green, unsigned char Blue>
+    static statement* create(const callText&)
+    {
+        return new rgb_const(numberOf(Red, Green, Blue));
+    }
+
+    statement* clone() const override { return new rgb_const(*this); }
+    void execute(codecontext&, genericValue& result) const override
+    {
+        try {
+            writeToSlot(result, mNumber);
+        } catch (...) {
+            execError(this, L"Error executing function call");
+        }
+    }
+    std::uint64_t smallValue(codecontext&) const override { return cell::make(mNumber); }
+
+private:
+    explicit rgb_const(ulong32 number) : mNumber(number) { offerShortCuts(0, writing::keepsType); }
+
+    ulong32 mNumber;
+};
+
+// --- Table ---
+
+template <unsigned char Red, unsigned char Green, unsigned char Blue>
+constexpr builtin colourRow(const wchar_t* name, const wchar_t* summary)
+{
+    return {.name = name,
+            .create = rgb_const::create<Red, Green, Blue>,
+            .parameters = L"()",
+            .result = resultRule::keepsType,
+            .summary = summary,
+            .failures = {L"Error executing function call"}};
+}
+
+const builtin rows[] = {
+    {.name = L"rgb_make",
+     .create = rgb_make::create,
+     .parameters = L"(red, green, blue)",
+     .result = resultRule::keepsType,
+     .summary = L"Gives the number of a colour: red + green * 256 + blue * 65536, each modulo 256.",
+     .failures = {L"rgb_make::createFrom: error parsing \"%s\"\n"
+                  L"Error getting value for red\n"
+                  L"Error getting value for green\n"
+                  L"Error getting value for blue\n"
+                  L"Error executing qx::rgbColor"}},
+    colourRow<255, 0, 0>(L"red", L"Gives the number of red."),
+    colourRow<0, 255, 0>(L"green", L"Gives the number of green."),
+    colourRow<0, 0, 255>(L"blue", L"Gives the number of blue."),
+    colourRow<255, 255, 0>(L"yellow", L"Gives the number of yellow."),
+    colourRow<255, 0, 255>(L"magenta", L"Gives the number of magenta."),
+    colourRow<0, 255, 255>(L"cyan", L"Gives the number of cyan."),
+    colourRow<255, 255, 255>(L"white", L"Gives the number of white."),
+    colourRow<0, 0, 0>(L"black", L"Gives the number of black."),
+};
+
+} // namespace
+
+constinit const builtinModule colourModule{L"colour", rows};
+
+} // namespace qx::script

@@ -1,0 +1,348 @@
+// Operators on typed values: one table of keywords, symbols, types and what another type means.
+//
+// Each pair of operator and type is a class of its own, a shell over a functor. The script states the type;
+// nothing is inferred from the operands. `and` and `or` are in qxScriptLogic.cpp.
+#include "modules/qxScriptOps.h"
+
+#include "modules/qxScriptCalculation.h"
+#include "modules/qxScriptFunctors.h"
+#include "modules/qxScriptModules.h"
+#include "qxScriptTypes.h"
+
+#include <array>
+
+namespace qx::script
+{
+
+// --- Operands ---
+
+binaryoperands::binaryoperands(const callText& call)
+{
+    if (call.params.empty())
+        return;
+    mpFirst = requireProvider(call, 0, L"binaryoperation::createFrom: error parsing %s");
+    // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
+    mpSecond = providerOf(call, 1);
+}
+
+void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
+{
+    if (!mpFirst)
+        execError(this, L"error retrieving first operand (1)");
+    if (!mpSecond)
+        execError(this, L"error retrieving second operand (1)");
+    if (!mpFirst.evaluate(context, first))
+        execError(this, L"error retrieving first operand (2)");
+    if (!mpSecond.evaluate(context, second))
+        execError(this, L"error retrieving second operand (2)");
+}
+
+unaryoperand::unaryoperand(const callText& call)
+{
+    if (call.params.empty())
+        return;
+    mpOperand = requireProvider(call, 0, L"unaryoperation::createFrom: error parsing %s");
+}
+
+void unaryoperand::evaluate(codecontext& context, genericValue& operand) const
+{
+    if (!mpOperand)
+        execError(this, L"error retrieving operand (1)");
+    if (!mpOperand.evaluate(context, operand))
+        execError(this, L"error retrieving operand (2)");
+}
+
+namespace
+{
+
+// --- Types ---
+
+using object = intrface::interfaceptr<intrface::unknown>;
+
+template <class... T>
+struct typelist
+{};
+
+template <class... A, class... B>
+typelist<A..., B...> operator+(typelist<A...>, typelist<B...>);
+
+using integers = typelist<short, int, long32, ushort, uint, ulong32>;
+using floats = typelist<float, double>;
+using numbers = decltype(integers() + floats());
+using signedNumbers = decltype(typelist<short, int, long32>() + floats());
+using subtractable = decltype(numbers() + typelist<date>());
+using summable = decltype(subtractable() + typelist<string>());
+using ordered = decltype(numbers() + typelist<string, date, time, timestamp>());
+using comparable = decltype(typelist<bool>() + ordered() + typelist<object>());
+
+template <class T>
+constexpr ePrimitiveScriptType typeOf = scriptTypeVoid;
+template <>
+constexpr ePrimitiveScriptType typeOf<bool> = scriptTypeBool;
+template <>
+constexpr ePrimitiveScriptType typeOf<short> = scriptTypeShort;
+template <>
+constexpr ePrimitiveScriptType typeOf<int> = scriptTypeInt;
+template <>
+constexpr ePrimitiveScriptType typeOf<long32> = scriptTypeLong;
+template <>
+constexpr ePrimitiveScriptType typeOf<ushort> = scriptTypeUshort;
+template <>
+constexpr ePrimitiveScriptType typeOf<uint> = scriptTypeUint;
+template <>
+constexpr ePrimitiveScriptType typeOf<ulong32> = scriptTypeUlong;
+template <>
+constexpr ePrimitiveScriptType typeOf<float> = scriptTypeFloat;
+template <>
+constexpr ePrimitiveScriptType typeOf<double> = scriptTypeDouble;
+template <>
+constexpr ePrimitiveScriptType typeOf<string> = scriptTypeString;
+template <>
+constexpr ePrimitiveScriptType typeOf<date> = scriptTypeDate;
+template <>
+constexpr ePrimitiveScriptType typeOf<time> = scriptTypeTime;
+template <>
+constexpr ePrimitiveScriptType typeOf<timestamp> = scriptTypeTimestamp;
+template <>
+constexpr ePrimitiveScriptType typeOf<object> = scriptTypeUnknownptr;
+
+// --- Operations: the class for a type ---
+
+// A date moves by so many of the unit that the second type tells.
+template <calculationMode Mode>
+struct dateMove
+{
+    static statement* createFrom(const callText& call) { return dateCalculation::createFrom(call, Mode); }
+};
+
+template <class T>
+using addition = std::conditional_t<std::is_same_v<T, date>, dateMove<calculationMode::add>,
+                                    binaryoperation<addfunc<T, T, T>>>;
+template <class T>
+using subtraction = std::conditional_t<std::is_same_v<T, date>, dateMove<calculationMode::subtract>,
+                                       binaryoperation<subtractfunc<T, T, T>>>;
+template <class T>
+using multiplication = binaryoperation<multiplyfunc<T, T, T>>;
+template <class T>
+using division = binaryoperation<dividefunc<T, T, T>>;
+template <class T>
+using greater = binaryoperation<maxoffunc<T>>;
+template <class T>
+using smaller = binaryoperation<minoffunc<T>>;
+template <class T>
+using bitsInBoth = binaryoperation<bitandfunc<T>>;
+template <class T>
+using bitsInEither = binaryoperation<bitorfunc<T>>;
+template <class T>
+using rounding = binaryoperation<roundfunc<T, T>>;
+template <class T>
+using cutting = binaryoperation<cutofffunc<T, T>>;
+template <class T>
+using isEqual = binaryoperation<std::conditional_t<std::is_same_v<T, object>, eqfuncIfPointer, eqfunc<T, T>>>;
+template <class T>
+using isNotEqual =
+    binaryoperation<std::conditional_t<std::is_same_v<T, object>, neqfuncIfPointer, neqfunc<T, T>>>;
+template <class T>
+using isSmaller = binaryoperation<smfunc<T, T>>;
+template <class T>
+using isSmallerOrEqual = binaryoperation<smeqfunc<T, T>>;
+template <class T>
+using isBigger = binaryoperation<gtfunc<T, T>>;
+template <class T>
+using isBiggerOrEqual = binaryoperation<gteqfunc<T, T>>;
+template <class T>
+using negation = unaryoperation<minusfunc<T, T>>;
+// Signed integers of every width are read and written as long.
+template <class T>
+using absOperand = std::conditional_t<heldInteger<T>, long32, T>;
+template <class T>
+using magnitude = unaryoperation<absfunc<absOperand<T>, absOperand<T>>>;
+
+// --- Factories ---
+
+enum class otherType
+{
+    declined, // the next module is asked
+    error
+};
+
+template <template <class> class Operation, class... T>
+statement* makeFor(ePrimitiveScriptType type, const callText& call, typelist<T...>)
+{
+    statement* made = nullptr;
+    (void)((type == typeOf<T> && (made = Operation<T>::createFrom(call))) || ...);
+    return made;
+}
+
+template <template <class> class Operation, class Types, otherType Other = otherType::declined>
+statement* create(const callText& call)
+{
+    if (call.types.empty())
+        refuse(L"createScriptOperation: missing datatype for %s", call.name);
+    statement* const made = makeFor<Operation>(parseScriptType(call.types[0]), call, Types());
+    if (!made && Other == otherType::error)
+        refuse(L"createScriptOperation: invalid datatype %s for %s", call.types[0], call.name);
+    return made;
+}
+
+statement* createSubtract(const callText& call)
+{
+    return create<subtraction, subtractable>(call);
+}
+
+statement* createMinus(const callText& call)
+{
+    return create<negation, signedNumbers>(call);
+}
+
+statement* createMinusSign(const callText& call)
+{
+    switch (call.params.size()) {
+    case 1:
+        return createMinus(call);
+    case 2:
+        return createSubtract(call);
+    default:
+        return nullptr;
+    }
+}
+
+// --- Table ---
+
+struct operatorRow
+{
+    const wchar_t* keyword;
+    const wchar_t* symbol; // null for none
+    statement* (*create)(const callText& call);
+    const wchar_t* parameters;
+    const wchar_t* types;
+    failureLists failures;
+    const wchar_t* summary;
+    resultRule result = resultRule::keepsType;
+};
+
+constexpr const wchar_t* two = L"<type>(first, second)";
+constexpr const wchar_t* one = L"<type>(value)";
+constexpr const wchar_t* decimals = L"<type>(value, decimals)";
+constexpr const wchar_t* many = L"(first, second, ...)";
+
+constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong";
+constexpr const wchar_t* floatWords = L"float, double";
+constexpr const wchar_t* numberWords = L"short, int, long, ushort, uint, ulong, float, double";
+constexpr const wchar_t* signedWords = L"short, int, long, float, double";
+constexpr const wchar_t* subtractableWords = L"short, int, long, ushort, uint, ulong, float, double, date";
+constexpr const wchar_t* summableWords =
+    L"short, int, long, ushort, uint, ulong, float, double, string, date";
+constexpr const wchar_t* orderedWords =
+    L"short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp";
+constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
+                                           L"string, date, time, timestamp, unknownptr";
+
+constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
+constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
+constexpr const wchar_t* twoOperands = L"binaryoperation::createFrom: error parsing %s\n"
+                                       L"error retrieving first operand (1)\n"
+                                       L"error retrieving second operand (1)\n"
+                                       L"error retrieving first operand (2)\n"
+                                       L"error retrieving second operand (2)";
+constexpr const wchar_t* oneOperand = L"unaryoperation::createFrom: error parsing %s\n"
+                                      L"error retrieving operand (1)\n"
+                                      L"error retrieving operand (2)";
+constexpr const wchar_t* manyOperands = L"and::createFrom: error parsing %s\n"
+                                        L"and::createFrom: invalid number of parameters\n"
+                                        L"error retrieving operand (1)\n"
+                                        L"error retrieving operand (2)\n"
+                                        L"unable to convert condition to bool";
+
+constexpr const wchar_t* dateFailures = L"dateCalculation::createFrom: number of parameters < 2\n"
+                                        L"dateCalculation::createFrom: missing second datatype\n"
+                                        L"dateCalculation::createFrom: error parsing \"%s\"\n"
+                                        L"unable to retrieve quantity\n"
+                                        L"unsupported calctype\n"
+                                        L"unable to retrieve date";
+
+constexpr failureLists typedTwo{noType, twoOperands};
+constexpr failureLists typedTwoOrDate{noType, twoOperands, dateFailures};
+constexpr failureLists typedOne{noType, oneOperand};
+constexpr failureLists strictTwo{noType, wrongType, twoOperands};
+constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands, dateFailures};
+constexpr failureLists untypedOne{oneOperand};
+constexpr failureLists untypedMany{manyOperands};
+
+// A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
+constexpr operatorRow operators[] = {
+    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwoOrDate,
+     L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
+     L"`days` later.",
+     resultRule::keepsTypeButOfDate},
+    {L"subtract", nullptr, createSubtract, two, subtractableWords, typedTwoOrDate,
+     L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
+     L"earlier.",
+     resultRule::keepsTypeButOfDate},
+    {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
+    {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
+     L"Gives the quotient; one of integers is cut to an integer."},
+    {L"maxof", nullptr, create<greater, numbers>, two, numberWords, typedTwo, L"Gives the greater number."},
+    {L"minof", nullptr, create<smaller, numbers>, two, numberWords, typedTwo, L"Gives the smaller number."},
+    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two, integerWords, strictTwo,
+     L"Gives the bits that are set in both."},
+    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two, integerWords, strictTwo,
+     L"Gives the bits that are set in either."},
+    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals, floatWords, strictTwo,
+     L"Gives the number rounded to so many decimals."},
+    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals, floatWords, strictTwo,
+     L"Gives the number cut off behind so many decimals."},
+    {L"isequal", L"==", create<isEqual, comparable>, two, comparableWords, typedTwo,
+     L"Tells whether both are equal."},
+    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two, comparableWords, typedTwo,
+     L"Tells whether both differ."},
+    {L"issmaller", L"<", create<isSmaller, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is smaller."},
+    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is smaller or equal."},
+    {L"isbigger", L">", create<isBigger, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is greater."},
+    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
+     L"Tells whether the first is greater or equal."},
+    {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
+    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
+     L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
+    {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
+     L"Gives the number without its sign."},
+    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, untypedOne,
+     L"Gives the opposite of a truth value."},
+    {L"and", L"&&", createAnd, many, nullptr, untypedMany,
+     L"Tells whether all are true; none is asked behind the first that is false.", resultRule::replaces},
+    {L"or", L"||", createOr, many, nullptr, untypedMany,
+     L"Tells whether one is true; none is asked behind the first that is.", resultRule::replaces},
+};
+
+constexpr std::size_t rowCount()
+{
+    std::size_t count = 0;
+    for (const operatorRow& row : operators)
+        count += row.symbol ? 2u : 1u;
+    return count;
+}
+
+// A row for each keyword and for each symbol.
+constexpr std::array<builtin, rowCount()> allRows()
+{
+    std::array<builtin, rowCount()> rows{};
+    std::size_t at = 0;
+    for (const operatorRow& row : operators) {
+        for (const wchar_t* name : {row.keyword, row.symbol})
+            if (name)
+                rows[at++] = {name,       row.create,  row.parameters, row.types,
+                              row.result, row.summary, row.failures};
+    }
+    return rows;
+}
+
+constexpr std::array<builtin, rowCount()> rows = allRows();
+
+} // namespace
+
+constinit const builtinModule operatorModule{L"operator", rows};
+
+} // namespace qx::script

@@ -1,0 +1,542 @@
+// Arrays and maps: the statements that create them and work on those that sit in variables.
+//
+// The name of the variable is the literal text of the first parameter, as it stands: with its blanks and in
+// its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
+// here.
+#include "contexts/qxScriptEpoch.h"
+#include "modules/qxScriptModules.h"
+#include "qxScriptReference.h"
+#include "qxScriptTypes.h"
+#include "statements/qxScriptBase.h"
+#include "statements/qxScriptHeld.h"
+
+#include "qxHeldTypes.h"
+#include "qxValueTraits.h"
+
+namespace qx::script
+{
+
+namespace
+{
+
+// What the factories of one statement say of a text that they refuse.
+struct refusals
+{
+    std::size_t required; // parameters
+    const wchar_t* tooFew;
+    const wchar_t* unusable; // with the text of the parameter
+};
+
+scString nameOf(const callText& call, const refusals& texts)
+{
+    if (call.params.size() < texts.required)
+        refuse(texts.tooFew);
+    const scString name = scString::createFrom(call.params[0].text());
+    if (name.string().empty())
+        refuse(texts.unusable, call.params[0].view());
+    return name;
+}
+
+// The T in a variable that nobody else can reach, in place. Null where it is not just that; then the long way
+// tells. What is in place stays there until something has an effect.
+template <class T>
+T* variableInPlace(codecontext& context, const scString& name)
+{
+    if (!cell::shortCutsAllowed())
+        return nullptr;
+    scriptcontext* const root = scope::plainRoot(context);
+    genericSet::entry* const variable = root ? scope::variable(context, *root, name) : nullptr;
+    return variable && !variable->isShared() ? heldInPlace<T>(variable->value()) : nullptr;
+}
+
+// The same in the long way. A variable that others can reach may have been written by them, so the epoch
+// moves.
+template <class T>
+heldIn<T> heldInVariable(codecontext& context, const scString& name)
+{
+    const sharedPtr<genericValue> storage = context.variableAddress(name);
+    if (storage.useCount() > 2u) // the set, and we
+        epoch::move();
+    return heldIn<T>(storage.get());
+}
+
+class createArray final : public scriptbasestatement
+{
+public:
+    explicit createArray(ownedProvider source) : mpSource(std::move(source)) {}
+
+    statement* clone() const override { return new createArray(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        replaceResult(result, mpSource ? elements(context) : valueArray());
+    }
+
+    static statement* create(const callText& call)
+    {
+        if (call.params.empty())
+            return new createArray(ownedProvider());
+        return new createArray(requireProvider(call, 0, L"createArray:::createFrom: error parsing \"%s\""));
+    }
+
+private:
+    using reference = intrface::interfaceptr<intrface::unknown>;
+    using iterator = intrface::interfaceptr<intrface::forwardIterator>;
+
+    // What the source has: the objects that it walks over, or copies of the elements of an array. REQUIRED:
+    // an object that is no iterator has nothing, without a failure.
+    valueArray elements(codecontext& context) const
+    {
+        genericValue source;
+        if (!mpSource.evaluate(context, source))
+            execError(this, L"error retrieving iterator");
+        reference object;
+        valueArray array;
+        if (!source.getValue(object) && !source.getValue(array)) {
+            string text;
+            if (source.getValue(text))
+                execError(this, L"error converting \"%s\" to an iterator - object", text);
+            execError(this, L"error converting variable to an iterator - object");
+        }
+        iterator walked(object);
+        return walked.isValid() ? objectsOf(walked) : array;
+    }
+
+    static valueArray objectsOf(iterator& walked)
+    {
+        std::size_t count = 0;
+        walk(walked, [&](const reference&) { ++count; });
+        valueArray objects;
+        objects.reserve(count);
+        walk(walked, [&](const reference& object) { objects.emplace_back(object); });
+        return objects;
+    }
+
+    template <class Use>
+    static void walk(iterator& walked, Use use)
+    {
+        reference object;
+        for (walked->first(object.receive()); !walked->isEnd(); walked->next(object.receive()))
+            use(object);
+    }
+
+    ownedProvider mpSource; // null: none given
+};
+
+// Base of the statements on an array in a variable.
+class arrayStatement : public scriptbasestatement
+{
+protected:
+    explicit arrayStatement(const scString& name) : mName(name) { stayInside(); }
+
+    valueArray* arrayInPlace(codecontext& context) const
+    {
+        return variableInPlace<valueArray>(context, mName);
+    }
+
+    heldIn<valueArray> requireArray(codecontext& context) const
+    {
+        heldIn<valueArray> array = heldInVariable<valueArray>(context, mName);
+        if (!array)
+            execError(this, L"Error retrieving array");
+        return array;
+    }
+
+private:
+    scString mName;
+};
+
+class sizeOfArray final : public arrayStatement
+{
+public:
+    explicit sizeOfArray(const scString& name) : arrayStatement(name)
+    {
+        offerShortCuts(0, writing::keepsType);
+    }
+
+    statement* clone() const override { return new sizeOfArray(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        writeToSlot(result, valueTraits<ulong32>::wrap(requireArray(context)->size()));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const valueArray* const array = arrayInPlace(context);
+        return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
+    }
+
+    static statement* create(const callText& call)
+    {
+        // REQUIRED: the second text names another class.
+        return new sizeOfArray(nameOf(call, {1, L"sizeOfArray::createFrom: number of parameters < 1",
+                                             L"sizeOfSet::createFrom: error parsing \"%s\""}));
+    }
+};
+
+class addToArray final : public arrayStatement
+{
+public:
+    addToArray(const scString& name, ownedProvider value) : arrayStatement(name), mpValue(std::move(value)) {}
+
+    statement* clone() const override { return new addToArray(*this); }
+    // Has no value.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        if (!addShort(context))
+            add(context);
+    }
+    static statement* create(const callText& call)
+    {
+        static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
+                                        L"addToArray::createFrom: error parsing \"%s\""};
+        const scString name = nameOf(call, texts);
+        return new addToArray(name, requireProvider(call, 1, texts.unusable));
+    }
+
+private:
+    bool addShort(codecontext& context) const
+    {
+        genericValue value;
+        if (!cell::shortCutsAllowed() || !mpValue.evaluateShort(context, value))
+            return false;
+        valueArray* const array = arrayInPlace(context);
+        if (array)
+            array->push_back(std::move(value));
+        return array != nullptr;
+    }
+    void add(codecontext& context) const
+    {
+        const heldIn<valueArray> array = requireArray(context);
+        if (!mpValue)
+            execError(this, L"Error retrieving value(1)");
+        genericValue value;
+        if (!mpValue.evaluate(context, value))
+            execError(this, L"Error retrieving value(2)");
+        array->push_back(std::move(value));
+    }
+
+    ownedProvider mpValue;
+};
+
+class arrayElement final : public arrayStatement
+{
+public:
+    arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
+    {
+        mpIndex.fold<uint>();
+        offerShortCuts(depthOf(mpIndex), writing::replaces);
+    }
+
+    statement* clone() const override { return new arrayElement(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const heldIn<valueArray> array = requireArray(context);
+        if (!mpIndex)
+            execError(this, L"Error retrieving index (1)");
+        uint index = 0;
+        if (!mpIndex.read(context, index))
+            execError(this, L"Error retrieving index (2)");
+        if (array->size() <= index)
+            execError(this, L"index bigger than array size");
+        result = (*array)[index];
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const genericValue* const element = elementInPlace(context);
+        return element ? smallIn(*element) : cell::refused;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        const genericValue* const element = elementInPlace(context);
+        return element && text.showInPlace(*element);
+    }
+    const genericValue* valueInPlace(codecontext& context) const override { return elementInPlace(context); }
+
+    static statement* create(const callText& call)
+    {
+        static constexpr refusals texts{2, L"arrayElement::createFrom: number of parameters < 2",
+                                        L"arrayElement::createFrom: error parsing \"%s\""};
+        const scString name = nameOf(call, texts);
+        return new arrayElement(name, requireProvider(call, 1, texts.unusable));
+    }
+
+private:
+    const genericValue* elementInPlace(codecontext& context) const
+    {
+        uint index = 0;
+        if (!cell::read(mpIndex.shortCut().smallValue(context), index))
+            return nullptr;
+        const valueArray* const array = arrayInPlace(context);
+        return array && index < array->size() ? &(*array)[index] : nullptr;
+    }
+
+    ownedProvider mpIndex;
+};
+
+template <class K>
+using mapOf = std::map<K, genericValue>;
+
+template <class K>
+class createMap final : public scriptbasestatement
+{
+public:
+    statement* clone() const override { return new createMap(*this); }
+    void execute(codecontext&, genericValue& result) const override { replaceResult(result, mapOf<K>()); }
+
+    static statement* create(const callText&) { return new createMap; }
+};
+
+// Base of the statements on a map in a variable. The type of its keys must be theirs.
+template <class K>
+class mapStatement : public scriptbasestatement
+{
+protected:
+    mapStatement(const callText& call, const refusals& texts)
+        : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
+    {
+        stayInside();
+        if constexpr (cell::small<K>)
+            mpKey.template fold<K>();
+    }
+
+    mapOf<K>* mapInPlace(codecontext& context) const { return variableInPlace<mapOf<K>>(context, mName); }
+    // The key by its short cut.
+    bool readKeyShort(codecontext& context, K& key) const
+    {
+        if constexpr (cell::small<K>)
+            return cell::read(mpKey.shortCut().smallValue(context), key);
+        else {
+            textScratch text;
+            return mpKey.shortCut().textValue(context, text) && declinesWithoutMemory([&] {
+                       key = text.take();
+                       return true;
+                   });
+        }
+    }
+
+    heldIn<mapOf<K>> requireMap(codecontext& context) const
+    {
+        heldIn<mapOf<K>> map = heldInVariable<mapOf<K>>(context, mName);
+        if (!map)
+            execError(this, L"Map not found");
+        return map;
+    }
+
+    K requireKey(codecontext& context) const
+    {
+        K key{};
+        if (!mpKey.read(context, key))
+            execError(this, L"Error retrieving key");
+        return key;
+    }
+
+private:
+    scString mName;
+
+protected:
+    ownedProvider mpKey;
+};
+
+template <class K>
+class insertIntoMap final : public mapStatement<K>
+{
+public:
+    statement* clone() const override { return new insertIntoMap(*this); }
+    // Has no value.
+    void execute(codecontext& context, genericValue&) const override
+    {
+        if (!insertShort(context))
+            insert(context);
+    }
+
+    static statement* create(const callText& call) { return new insertIntoMap(call); }
+
+private:
+    bool insertShort(codecontext& context) const
+    {
+        K key{};
+        genericValue value;
+        if (!cell::shortCutsAllowed() || !this->readKeyShort(context, key) ||
+            !mpValue.evaluateShort(context, value))
+            return false;
+        mapOf<K>* const map = this->mapInPlace(context);
+        return map && declinesWithoutMemory([&] {
+                   map->insert_or_assign(std::move(key), std::move(value));
+                   return true;
+               });
+    }
+    void insert(codecontext& context) const
+    {
+        const heldIn<mapOf<K>> map = this->requireMap(context);
+        const K key = this->requireKey(context);
+        genericValue value;
+        if (!mpValue.evaluate(context, value))
+            statement::execError(this, L"Error retrieving value");
+        try {
+            map->insert_or_assign(key, value);
+        } catch (const exception& caught) {
+            statement::execError(this, &caught, nullptr);
+        } catch (...) {
+            statement::execError(this, nullptr);
+        }
+    }
+
+    static constexpr refusals texts{3, L"insertIntoMap::createFrom: number of parameters < 3",
+                                    L"insertIntoMap::createFrom: error parsing \"%s\""};
+
+    explicit insertIntoMap(const callText& call)
+        : mapStatement<K>(call, texts), mpValue(requireProvider(call, 2, texts.unusable))
+    {}
+
+    ownedProvider mpValue;
+};
+
+template <class K>
+class findInMap final : public mapStatement<K>
+{
+public:
+    statement* clone() const override { return new findInMap(*this); }
+    // A key that is not there leaves the result as it is.
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const heldIn<mapOf<K>> map = this->requireMap(context);
+        const auto found = map->find(this->requireKey(context));
+        if (found != map->end())
+            result = found->second;
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        const genericValue* const found = findInPlace(context);
+        return found ? smallIn(*found) : cell::refused;
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        const genericValue* const found = findInPlace(context);
+        return found && text.showInPlace(*found);
+    }
+    const genericValue* valueInPlace(codecontext& context) const override { return findInPlace(context); }
+
+    static statement* create(const callText& call) { return new findInMap(call); }
+
+private:
+    explicit findInMap(const callText& call)
+        : mapStatement<K>(call, {2, L"findInMap::createFrom: number of parameters < 2",
+                                 L"findInMap::createFrom: error parsing \"%s\""})
+    {
+        statement::offerShortCuts(depthOf(this->mpKey), statement::writing::replaces);
+    }
+
+    const genericValue* findInPlace(codecontext& context) const
+    {
+        K key{};
+        if (!this->readKeyShort(context, key))
+            return nullptr;
+        const mapOf<K>* const map = this->mapInPlace(context);
+        if (!map)
+            return nullptr;
+        const auto found = map->find(key);
+        return found == map->end() ? nullptr : &found->second;
+    }
+};
+
+// Makes the member of a family of map statements for the stated type of key.
+template <template <class K> class Statement>
+statement* createKeyed(const callText& call)
+{
+    static constexpr struct
+    {
+        ePrimitiveScriptType type;
+        statement* (*create)(const callText& call);
+    } members[] = {
+        {scriptTypeShort, Statement<short>::create},
+        {scriptTypeInt, Statement<int>::create},
+        {scriptTypeLong, Statement<long32>::create},
+        {scriptTypeString, Statement<string>::create},
+    };
+    if (call.types.empty())
+        refuse(L"mapstatement:::createFrom: missing datatype");
+    const ePrimitiveScriptType type = parseScriptType(call.types[0]);
+    for (const auto& member : members)
+        if (member.type == type)
+            return member.create(call);
+    refuse(L"mapstatement:::createFrom: invalid datatype %s", call.types[0]);
+}
+
+// --- Table ---
+
+constexpr const wchar_t* keyTypes = L"short, int, long, string";
+constexpr const wchar_t* keyTypeFailures = L"mapstatement:::createFrom: missing datatype\n"
+                                           L"mapstatement:::createFrom: invalid datatype %s";
+
+const builtin rows[] = {
+    {.name = L"createarray",
+     .create = createArray::create,
+     .parameters = L"([source])",
+     .summary = L"Gives a new array: empty, a copy of an array, or the objects that an object walks "
+                L"over.",
+     .failures = {L"createArray:::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving iterator\n"
+                  L"error converting \"%s\" to an iterator - object\n"
+                  L"error converting variable to an iterator - object"}},
+    {.name = L"sizeofarray",
+     .create = sizeOfArray::create,
+     .parameters = L"(name)",
+     .result = resultRule::keepsType,
+     .summary = L"Gives the number of elements of the array in this variable.",
+     .failures = {L"sizeOfArray::createFrom: number of parameters < 1\n"
+                  L"sizeOfSet::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array"}},
+    {.name = L"addtoarray",
+     .create = addToArray::create,
+     .parameters = L"(name, value)",
+     .result = resultRule::none,
+     .summary = L"Appends a value to the array in this variable.",
+     .failures = {L"addToArray::createFrom: number of parameters < 2\n"
+                  L"addToArray::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array\n"
+                  L"Error retrieving value(1)\n"
+                  L"Error retrieving value(2)"}},
+    {.name = L"arrayelement",
+     .create = arrayElement::create,
+     .parameters = L"(name, index)",
+     .summary = L"Gives an element of the array in this variable; the first has the index 0.",
+     .failures = {L"arrayElement::createFrom: number of parameters < 2\n"
+                  L"arrayElement::createFrom: error parsing \"%s\"\n"
+                  L"Error retrieving array\n"
+                  L"Error retrieving index (1)\n"
+                  L"Error retrieving index (2)\n"
+                  L"index bigger than array size"}},
+    {.name = L"createmap",
+     .create = createKeyed<createMap>,
+     .parameters = L"<key type>()",
+     .types = keyTypes,
+     .summary = L"Gives a new, empty map with keys of this type.",
+     .failures = {keyTypeFailures}},
+    {.name = L"insertintomap",
+     .create = createKeyed<insertIntoMap>,
+     .parameters = L"<key type>(name, key, value)",
+     .types = keyTypes,
+     .result = resultRule::none,
+     .summary = L"Puts a value into the map in this variable, in place of one with the same key.",
+     .failures = {keyTypeFailures, L"insertIntoMap::createFrom: number of parameters < 3\n"
+                                   L"insertIntoMap::createFrom: error parsing \"%s\"\n"
+                                   L"Map not found\n"
+                                   L"Error retrieving key\n"
+                                   L"Error retrieving value"}},
+    {.name = L"findinmap",
+     .create = createKeyed<findInMap>,
+     .parameters = L"<key type>(name, key)",
+     .types = keyTypes,
+     .result = resultRule::replacesIfAny,
+     .summary = L"Gives what the map in this variable holds for the key; has no value where it holds "
+                L"nothing.",
+     .failures = {keyTypeFailures, L"findInMap::createFrom: number of parameters < 2\n"
+                                   L"findInMap::createFrom: error parsing \"%s\"\n"
+                                   L"Map not found\n"
+                                   L"Error retrieving key"}},
+};
+
+} // namespace
+
+constinit const builtinModule collectionModule{L"collection", rows};
+
+} // namespace qx::script

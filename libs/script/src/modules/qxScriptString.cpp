@@ -1,0 +1,346 @@
+// Text functions. Positions and lengths count UTF-16 code units, from 0.
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptNamed.h"
+
+#include "qxHeldTypes.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace qx::script
+{
+
+namespace
+{
+
+constexpr const wchar_t* noText = L"error retrieving string";
+
+struct lowerCase
+{
+    static constexpr const wchar_t* messageName = L"strlower";
+    static constexpr declaredParameter declared[] = {{L"this", true}};
+    static constexpr const wchar_t* unreadable[] = {noText};
+    using operands = operandTypes<string>;
+
+    static void of(textScratch& text)
+    {
+        text.change([](string& all) { all.toLower(); });
+    }
+};
+
+struct upperCase
+{
+    static constexpr const wchar_t* messageName = L"strupper";
+    static constexpr declaredParameter declared[] = {{L"this", true}};
+    static constexpr const wchar_t* unreadable[] = {noText};
+    using operands = operandTypes<string>;
+
+    static void of(textScratch& text)
+    {
+        text.change([](string& all) { all.toUpper(); });
+    }
+};
+
+struct replacement
+{
+    static constexpr const wchar_t* messageName = L"strreplace";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}, {L"with", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving string to exchange",
+                                                    L"error retrieving exchange string"};
+    using operands = operandTypes<string, string, string>;
+
+    static void of(textScratch& text, std::wstring_view what, std::wstring_view with)
+    {
+        if (text.view().find(what) != std::wstring_view::npos)
+            text.change([&](string& all) { all.replace(what, with); });
+    }
+};
+
+struct withoutSpaces
+{
+    static constexpr const wchar_t* messageName = L"strdelspaces";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+    using operands = operandTypes<string, string>;
+
+    // A word other than these leaves the text as it is.
+    static void of(textScratch& text, std::wstring_view where)
+    {
+        constexpr std::wstring_view spaces = L" \t";
+        const string word = string(where).toLower();
+        if (word == L"leading")
+            text.narrow(std::min(text.view().find_first_not_of(spaces), text.view().size()));
+        else if (word == L"trailing")
+            text.narrow(0, text.view().find_last_not_of(spaces) + 1);
+        else if (word == L"all")
+            text.change([&](string& all) { all.deleteAll(spaces); });
+    }
+};
+
+struct position
+{
+    static constexpr const wchar_t* messageName = L"strfind";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving what"};
+    using operands = operandTypes<string, string>;
+
+    // -1 where the text does not occur.
+    static long32 of(std::wstring_view text, std::wstring_view what)
+    {
+        const std::size_t found = text.find(what);
+        return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
+    }
+};
+
+struct pieces
+{
+    static constexpr const wchar_t* messageName = L"strsplit";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+};
+
+class scr_strsplit final : public namedoperands<pieces>
+{
+public:
+    statement* clone() const override { return new scr_strsplit(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        const auto text = require<string>(0, context);
+        const auto where = require<string>(1, context);
+        sharedPtr<genericValue::holderbase> parts(
+            new genericValue::valueholder<valueArray>(cut(text, where)));
+        result.swapHolder(parts);
+    }
+
+private:
+    // One part more than there are separators; an empty one never occurs.
+    static valueArray cut(std::wstring_view text, std::wstring_view separator)
+    {
+        valueArray parts;
+        textScratch part;
+        std::size_t hit = 0;
+        while (!separator.empty() && (hit = text.find(separator)) != text.npos) {
+            part.borrow(text.substr(0, hit));
+            parts.push_back(part.takeValue());
+            text.remove_prefix(hit + separator.size());
+        }
+        part.borrow(text);
+        parts.push_back(part.takeValue());
+        return parts;
+    }
+};
+
+struct piece
+{
+    static constexpr const wchar_t* messageName = L"substr";
+    static constexpr declaredParameter declared[] = {{L"this", true}, {L"sidx", true}, {L"len", false}};
+    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving start index"};
+};
+
+class scr_substr final : public namedoperands<piece>
+{
+public:
+    statement* clone() const override { return new scr_substr(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        string text = require<string>(0, context);
+        const int start = require<int>(1, context);
+        int length = -1;
+        mOperands[2].read(context, length);
+        // REQUIRED: the last index of an empty text wraps, so that every start passes, and the piece itself
+        // throws std::out_of_range for all but 0.
+        if (static_cast<uint64>(start) > static_cast<uint64>(text.size()) - 1)
+            execError(this, L"start index out of range");
+        replaceResult(result, string(text.substr(static_cast<std::size_t>(start), sizeOf(length))));
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        int start = 0;
+        int length = -1;
+        if (!mOperands[0].shortCut().textValue(context, text) ||
+            !mOperands[1].shortCut().read(context, start) ||
+            (mOperands[2] && !mOperands[2].shortCut().read(context, length)))
+            return false;
+        const std::size_t from = static_cast<std::size_t>(start);
+        if (from >= text.view().size() && (from != 0 || !text.view().empty()))
+            return false;
+        text.narrow(from, sizeOf(length));
+        return true;
+    }
+
+private:
+    void parsed() override { offer(writing::textReplaces, operandTypes<string, int, int>()); }
+
+    // Less than nothing stands for all that follows.
+    static std::size_t sizeOf(int length)
+    {
+        return static_cast<std::size_t>(length < 0 ? std::numeric_limits<int>::max() : length);
+    }
+};
+
+class scr_strlen final : public scriptbasestatement
+{
+public:
+    explicit scr_strlen(ownedProvider value) : mpValue(std::move(value))
+    {
+        offerShortCuts(depthOf(mpValue), writing::keepsType);
+    }
+
+    statement* clone() const override { return new scr_strlen(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        if (!mpValue)
+            execError(this, L"error retrieving string (1)");
+        textScratch text;
+        if (!mpValue.readText(context, text))
+            execError(this, L"error retrieving string (2)");
+        writeToSlot(result, uint64(text.view().size()));
+    }
+    std::uint64_t smallValue(codecontext& context) const override
+    {
+        textScratch text;
+        return mpValue.shortCut().textValue(context, text) ? cell::make(uint64(text.view().size()))
+                                                           : cell::refused;
+    }
+
+    static statement* create(const callText& call)
+    {
+        if (call.params.empty())
+            refuse(L"strlen::createFrom: number of parameters < 1");
+        return new scr_strlen(requireProvider(call, 0, L"strlen::createFrom: error parsing \"%s\""));
+    }
+
+private:
+    ownedProvider mpValue;
+};
+
+class scr_strcat final : public scriptbasestatement
+{
+public:
+    using providers = std::vector<ownedProvider, freeListAllocator<ownedProvider>>;
+
+    explicit scr_strcat(providers values) : mValues(std::move(values))
+    {
+        // An operand is found while all before it wait on the stack.
+        unsigned depth = 0;
+        for (unsigned i = 0; i < mValues.size(); ++i)
+            depth = std::max(depth, i + mValues[i].shortCut().depth());
+        offerShortCuts(depth, writing::textKeepsType);
+    }
+
+    statement* clone() const override { return new scr_strcat(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        string joined;
+        for (const ownedProvider& value : mValues) {
+            textScratch text;
+            if (!value.readText(context, text))
+                execError(this, L"error retrieving string");
+            joined += text.view();
+        }
+        writeToSlot(result, std::move(joined));
+    }
+    bool textValue(codecontext& context, textScratch& text) const override
+    {
+        return join(context, 0, 0, text) != nullptr;
+    }
+
+    static statement* create(const callText& call)
+    {
+        if (call.params.size() < 2)
+            refuse(L"strcat::createFrom: number of parameters < 2");
+        providers values;
+        values.reserve(call.params.size());
+        for (std::size_t i = 0; i < call.params.size(); ++i)
+            values.push_back(requireProvider(call, i, L"strcat::createFrom: error parsing \"%s\""));
+        return new scr_strcat(std::move(values));
+    }
+
+private:
+    // Finds the texts of the operands from `i` on, makes room for them behind the `size` characters of those
+    // before, and writes each into its place on the way back: one allocation whatever their number. Gives the
+    // place of the first; null where an operand declines.
+    wchar_t* join(codecontext& context, std::size_t i, std::size_t size, textScratch& joined) const
+    {
+        if (i == mValues.size())
+            return joined.room(size) + size;
+        textScratch text;
+        if (!mValues[i].shortCut().textValue(context, text))
+            return nullptr;
+        const std::wstring_view piece = text.view();
+        wchar_t* const end = join(context, i + 1, size + piece.size(), joined);
+        return end ? std::copy(piece.begin(), piece.end(), end - piece.size()) - piece.size() : nullptr;
+    }
+
+    providers mValues;
+};
+
+// --- Table ---
+
+const builtin rows[] = {
+    {.name = L"strlen",
+     .create = scr_strlen::create,
+     .parameters = L"(text)",
+     .result = resultRule::keepsType,
+     .summary = L"Gives the length of a text.",
+     .failures = {L"strlen::createFrom: number of parameters < 1\n"
+                  L"strlen::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving string (1)\n"
+                  L"error retrieving string (2)"}},
+    {.name = L"strcat",
+     .create = scr_strcat::create,
+     .parameters = L"(text, text, ...)",
+     .result = resultRule::keepsType,
+     .summary = L"Joins two or more texts.",
+     .failures = {L"strcat::createFrom: number of parameters < 2\n"
+                  L"strcat::createFrom: error parsing \"%s\"\n"
+                  L"error retrieving string"}},
+    {.name = L"strlower",
+     .create = createNamed<namedtextoperation<lowerCase>>,
+     .parameters = L"(this)",
+     .summary = L"Gives the text in lower case.",
+     .failures = {L"error retrieving string"}},
+    {.name = L"strupper",
+     .create = createNamed<namedtextoperation<upperCase>>,
+     .parameters = L"(this)",
+     .summary = L"Gives the text in upper case.",
+     .failures = {L"error retrieving string"}},
+    {.name = L"strreplace",
+     .create = createNamed<namedtextoperation<replacement>>,
+     .parameters = L"(this, what, with)",
+     .summary = L"Gives the text with each `what` replaced by `with`.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving string to exchange\n"
+                  L"error retrieving exchange string"}},
+    {.name = L"strdelspaces",
+     .create = createNamed<namedtextoperation<withoutSpaces>>,
+     .parameters = L"(this, where)",
+     .summary = L"Gives the text without its blanks and tabulators: `leading`, `trailing` or `all`.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving where-identification"}},
+    {.name = L"strsplit",
+     .create = createNamed<scr_strsplit>,
+     .parameters = L"(this, where)",
+     .summary = L"Gives an array of the pieces between the places where `where` occurs.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving where-identification"}},
+    {.name = L"strfind",
+     .create = createNamed<namedoperation<position>>,
+     .parameters = L"(this, what)",
+     .summary = L"Gives the position of the first `what`, from 0, or -1.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving what"}},
+    {.name = L"substr",
+     .create = createNamed<scr_substr>,
+     .parameters = L"(this, sidx, [len])",
+     .summary = L"Gives `len` characters from `sidx` on, or all that follow.",
+     .failures = {L"error retrieving string\n"
+                  L"error retrieving start index\n"
+                  L"start index out of range"}},
+};
+
+} // namespace
+
+constinit const builtinModule stringModule{L"string", rows};
+
+} // namespace qx::script

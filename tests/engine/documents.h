@@ -1,0 +1,54 @@
+// The texts of this tree that tests read: sources, documents, examples.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+inline std::filesystem::path treeRoot()
+{
+    return std::filesystem::path(QX_TESTS_DIR).parent_path();
+}
+
+inline std::filesystem::path scriptsDirectory()
+{
+    return treeRoot() / "tests/cases";
+}
+
+inline std::string contentOf(const std::filesystem::path& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+inline std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// What stands between the commas of a list.
+inline std::vector<std::string> wordsOf(std::string list)
+{
+    std::vector<std::string> words;
+    for (std::size_t end = 0; !list.empty(); list.erase(0, end == list.npos ? end : end + 2)) {
+        end = list.find(", ");
+        words.push_back(list.substr(0, end));
+    }
+    return words;
+}
+
+// The lines of a table of statements, without comments; none if the file defines functions.
+inline std::vector<std::string> rowsOf(const std::string& script)
+{
+    const std::string content = contentOf(scriptsDirectory() / (script + ".qxscr"));
+    std::vector<std::string> rows = linesOf(content.find("scrdef ") == std::string::npos ? content : "");
+    std::erase_if(rows, [](const std::string& line) { return line.empty() || line.starts_with("//"); });
+    return rows;
+}

@@ -1,0 +1,428 @@
+// The cases that are written as scripts, each with an `.expected` file beside it. Of a file with definitions
+// every function is called without arguments. Of a file without, which is in UTF-8, every line is a statement
+// that is run by itself: into a result that is null, into a text and into a map, and so is its clone.
+//
+//     function_name or statement
+//         report: what was reported through assertMsg
+//         asks: what the object `o` was asked
+//         int 5
+//         over a text: where it is another, what becomes of a result that holds "old"
+//         over a map: the same for an empty map, into which nothing converts
+//
+// What statements refuse is in refusals.expected: each is called without its type, and with each parameter
+// missing, empty and null.
+//
+// A failure shows its whole chain of messages instead of a value, outermost first, each a step further in.
+// With QX_REWRITE_EXPECTATIONS set the files are written anew; the difference is read like code.
+#include "assertRecorder.h"
+#include "documents.h"
+#include "objectWorld.h"
+#include "utils/fakeSystem.h"
+
+#include "modules/qxScriptCalculation.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <set>
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using qx::genericValue;
+using qx::string;
+
+// Named from the scripts' directory, as `MODULE/FILE` without extension.
+std::vector<std::string> filesWith(const char* extension)
+{
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(scriptsDirectory())) {
+        if (entry.path().extension() == extension)
+            names.push_back(
+                fs::relative(entry.path(), scriptsDirectory()).replace_extension().generic_string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+fs::path fileOf(const std::string& script)
+{
+    return scriptsDirectory() / (script + ".qxscr");
+}
+
+string wide(const std::string& text)
+{
+    return string::fromUtf8(text);
+}
+
+string longName()
+{
+    return L"/" + std::wstring(4095, L'a');
+}
+
+// One line: paths of this machine and the long name stand as names, line ends as \n, a blank at the end as
+// \s.
+std::string shownLine(string text)
+{
+    text.replace(wide(scriptsDirectory().string()), L"SCRIPTS");
+    text.replace(wide(fs::current_path().string()), L"CURRENT");
+    text.replace(longName(), L"LONG");
+    text.replace(L"\n", L"\\n");
+    if (!text.empty() && text.back() == L' ')
+        text.replace(text.size() - 1, 1, L"\\s");
+    return text.utf8();
+}
+
+std::string shownChain(const texts& chain)
+{
+    std::string lines;
+    std::string indent = "    ";
+    for (const string& text : chain) {
+        lines += indent + shownLine(text) + "\n";
+        indent += "  ";
+    }
+    return lines;
+}
+
+std::string shownReports()
+{
+    std::string lines;
+    for (const string& report : assertRecorder::take())
+        lines.append("    report: ").append(shownLine(report)).append("\n");
+    return lines;
+}
+
+// --- Functions ---
+
+std::string outcomeOf(const std::string& script, const string& function)
+{
+    const assertRecorder recorder;
+    std::string value;
+    const texts chain = failureOf([&] {
+        scriptcontext context;
+        std::vector<genericValue> none;
+        genericValue result;
+        qx::script::codeManager::instance()->executeFunction(wide(scriptsDirectory().string()),
+                                                             L"script$" + wide(script) + L"$" + function,
+                                                             context, none, result);
+        value = "    " + valueText(result) + "\n";
+    });
+    return function.utf8() + "\n" + shownReports() + (value.empty() ? shownChain(chain) : value);
+}
+
+std::string outcomesOfFunctions(const std::string& script)
+{
+    std::string all;
+    for (const auto& function : qx::script::listFunctions(qx::file(wide(fileOf(script).string()))).functions)
+        all.append(all.empty() ? "" : "\n").append(outcomeOf(script, function.name));
+    return all;
+}
+
+// --- Statements ---
+
+// Says the same on every machine, in the last moment of 2024-03-09, and reports the message boxes shown and
+// the processes started.
+class fixedMachine final : public stoppedClock
+{
+public:
+    fixedMachine() : stoppedClock(1710028799999) {}
+    bool modulePath(const string&, string& directory) override
+    {
+        directory = L"program";
+        return true;
+    }
+    int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
+    {
+        qx::assertMsg(L"box %s|%s|%u", caption, text, flags);
+        return 1;
+    }
+    bool startProcess(const string& exe, const string& params, int flags, qx::ulong32* id, void** first,
+                      void** process, const string& place) override
+    {
+        EXPECT_TRUE(!id && !first && place == currentDirectory());
+        qx::assertMsg(L"start %s|%s|%x", exe, params, flags);
+        *process = this;
+        return exe == L"known";
+    }
+    bool getExitCodeProcess(void* process, qx::long32*) override
+    {
+        qx::assertMsg(L"code of %d", process == this ? 1 : 0);
+        return false;
+    }
+    void closeProcess(void* process) override { qx::assertMsg(L"close %d", process == this ? 1 : 0); }
+};
+
+recordingObject* asked = nullptr; // the object of the statement that runs
+
+// What `let` makes of the object.
+void change(recordingObject& object, const string& how)
+{
+    object.succeeds = how != L"failing";
+    object.hasIt = how != L"denying";
+    object.refused = how == L"withoutfields"       ? qx::intrface::interfaceName<qx::intrface::fieldaccess>
+                     : how == L"withoutproperties" ? qx::intrface::interfaceName<qx::intrface::propertyaccess>
+                                                   : L"";
+    if (how == L"unrestricted")
+        object.restriction = recordingObject::condition();
+    if (how == L"valueless")
+        object.content = genericValue();
+    if (how == L"emptyhanded")
+        object.handedOut = nullptr;
+    object.data = objectRef();
+}
+
+// Makes what no keyword of the library leads to: `let`, and the calculation of times of `later` and
+// `earlier`.
+statement* statementFor(const moduleCall& call)
+{
+    if (call.name == L"let")
+        return new hostStatement([how = call.params.at(0)](auto&, auto&) { change(*asked, how); });
+    if (call.name != L"later" && call.name != L"earlier")
+        return nullptr;
+    using namespace qx::script;
+    return timeCalculation::createFrom(callOfTexts(call.name, call.types, call.params, call.flags).text(),
+                                       call.name == L"later" ? calculationMode::add
+                                                             : calculationMode::subtract);
+}
+
+struct outcome
+{
+    std::string value; // what was returned, if anything, else the result
+    std::string result;
+    texts chain;
+    std::string asked;
+
+    bool isFailure() const { return chain[0] != L"nothing thrown"; }
+    std::string shown() const { return value + (isFailure() ? ", refused: " + shownLine(chain.back()) : ""); }
+};
+
+// Runs in a context of its own, in which the variables of the tables are.
+outcome resultIn(const genericValue& before, const statement& run)
+{
+    const fixedMachine machine;
+    const objectWorld world;
+    scriptcontext context;
+    world.fill(context);
+    context.setParameter(nameOf(L"p"), textValue(L"p"));
+    context.createVariable(nameOf(L"long"), genericValue(longName()));
+    context.createVariable(nameOf(L"zero"), genericValue(string(L"ab\0cd", 5)));
+    context.setGlobalContextVariable(nameOf(L"scriptbasepath"),
+                                     genericValue(wide(scriptsDirectory().string() + "/")));
+    for (const wchar_t* preparation :
+         {L"createvar(v, \"1\")", L"createvar(n)", L"createglobalvar(g, \"g\")",
+          L"createvar(arr, strsplit(\"a,b\", \",\"))", L"createvar(all, createarray())",
+          L"createvar(m, createmap<string>())", L"insertintomap<string>(m, \"size\", sizeofarray(all))",
+          L"obj_settransientdata(o, \"k\", v)"})
+        parsed(preparation)->exec(context);
+    world.operations();
+    asked = world.object;
+    genericValue result(before);
+    const texts chain = failureOf([&] { run.exec(context, result); });
+    const auto returned = context.parameterAddress(scriptcontext::returnparam());
+    return {shownLine(wide(valueText(returned ? *returned : result))), valueText(result), chain,
+            world.operations()};
+}
+
+ownedStatement statementOf(const std::string& row)
+{
+    return parsed(wide(row));
+}
+
+const genericValue& emptyMap()
+{
+    static const genericValue map = evaluated(L"createmap<short>()");
+    return map;
+}
+
+std::string outcomeOf(const std::string& row)
+{
+    const assertRecorder recorder;
+    ownedStatement original;
+    const texts refusal = failureOf([&] { original = statementOf(row); });
+    if (!original) // a null statement has thrown nothing
+        return row + "\n" + shownReports() + shownChain(refusal);
+
+    std::string shown = row + "\n";
+    const outcome fresh = resultIn(genericValue(), *original);
+    shown += shownReports();
+    const std::string overText = resultIn(textValue(L"old"), *original).shown();
+    const std::string overMap = resultIn(emptyMap(), *original).shown();
+    if (!fresh.asked.empty())
+        shown += "    asks: " + fresh.asked + "\n";
+    shown += fresh.isFailure() ? shownChain(fresh.chain) : "    " + fresh.value + "\n";
+    if (!fresh.isFailure() && overText != fresh.value)
+        shown += "    over a text: " + overText + "\n";
+    if (!fresh.isFailure() && overMap != fresh.value)
+        shown += "    over a map: " + overMap + "\n";
+
+    const ownedStatement clone(original->clone());
+    const statement& first = *original;
+    const statement& second = *clone;
+    EXPECT_EQ(typeid(second), typeid(first));
+    EXPECT_EQ(clone->text(), original->text());
+    original = ownedStatement(); // a clone needs nothing of it
+    EXPECT_EQ(resultIn(genericValue(), *clone).shown(), fresh.shown());
+    EXPECT_EQ(resultIn(textValue(L"old"), *clone).shown(), overText);
+    EXPECT_EQ(resultIn(emptyMap(), *clone).shown(), overMap);
+    return shown;
+}
+
+std::string outcomesOfStatements(const std::vector<std::string>& rows)
+{
+    const hostModule module(statementFor);
+    std::string all;
+    for (const std::string& row : rows)
+        all.append(all.empty() ? "" : "\n").append(outcomeOf(row));
+    return all;
+}
+
+std::string joined(const std::vector<std::string>& words)
+{
+    std::string all;
+    for (std::size_t i = 0; i < words.size(); ++i)
+        all.append(i == 0 ? "" : ", ").append(words[i]);
+    return all;
+}
+
+// Calls that are refused, for the most part. Left out are statements of control, since they might not end,
+// and those on files.
+std::vector<std::string> refusedCalls()
+{
+    const std::set<string> leftOut = {L"control", L"directory", L"file", L"library"};
+    std::vector<std::string> rows;
+    for (const qx::script::statementInfo& built : qx::script::listStatements()) {
+        if (leftOut.contains(built.module))
+            continue;
+        const std::string name = built.name.utf8();
+        const std::string parameters = built.parameters.utf8();
+        const std::size_t open = parameters.find('(');
+        const bool isMap = parameters.starts_with("<key");
+        const std::vector<std::string> types = wordsOf(built.types.utf8());
+        const std::string type = isMap ? "string" : types.empty() || types[0] == "any" ? "int" : types[0];
+        const std::string start =
+            open == 0 ? name + "(" : string::sformat(L"%s<%s>(", built.name, wide(type)).utf8();
+
+        std::vector<std::string> all = wordsOf(parameters.substr(open + 1, parameters.size() - open - 2));
+        std::erase_if(all, [](const std::string& word) { return word.find("...") != word.npos; });
+        for (std::string& word : all)
+            word = word == "name" ? isMap ? "m" : "arr" : "\"1\"";
+        if (built.module == L"object" || name.starts_with("objmsg"))
+            all[0] = "o";
+
+        if (open != 0)
+            rows.push_back(name + "(" + joined(all) + ")");
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            rows.push_back(start + joined({all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i)}) + ")");
+            for (const char* refused : {all.size() == 1 ? "nobody()" : "", "n"}) {
+                std::vector<std::string> given = all;
+                given[i] = refused;
+                rows.push_back(start + joined(given) + ")");
+            }
+        }
+    }
+    return rows;
+}
+
+std::vector<std::string> cases()
+{
+    std::vector<std::string> names = filesWith(".qxscr");
+    names.insert(std::upper_bound(names.begin(), names.end(), "refusals"), "refusals");
+    return names;
+}
+
+std::string testName(const testing::TestParamInfo<std::string>& info)
+{
+    std::string name = info.param;
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+    return name;
+}
+
+// The rows of all tables, and calls of each operator with each of its types.
+std::vector<std::string> allRows()
+{
+    std::vector<std::string> all;
+    for (const std::string& script : filesWith(".qxscr"))
+        for (const std::string& row : rowsOf(script))
+            all.push_back(row);
+    for (const qx::script::statementInfo& built : qx::script::listStatements())
+        if (built.module == L"operator")
+            for (const std::string& type : wordsOf(built.types.utf8()))
+                all.push_back(built.name.utf8() + (type == "date" ? "<date, days>(\"2024-03-09\", \"1\")"
+                                                                  : "<" + type + ">(\"1\", \"1\")"));
+    return all;
+}
+
+class scripts : public testing::TestWithParam<std::string>
+{};
+
+} // namespace
+
+TEST_P(scripts, give_what_is_expected)
+{
+    const std::vector<std::string> rows = GetParam() == "refusals" ? refusedCalls() : rowsOf(GetParam());
+    const std::string outcomes = rows.empty() ? outcomesOfFunctions(GetParam()) : outcomesOfStatements(rows);
+    const fs::path expectation = scriptsDirectory() / (GetParam() + ".expected");
+    if (std::getenv("QX_REWRITE_EXPECTATIONS"))
+        std::ofstream(expectation, std::ios::binary) << outcomes;
+    EXPECT_EQ(outcomes, contentOf(expectation));
+}
+
+INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(cases()), testName);
+
+TEST(scriptFiles, no_expectation_is_left_without_its_script)
+{
+    EXPECT_EQ(filesWith(".expected"), cases());
+}
+
+TEST(scriptFiles, clones_of_signals_raise_them)
+{
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"break()", L"#breaksignal#"},
+                                                              {L"continue()", L"#continuesignal#"}};
+    for (const auto& [text, signal] : rows) {
+        scriptcontext context;
+        const auto original = parsed(text, qx::script::continueAllowed | qx::script::breakAllowed);
+        ownedStatement(original->clone())->exec(context);
+        EXPECT_TRUE(context.scriptSignal(nameOf(signal))) << string(signal).utf8();
+    }
+}
+
+// What a statement does to the value that it is written into, as the table of its module tells: seen over a
+// map, into which nothing converts.
+TEST(scriptFiles, every_statement_has_rows_that_show_what_its_result_does)
+{
+    const std::map<string, std::set<string>> seenOf = {
+        {L"replaces", {L"replaces"}},
+        {L"replaces, where there is one", {L"replaces", L"none"}},
+        {L"keeps the type", {L"keeps"}},
+        {L"keeps the type, but a date replaces", {L"keeps", L"replaces"}},
+        {L"that of the value", {L"keeps", L"replaces", L"none"}},
+        {L"none", {L"none"}},
+    };
+    std::map<string, std::set<string>> seen;
+    seen[L"messagebox"].insert(L"none"); // where the host has switched it off
+    const assertRecorder recorder;
+    for (const std::string& row : allRows()) {
+        failureOf([&] {
+            const ownedStatement statement = statementOf(row);
+            if (!statement)
+                return;
+            const outcome fresh = resultIn(genericValue(), *statement);
+            const outcome over = resultIn(emptyMap(), *statement);
+            if (fresh.isFailure())
+                return;
+            const bool isUntouched = fresh.result == "null" && over.result == valueText(emptyMap());
+            EXPECT_TRUE(over.isFailure() || isUntouched || over.result == fresh.result) << row;
+            seen[wide(row.substr(0, row.find_first_of("<(", 1)))].insert(over.isFailure() ? L"keeps"
+                                                                         : isUntouched    ? L"none"
+                                                                                          : L"replaces");
+        });
+    }
+    // Those that end what they stand in, need a file, or cannot be called with a type.
+    const std::set<string> unseen = {L"break",        L"continue",   L"file_copy", L"loaddll",
+                                     L"throwmessage", L"throwerror", L"<",         L"<="};
+    for (const qx::script::statementInfo& built : qx::script::listStatements())
+        EXPECT_TRUE(unseen.contains(built.name) || seen[built.name] == seenOf.at(built.result))
+            << built.name.utf8() << testing::PrintToString(seen[built.name]);
+}
