@@ -194,6 +194,9 @@ TEST(fileCheck, what_runs_at_the_end_of_an_old_tree_changes_no_call)
     call->exec(context, result);
     EXPECT_EQ(valueText(result), "string \"first\"");
     isArmed = false;
+    directory.write(name + ".qxscr", "scrdef first(){ return(\"\"); }\n"); // ends the statement of the test
+    setAge(directory, name + ".qxscr", -10);
+    call->exec(context, result);
 }
 
 TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)

@@ -11,6 +11,7 @@
 #include "programs.h"
 #include "scriptSupport.h"
 #include "settingsInForce.h"
+#include "statements/qxScriptRunning.h"
 
 #include "support/failingMemory.h"
 
@@ -353,7 +354,7 @@ std::vector<string> shapesWithShortCut()
         const assertRecorder recorder;
         std::string refusal;
         const ownedStatement made = parsedIf(withOperand(shape, L"vone"), refusal);
-        return !made || made->shortCutDepth() == statement::noShortCut;
+        return !made || qx::script::inside::depth(*made) == qx::script::inside::noShortCut;
     });
     return found;
 }

@@ -23,6 +23,7 @@ namespace marks
 struct head;
 }
 class partCutter;
+class textPiece;
 struct builtin;
 
 // Statement flags travel with every parse and tell what is allowed at a place of the text.

@@ -23,10 +23,10 @@ namespace qx::script
 {
 
 class codecontext;
-class textPiece;
-class textScratch;
+class inside;
 class valueProvider;
 struct callText;
+struct shortCuts;
 
 class QXSCRIPT_API statement
 {
@@ -40,23 +40,6 @@ public:
     // The statement's own work, for exec alone to call. A statement without a value leaves `result` as it is.
     virtual void execute(codecontext& context, genericValue& result) const = 0;
 
-    // Short cuts: what the engine asks for where it wants less than exec does. Each gives exactly what the
-    // long way gives, or declines and has had no effect; then the long way runs. The defaults know none, and
-    // a statement of a host need not care.
-
-    // The work for a caller that drops the value. For exec alone to call.
-    virtual void run(codecontext& context) const;
-    // The same in a block that has just been opened for it: a statement that opens one does not need to.
-    virtual void runInside(codecontext& fresh) const;
-    // The word of the value that exec would write into a null value, see qxCell.h: `refused` unless that is
-    // small and comes about without any effect.
-    virtual std::uint64_t smallValue(codecontext& context) const;
-    // The same value as text. False, with `text` unusable, where it declines.
-    virtual bool textValue(codecontext& context, textScratch& text) const;
-    // The variable itself where the statement would give a copy of it; until something has an effect. Null
-    // unless nobody else can reach it.
-    virtual const genericValue* valueInPlace(codecontext& context) const;
-
     // Parses `text`, see statementParser::createStatementFrom.
     static statement* createFrom(const string& text, int flags);
 
@@ -66,25 +49,11 @@ public:
     void exec(codecontext& context, genericValue& result) const;
     // The same for a caller that does not want the value.
     void exec(codecontext& context) const;
-    // The same from statement to statement within the engine, where nothing else has run in between. Whoever
-    // is not sure calls exec.
-    void execNested(codecontext& context, genericValue& result) const;
-    void execNested(codecontext& context) const;
-    // The same in a block that has just been opened for it.
-    void execInside(codecontext& fresh) const;
 
     // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
     // valid as long as the statement.
     const string& text() const { return mText.shown(); }
     void setText(const string& source) { mText.set(source); }
-
-    // How many short cuts lie within each other below this one; noShortCut if there is none to ask for.
-    unsigned char shortCutDepth() const noexcept { return mShortCutDepth; }
-    // True for a statement whose result keeps the type of the value that it is written into.
-    bool keepsType() const noexcept { return mKeepsType; }
-    // True for a statement whose result is a text that textValue makes.
-    bool givesText() const noexcept { return mGivesText; }
-    static constexpr unsigned char noShortCut = 255;
 
     // For execute: report a failure. Formats are printf-style (qxFormat.h); a null format gives no text.
     template <class... Args>
@@ -113,41 +82,12 @@ protected:
     statement(const statement&) = default;
     statement& operator=(const statement&) = delete;
 
-    // For constructors. A statement offers its short cuts with the depth of its operands' (0 for literals).
-    // Where that is too great it has none, so that short cuts take a bounded piece of the stack.
-    enum class writing : unsigned char
-    {
-        replaces,     // what it is written into
-        keepsType,    // of what it is written into
-        textReplaces, // the same two with a text
-        textKeepsType
-    };
-    void offerShortCuts(unsigned operandDepth, writing written) noexcept
-    {
-        constexpr unsigned deepest = 32;
-        mShortCutDepth = operandDepth < deepest ? static_cast<unsigned char>(operandDepth + 1) : noShortCut;
-        mKeepsType = written == writing::keepsType || written == writing::textKeepsType;
-        mGivesText = written == writing::textReplaces || written == writing::textKeepsType;
-        stayInside();
-    }
-    // The statement itself runs nothing but the engine's own code: no host, no system.
-    void stayInside() noexcept { mStaysInside = true; }
-
 private:
-    std::uint64_t shortCut(codecontext& context, const genericValue& result) const;
-    bool takeTextShortCut(codecontext& context, genericValue& result) const;
-    static bool isPlainRun() noexcept;
-    template <class Work>
-    void plainly(const Work& work) const;
-    void runGuarded(codecontext& context) const;
-    template <class Work>
-    void guarded(const Work& work) const;
     [[noreturn]] static void raiseDetail(const string& detail);
     [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause,
                                          const string& detail);
-    [[noreturn]] void raiseCaught() const;
-    void trace(const wchar_t* format) const;
 
+    friend class inside;          // the engine's own access
     friend class statementParser; // which gives a piece of the parsed text
     friend struct qx::counterPlace<statement>;
 
@@ -160,7 +100,12 @@ private:
         ulong32 count{0u};
     };
 
+    // For the engine, which sets these for statements of its own.
+    static constexpr unsigned char noShortCut = 255;
+    static const shortCuts noShortCuts;
+
     statementText mText;
+    const shortCuts* mpShortCuts = &noShortCuts; // lasts for good
     userCount mUsers;
     unsigned char mShortCutDepth = noShortCut;
     bool mKeepsType = false;

@@ -113,11 +113,11 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
     // Where somebody listens to the end of each run, the body writes its value before that.
     if (mKind == bodyKind::any || !cell::shortCutsAllowed())
-        mpStatement->execNested(context, result);
+        inside::exec(*mpStatement, context, result);
     else {
         if (mKind == bodyKind::returned)
             result.clear();
-        mpStatement->execNested(context);
+        inside::exec(*mpStatement, context);
     }
     scriptcontext* const root = scope::plainRoot(context);
     if (kind != callee::ofHost && root) {

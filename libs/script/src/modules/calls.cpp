@@ -61,7 +61,7 @@ public:
     callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
         : mpCall(call), mArguments(std::move(arguments))
     {
-        stayInside();
+        stayInside(this);
     }
 
     statement* clone() const override { return new callFunction(*this); }
@@ -159,7 +159,7 @@ statement* callFunction::create(const callText& call)
 class _return final : public scriptbasestatement
 {
 public:
-    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
+    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
 
     statement* clone() const override { return new _return(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -169,7 +169,7 @@ public:
             execError(this, L"error retrieving returnvalue");
         set(context, genericValue(result));
     }
-    void run(codecontext& context) const override
+    void run(codecontext& context) const
     {
         genericValue value;
         if (mpValue && !mpValue.evaluate(context, value))
@@ -193,7 +193,7 @@ private:
 class treatasfunction final : public scriptbasestatement
 {
 public:
-    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(); }
+    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
 
     statement* clone() const override { return new treatasfunction(*this); }
     void execute(codecontext& context, genericValue& result) const override

@@ -42,19 +42,19 @@ public:
     _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
         : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
     {
-        stayInside();
+        stayInside(this);
     }
 
     statement* clone() const override { return new _if(*this); }
     // What the branch gives is dropped. A signal raised in it is for whoever encloses this statement.
     void execute(codecontext& context, genericValue&) const override { run(context); }
-    void run(codecontext& context) const override
+    void run(codecontext& context) const
     {
         const sharedStatement& branch = holds(context) ? mThen : mElse;
         if (!branch)
             return;
         blockcontext block(context);
-        branch->execInside(block);
+        inside::execInBlock(*branch, block);
     }
 
     static statement* create(const callText& call);
@@ -148,7 +148,7 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
         blockcontext block(context);
         prepare(block);
         if (body)
-            body->execInside(block);
+            inside::execInBlock(*body, block);
         else
             checkRun();
         return !isAnythingRaised(block) || goesOn(context, result);
@@ -165,7 +165,7 @@ public:
     _while(ownedProvider condition, const sharedStatement& body)
         : mpCondition(std::move(condition)), mBody(body)
     {
-        stayInside();
+        stayInside(this);
     }
 
     statement* clone() const override { return new _while(*this); }
@@ -292,7 +292,7 @@ template <statementFlags Allowed, const scString& (*Signal)()>
 class raising final : public scriptbasestatement
 {
 public:
-    raising() { stayInside(); }
+    raising() { stayInside(this); }
 
     statement* clone() const override { return new raising(*this); }
     void execute(codecontext& context, genericValue&) const override

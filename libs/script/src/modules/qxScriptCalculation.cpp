@@ -89,7 +89,7 @@ calculation<Value>::calculation(const callText& call, calculationMode mode, cons
     mpValue.fold<Value>();
     mpQuantity.fold<uint>();
     if (unit.move)
-        offerShortCuts(depthOf(mpValue, mpQuantity), writing::replaces);
+        offerShortCuts(this, depthOf(mpValue, mpQuantity), writing::replaces);
 }
 
 template <class Value>

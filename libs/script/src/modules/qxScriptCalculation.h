@@ -28,7 +28,7 @@ public:
 
     statement* clone() const override { return new calculation(*this); }
     void execute(codecontext& context, genericValue& result) const override;
-    std::uint64_t smallValue(codecontext& context) const override;
+    std::uint64_t smallValue(codecontext& context) const;
 
 private:
     calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit);

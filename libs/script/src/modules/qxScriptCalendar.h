@@ -79,7 +79,7 @@ public:
             execError(this, L"invalid infotype %d", mInfo);
         writeToSlot(result, Kind::readOuts[mInfo](value));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         typename Kind::type value;
         return mpValue.shortCut().read(context, value) ? cell::make(Kind::readOuts[mInfo](value))
@@ -91,7 +91,7 @@ private:
     {
         mpValue.template fold<typename Kind::type>();
         if (isReadOut())
-            offerShortCuts(depthOf(mpValue), writing::keepsType);
+            offerShortCuts(this, depthOf(mpValue), writing::keepsType);
     }
 
     bool isReadOut() const

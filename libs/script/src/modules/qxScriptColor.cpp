@@ -42,7 +42,7 @@ public:
             execError(this, L"Error executing qx::rgbColor");
         }
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         uint red = 0;
         uint green = 0;
@@ -59,7 +59,7 @@ private:
     {
         for (ownedProvider* const part : {&mpRed, &mpGreen, &mpBlue})
             part->fold<uint>();
-        offerShortCuts(depthOf(mpRed, mpGreen, mpBlue), writing::keepsType);
+        offerShortCuts(this, depthOf(mpRed, mpGreen, mpBlue), writing::keepsType);
     }
 
     static ownedProvider partOf(const callText& call, std::size_t place)
@@ -98,10 +98,10 @@ public:
             execError(this, L"Error executing function call");
         }
     }
-    std::uint64_t smallValue(codecontext&) const override { return cell::make(mNumber); }
+    std::uint64_t smallValue(codecontext&) const { return cell::make(mNumber); }
 
 private:
-    explicit rgb_const(ulong32 number) : mNumber(number) { offerShortCuts(0, writing::keepsType); }
+    explicit rgb_const(ulong32 number) : mNumber(number) { offerShortCuts(this, 0, writing::keepsType); }
 
     ulong32 mNumber;
 };

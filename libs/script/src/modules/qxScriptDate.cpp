@@ -57,7 +57,7 @@ public:
             execError(this, L"invalid kind of string %d", mForm);
         replaceResult(result, std::move(text));
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         date given;
         string written;
@@ -71,7 +71,7 @@ private:
     dateAsString(ownedProvider given, int form) : mpDate(std::move(given)), mForm(form)
     {
         mpDate.fold<date>();
-        offerShortCuts(depthOf(mpDate), writing::textReplaces);
+        offerShortCuts(this, depthOf(mpDate), writing::textReplaces);
     }
 
     // False for a form that is none.

@@ -20,7 +20,7 @@ public:
             decided = truthOf(mOperands[i], context) == Decisive;
         replaceResult(result, decided == Decisive);
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         for (const ownedProvider& operand : mOperands) {
             bool truth = false;
@@ -46,7 +46,7 @@ public:
             operand.fold<bool>();
             depth = std::max(depth, depthOf(operand));
         }
-        made->offerShortCuts(depth, writing::replaces);
+        offerShortCuts(made.get(), depth, writing::replaces);
         return made.release();
     }
 

@@ -50,7 +50,7 @@ public:
             execError(this, L"Angle not given");
         replaceResult(result, of(operand));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         double operand = 0;
         return mpOperand.shortCut().read(context, operand) ? cell::make(of(operand)) : cell::refused;
@@ -63,7 +63,7 @@ private:
         : mpOperand(std::move(operand)), mMakeAngle(makeAngle), mFunction(function)
     {
         mpOperand.fold<double>();
-        offerShortCuts(depthOf(mpOperand), writing::replaces);
+        offerShortCuts(this, depthOf(mpOperand), writing::replaces);
     }
 
     double of(double operand) const { return mFunction(mMakeAngle(operand).radians()); }
@@ -92,7 +92,7 @@ public:
             execError(this, L"Value not given");
         replaceResult(result, of(operand));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         double operand = 0;
         return mpOperand.shortCut().read(context, operand) ? cell::make(of(operand)) : cell::refused;
@@ -105,7 +105,7 @@ private:
         : mpOperand(std::move(operand)), mReadAngle(readAngle), mFunction(function)
     {
         mpOperand.fold<double>();
-        offerShortCuts(depthOf(mpOperand), writing::replaces);
+        offerShortCuts(this, depthOf(mpOperand), writing::replaces);
     }
 
     double of(double operand) const { return (angle::fromRadians(mFunction(operand)).*mReadAngle)(); }

@@ -56,8 +56,8 @@ protected:
     void parsed() override { bind(); }
 
     // What else is to be done then where there are short cuts, with the types of the first operands.
-    template <class... T>
-    void offer(writing written, operandTypes<T...>)
+    template <class Shell, class... T>
+    void offer(Shell* shell, writing written, operandTypes<T...>)
     {
         bind();
         std::size_t place = 0;
@@ -66,7 +66,7 @@ protected:
         for (const boundOperand& operand : mOperands)
             if (operand)
                 depth = std::max(depth, operand.shortCut().depth());
-        offerShortCuts(depth, written);
+        offerShortCuts(shell, depth, written);
     }
 
     boundOperand mOperands[std::size(F::declared)];
@@ -98,13 +98,13 @@ public:
     {
         executeWith(context, result, std::index_sequence_for<T...>());
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         return smallValueOf(context, std::index_sequence_for<T...>());
     }
 
 private:
-    void parsed() override { this->offer(statement::writing::replaces, operandTypes<T...>()); }
+    void parsed() override { this->offer(this, writing::replaces, operandTypes<T...>()); }
 
     template <std::size_t... I>
     void executeWith(codecontext& context, genericValue& result, std::index_sequence<I...>) const
@@ -135,13 +135,13 @@ public:
     {
         executeWith(context, result, std::index_sequence_for<Rest...>());
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         return textValueOf(context, text, std::index_sequence_for<Rest...>());
     }
 
 private:
-    void parsed() override { this->offer(statement::writing::textReplaces, operandTypes<string, Rest...>()); }
+    void parsed() override { this->offer(this, writing::textReplaces, operandTypes<string, Rest...>()); }
 
     template <std::size_t... I>
     void executeWith(codecontext& context, genericValue& result, std::index_sequence<I...>) const

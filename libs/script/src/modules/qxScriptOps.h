@@ -108,7 +108,7 @@ public:
         system::current().divisionFault(); // out here, so that what a host's system throws passes on
     }
 
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         if constexpr (isShort && cell::small<resultType>) {
             shortly<firstType> a;
@@ -119,7 +119,7 @@ public:
         }
         return cell::refused;
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         if constexpr (isShort && std::is_same_v<resultType, string>) {
             shortly<firstType> a;
@@ -145,7 +145,7 @@ private:
                 mpFirst.fold<firstType>();
             if constexpr (cell::small<secondType>)
                 mpSecond.fold<secondType>();
-            offerShortCuts(depthOf(mpFirst, mpSecond),
+            offerShortCuts(this, depthOf(mpFirst, mpSecond),
                            cell::small<resultType> ? writing::keepsType : writing::textKeepsType);
         }
     }
@@ -168,7 +168,7 @@ public:
             execError(this, nullptr);
         }
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         operandType operand{};
         if (!mpOperand.shortCut().read(context, operand))
@@ -182,7 +182,7 @@ private:
     explicit unaryoperation(const callText& call) : unaryoperand(call)
     {
         mpOperand.fold<operandType>();
-        offerShortCuts(depthOf(mpOperand), writing::keepsType);
+        offerShortCuts(this, depthOf(mpOperand), writing::keepsType);
     }
 };
 

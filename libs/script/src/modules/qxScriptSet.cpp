@@ -126,7 +126,7 @@ private:
 class arrayStatement : public scriptbasestatement
 {
 protected:
-    explicit arrayStatement(const scString& name) : mName(name) { stayInside(); }
+    explicit arrayStatement(const scString& name) : mName(name) { stayInside(this); }
 
     valueArray* arrayInPlace(codecontext& context) const
     {
@@ -150,7 +150,7 @@ class sizeOfArray final : public arrayStatement
 public:
     explicit sizeOfArray(const scString& name) : arrayStatement(name)
     {
-        offerShortCuts(0, writing::keepsType);
+        offerShortCuts(this, 0, writing::keepsType);
     }
 
     statement* clone() const override { return new sizeOfArray(*this); }
@@ -158,7 +158,7 @@ public:
     {
         writeToSlot(result, valueTraits<ulong32>::wrap(requireArray(context)->size()));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         const valueArray* const array = arrayInPlace(context);
         return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
@@ -223,7 +223,7 @@ public:
     arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
     {
         mpIndex.fold<uint>();
-        offerShortCuts(depthOf(mpIndex), writing::replaces);
+        offerShortCuts(this, depthOf(mpIndex), writing::replaces);
     }
 
     statement* clone() const override { return new arrayElement(*this); }
@@ -239,17 +239,17 @@ public:
             execError(this, L"index bigger than array size");
         result = (*array)[index];
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         const genericValue* const element = elementInPlace(context);
         return element ? smallIn(*element) : cell::refused;
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         const genericValue* const element = elementInPlace(context);
         return element && text.showInPlace(*element);
     }
-    const genericValue* valueInPlace(codecontext& context) const override { return elementInPlace(context); }
+    const genericValue* valueInPlace(codecontext& context) const { return elementInPlace(context); }
 
     static statement* create(const callText& call)
     {
@@ -293,7 +293,7 @@ protected:
     mapStatement(const callText& call, const refusals& texts)
         : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
     {
-        stayInside();
+        stayInside(this);
         if constexpr (cell::small<K>)
             mpKey.template fold<K>();
     }
@@ -364,7 +364,8 @@ private:
                    return true;
                });
     }
-    void insert(codecontext& context) const
+    // Not inline, so that the look-up in the map above is.
+    [[gnu::noinline]] void insert(codecontext& context) const
     {
         const heldIn<mapOf<K>> map = this->requireMap(context);
         const K key = this->requireKey(context);
@@ -403,17 +404,17 @@ public:
         if (found != map->end())
             result = found->second;
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         const genericValue* const found = findInPlace(context);
         return found ? smallIn(*found) : cell::refused;
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         const genericValue* const found = findInPlace(context);
         return found && text.showInPlace(*found);
     }
-    const genericValue* valueInPlace(codecontext& context) const override { return findInPlace(context); }
+    const genericValue* valueInPlace(codecontext& context) const { return findInPlace(context); }
 
     static statement* create(const callText& call) { return new findInMap(call); }
 
@@ -422,7 +423,7 @@ private:
         : mapStatement<K>(call, {2, L"findInMap::createFrom: number of parameters < 2",
                                  L"findInMap::createFrom: error parsing \"%s\""})
     {
-        statement::offerShortCuts(depthOf(this->mpKey), statement::writing::replaces);
+        offerShortCuts(this, depthOf(this->mpKey), writing::replaces);
     }
 
     const genericValue* findInPlace(codecontext& context) const

@@ -153,7 +153,7 @@ public:
             execError(this, L"start index out of range");
         replaceResult(result, string(text.substr(static_cast<std::size_t>(start), sizeOf(length))));
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         int start = 0;
         int length = -1;
@@ -169,7 +169,7 @@ public:
     }
 
 private:
-    void parsed() override { offer(writing::textReplaces, operandTypes<string, int, int>()); }
+    void parsed() override { offer(this, writing::textReplaces, operandTypes<string, int, int>()); }
 
     // Less than nothing stands for all that follows.
     static std::size_t sizeOf(int length)
@@ -183,7 +183,7 @@ class scr_strlen final : public scriptbasestatement
 public:
     explicit scr_strlen(ownedProvider value) : mpValue(std::move(value))
     {
-        offerShortCuts(depthOf(mpValue), writing::keepsType);
+        offerShortCuts(this, depthOf(mpValue), writing::keepsType);
     }
 
     statement* clone() const override { return new scr_strlen(*this); }
@@ -196,7 +196,7 @@ public:
             execError(this, L"error retrieving string (2)");
         writeToSlot(result, uint64(text.view().size()));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         textScratch text;
         return mpValue.shortCut().textValue(context, text) ? cell::make(uint64(text.view().size()))
@@ -225,7 +225,7 @@ public:
         unsigned depth = 0;
         for (unsigned i = 0; i < mValues.size(); ++i)
             depth = std::max(depth, i + mValues[i].shortCut().depth());
-        offerShortCuts(depth, writing::textKeepsType);
+        offerShortCuts(this, depth, writing::textKeepsType);
     }
 
     statement* clone() const override { return new scr_strcat(*this); }
@@ -240,7 +240,7 @@ public:
         }
         writeToSlot(result, std::move(joined));
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         return join(context, 0, 0, text) != nullptr;
     }

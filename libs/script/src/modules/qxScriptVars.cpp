@@ -75,7 +75,7 @@ class variableExists final : public scriptbasestatement
 public:
     variableExists(eVarScope where, const scString& name) : mScope(where), mName(name)
     {
-        offerShortCuts(0, writing::replaces);
+        offerShortCuts(this, 0, writing::replaces);
     }
 
     statement* clone() const override { return new variableExists(*this); }
@@ -84,7 +84,7 @@ public:
         replaceResult(result, mScope == scopeGlobal ? context.hasGlobalContextVariable(mName)
                                                     : context.hasVariable(mName));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         scriptcontext* const root = scope::plainRoot(context);
         if (!root)
@@ -112,9 +112,7 @@ class assignment : public scriptbasestatement
 protected:
     assignment(eVarScope where, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
         : mScope(where), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
-    {
-        stayInside();
-    }
+    {}
 
     eVarScope mScope;
     scString mName;
@@ -127,7 +125,9 @@ public:
     createVariable(eVarScope where, const callText& call)
         : assignment(where, call, L"createVariable::createFrom: number of parameters < 1",
                      L"createVariable::createFrom: error setting variablename \"%s\"")
-    {}
+    {
+        stayInside(this);
+    }
 
     statement* clone() const override { return new createVariable(*this); }
     // A name that is visible already stays as it is, without a failure. A global is overwritten.
@@ -137,7 +137,7 @@ public:
             execError(this, L"error retrieving value");
         store(context, result);
     }
-    void run(codecontext& context) const override
+    void run(codecontext& context) const
     {
         genericValue value;
         if (mpValue && !mpValue.evaluate(context, value))
@@ -172,7 +172,9 @@ public:
     explicit setVariable(const callText& call)
         : assignment(Scope, call, L"setVariable::createFrom: number of parameters < 1",
                      L"setVariable::createFrom: error setting variablename \"%s\"")
-    {}
+    {
+        stayInside(this);
+    }
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -190,7 +192,7 @@ public:
             result = *storage;
         }
     }
-    void run(codecontext& context) const override
+    void run(codecontext& context) const
     {
         genericValue* const own = ownVariable<Scope>(context, mName);
         const shortOperand& value = mpValue.shortCut();
@@ -255,7 +257,7 @@ template <eVarScope Scope>
 class getVariable final : public scriptbasestatement
 {
 public:
-    explicit getVariable(const scString& name) : mName(name) { offerShortCuts(0, writing::replaces); }
+    explicit getVariable(const scString& name) : mName(name) { offerShortCuts(this, 0, writing::replaces); }
 
     statement* clone() const override { return new getVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -265,18 +267,18 @@ public:
         else
             copyFrom(context, result);
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         const genericValue* const own = ownVariable<Scope>(context, mName);
         return own ? smallIn(*own) : smallOtherwise(context);
     }
-    bool textValue(codecontext& context, textScratch& text) const override
+    bool textValue(codecontext& context, textScratch& text) const
     {
         genericSet::entry* const variable = entryOf(context, Scope, mName);
         return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
                                                  : text.showInPlace(variable->value()));
     }
-    const genericValue* valueInPlace(codecontext& context) const override
+    const genericValue* valueInPlace(codecontext& context) const
     {
         const genericValue* const own = ownVariable<Scope>(context, mName);
         return own ? own : inPlaceOtherwise(context);
@@ -344,11 +346,11 @@ class isnull final : public scriptbasestatement
 public:
     explicit isnull(ownedProvider value) : mpValue(std::move(value))
     {
-        offerShortCuts(depthOf(mpValue), writing::replaces);
+        offerShortCuts(this, depthOf(mpValue), writing::replaces);
     }
 
     statement* clone() const override { return new isnull(*this); }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         const cell::word w = mpValue.shortCut().smallValue(context);
         return w == cell::refused ? w : cell::make(w == cell::null);
@@ -379,7 +381,7 @@ public:
     explicit isoftype(ownedProvider value) : mpValue(std::move(value))
     {
         if constexpr (isShort)
-            offerShortCuts(depthOf(mpValue), writing::replaces);
+            offerShortCuts(this, depthOf(mpValue), writing::replaces);
     }
 
     statement* clone() const override { return new isoftype(*this); }
@@ -388,7 +390,7 @@ public:
         T converted{};
         replaceResult(result, mpValue.read(context, converted));
     }
-    std::uint64_t smallValue(codecontext& context) const override
+    std::uint64_t smallValue(codecontext& context) const
     {
         if constexpr (isShort) {
             T converted{};

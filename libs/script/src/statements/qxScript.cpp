@@ -6,6 +6,7 @@
 #include "qxLog.h"
 #include "qxScriptContext.h"
 #include "qxScriptParser.h"
+#include "statements/qxScriptRunning.h"
 #include "statements/qxScriptShortCuts.h"
 #include "statements/qxScriptSteps.h"
 
@@ -19,6 +20,8 @@ const wchar_t* const loggerName = L"qx::script::statement::exec";
 
 } // namespace
 
+constinit const shortCuts statement::noShortCuts = shortCutsOf<statement>();
+
 statement::~statement() = default;
 
 statement* statement::createFrom(const string& text, int flags)
@@ -26,176 +29,160 @@ statement* statement::createFrom(const string& text, int flags)
     return statementParser::instance()->createStatementFrom(text, flags);
 }
 
-// The guarded run of `work`, with all that may go with it.
+// --- The guarded run ---
+//
+// | who runs a statement                | by                  | what else has run before            |
+// |-------------------------------------|---------------------|-------------------------------------|
+// | a host, a provider                  | statement::exec     | anything: the epoch moves           |
+// | a statement of the engine           | inside::exec        | nothing but the engine              |
+// | one that has opened a block for it  | inside::execInBlock | the same; a block needs no own one  |
+//
+// Each takes a short cut where the statement offers one, and has its long way guarded otherwise. The guard
+// moves the epoch around statements that may leave the engine, looks at the stack and at what else may end a
+// run, tells those who listen, and makes a link of the chain of whatever is thrown. A short cut needs none of
+// that: it throws nothing, and declines where it cannot do its work.
+
+// The run of `work`, which is told what short cuts it may take, where that takes more than a plain one:
+// somebody listens, has switched the short cuts off or has limited the steps, or the end of the stack is
+// near.
 template <class Work>
-[[gnu::noinline]] void statement::guarded(const Work& work) const
+[[gnu::noinline]] void inside::watched(const statement& run, const Work& work)
 {
-    try {
-        checkRun();
-        const bool traced = cell::isTraced();
-        if (traced)
-            trace(L"trying to exec (%s)");
-        if (mStaysInside)
-            work();
-        else {
-            const epoch::outside leaving;
-            work();
-        }
-        if (traced)
-            trace(L"exec (%s) OK");
-    } catch (...) {
-        raiseCaught();
+    checkRun();
+    const shortCuts& allowed = cell::shortCutsAllowed() ? *run.mpShortCuts : statement::noShortCuts;
+    const bool traced = cell::isTraced();
+    if (traced)
+        trace(run, L"trying to exec (%s)");
+    if (run.mStaysInside)
+        work(allowed);
+    else {
+        const epoch::outside leaving;
+        work(allowed);
     }
+    if (traced)
+        trace(run, L"exec (%s) OK");
 }
 
-// Nothing goes with the work but what this can do without a call: the usual case.
-inline bool statement::isPlainRun() noexcept
-{
-    return cell::shortCutsAllowed() && stack::isFar();
-}
-
-// The guarded run of `work` in the usual case.
 template <class Work>
-[[gnu::always_inline]] inline void statement::plainly(const Work& work) const
+[[gnu::always_inline]] inline void inside::guarded(const statement& run, const Work& work)
 {
-    const unsigned leaves = mStaysInside ? 0 : 1;
     try {
+        if (!cell::shortCutsAllowed() || !stack::isFar())
+            return watched(run, work);
+        const unsigned leaves = run.mStaysInside ? 0 : 1;
         epoch::current += leaves;
-        work();
+        work(*run.mpShortCuts);
         epoch::current += leaves;
     } catch (...) {
         epoch::move();
-        raiseCaught();
+        raiseCaught(run);
     }
+}
+
+// Not inline, so that a run by a short cut saves fewer registers.
+[[gnu::noinline]] void inside::execLong(const statement& run, codecontext& context, genericValue& result)
+{
+    guarded(run, [&](const shortCuts&) { run.execute(context, result); });
 }
 
 void statement::exec(codecontext& context, genericValue& result) const
 {
     epoch::move();
     scope::knowPlainRoot(context); // once, for all look-ups of the run
-    const cell::word w = shortCut(context, result);
-    if (w != cell::refused)
-        cell::access::store(result, w);
-    else if (!mGivesText || !takeTextShortCut(context, result))
-        guarded([&] { execute(context, result); });
+    if (!inside::takeSmall(*this, context, result, true) &&
+        !(mGivesText && inside::takeText(*this, context, result)))
+        inside::execLong(*this, context, result);
 }
 
 void statement::exec(codecontext& context) const
 {
     epoch::move();
-    execNested(context);
+    inside::exec(*this, context);
 }
 
-void statement::execNested(codecontext& context, genericValue& result) const
+void inside::exec(const statement& run, codecontext& context, genericValue& result)
 {
     // The result may be a variable that others can reach.
-    const cell::word before = cell::access::load(result);
-    const cell::word w = shortCut(context, result);
-    if (w != cell::refused && !cell::isHolder(before) && cell::access::storeIf(result, before, w))
-        return;
-    if (mGivesText && takeTextShortCut(context, result))
-        return;
-    if (!isPlainRun())
-        return guarded([&] { execute(context, result); });
-    plainly([&] { execute(context, result); });
+    if (!takeSmall(run, context, result, false) && !(run.mGivesText && takeText(run, context, result)))
+        guarded(run, [&](const shortCuts&) { run.execute(context, result); });
 }
 
-void statement::execNested(codecontext& context) const
+void inside::exec(const statement& run, codecontext& context)
 {
-    if (!isPlainRun())
-        return runGuarded(context);
-    plainly([&] { run(context); });
+    guarded(run, [&](const shortCuts& allowed) { allowed.run(run, context); });
 }
 
-void statement::execInside(codecontext& fresh) const
+void inside::execInBlock(const statement& run, codecontext& fresh)
 {
-    if (!isPlainRun())
-        return runGuarded(fresh);
-    plainly([&] { runInside(fresh); });
+    guarded(run, [&](const shortCuts& allowed) { allowed.runInside(run, fresh); });
 }
 
-void statement::runGuarded(codecontext& context) const
+// Writes a small value that comes by a short cut. False, with nothing changed, where the long way has to.
+// What nobody else can reach is written without looking at what is there.
+[[gnu::always_inline]] inline bool inside::takeSmall(const statement& run, codecontext& context,
+                                                     genericValue& result, bool isOwn)
 {
-    guarded([&] {
-        if (cell::shortCutsAllowed())
-            return run(context);
-        genericValue dropped;
-        execute(context, dropped);
-    });
+    if (run.mShortCutDepth == noShortCut || run.mGivesText || !cell::shortCutsAllowed())
+        return false;
+    const cell::word before = isOwn ? cell::null : cell::access::load(result);
+    const cell::word value = smallValue(run, context);
+    if (value == cell::refused)
+        return false;
+    const cell::word written =
+        writtenOver(isOwn ? cell::access::load(result) : before, value, run.mKeepsType);
+    if (written == cell::refused)
+        return false;
+    if (isOwn) {
+        cell::access::store(result, written);
+        return true;
+    }
+    return !cell::isHolder(before) && cell::access::storeIf(result, before, written);
 }
 
-void statement::runInside(codecontext& fresh) const
-{
-    run(fresh);
-}
-
-void statement::run(codecontext& context) const
-{
-    genericValue dropped;
-    execute(context, dropped);
-}
-
-std::uint64_t statement::smallValue(codecontext&) const
-{
-    return cell::refused;
-}
-
-bool statement::textValue(codecontext& context, textScratch& text) const
-{
-    return text.show(smallValue(context));
-}
-
-const genericValue* statement::valueInPlace(codecontext&) const
-{
-    return nullptr;
-}
-
-// The word that is in `result` once the value is written into it; `refused` where the long way has to tell.
-std::uint64_t statement::shortCut(codecontext& context, const genericValue& result) const
-{
-    if (mShortCutDepth == noShortCut || mGivesText || !cell::shortCutsAllowed())
-        return cell::refused;
-    const cell::word value = smallValue(context);
-    return value == cell::refused ? value : writtenOver(cell::access::load(result), value, mKeepsType);
-}
-
-// The same for a text, written at once. Not inline, so that statements without a text do not have the room
-// for one on the stack.
-bool statement::takeTextShortCut(codecontext& context, genericValue& result) const
+// The same for a text. Not inline, so that statements without a text do not have the room for one on the
+// stack.
+[[gnu::noinline]] bool inside::takeText(const statement& run, codecontext& context, genericValue& result)
 {
     const cell::word before = cell::access::load(result);
     const bool isText = before == cell::null || cell::kindIn(before) == cell::decimalKind;
-    if (mShortCutDepth == noShortCut || cell::isHolder(before) || (mKeepsType && !isText) ||
+    if (run.mShortCutDepth == noShortCut || cell::isHolder(before) || (run.mKeepsType && !isText) ||
         !cell::shortCutsAllowed())
         return false;
     textScratch text;
     return declinesWithoutMemory([&] {
-        if (!textValue(context, text))
+        if (!textValue(run, context, text))
             return false;
         genericValue made = text.takeValue();
         return cell::access::moveIf(result, before, made);
     });
 }
 
-void statement::trace(const wchar_t* format) const
+bool inside::showSmallValue(const statement& self, codecontext& context, textScratch& text)
 {
-    qxlog::logManager::getLogger(loggerName)->log_trace(format, text());
+    return text.show(inside::smallValue(self, context));
+}
+
+// --- Failures ---
+
+void inside::trace(const statement& run, const wchar_t* format)
+{
+    qxlog::logManager::getLogger(loggerName)->log_trace(format, run.text());
     epoch::move(); // whoever listens may have run anything
 }
 
-// Turns the exception that is being handled into this statement's failure.
-void statement::raiseCaught() const
+// Turns the exception that is being handled into the failure of a statement.
+void inside::raiseCaught(const statement& run)
 {
     try {
         throw;
     } catch (const exceptionDetail& caught) {
-        throw scriptExecException(text().c_str(), caught.detail().c_str());
+        throw scriptExecException(run.text().c_str(), caught.detail().c_str());
     } catch (const exception& caught) {
-        throw scriptExecException(text().c_str(), nullptr, &caught);
+        throw scriptExecException(run.text().c_str(), nullptr, &caught);
     } catch (const string&) {
         throw;
     } catch (...) {
-        throw scriptExecException(text().c_str(), nullptr);
+        throw scriptExecException(run.text().c_str(), nullptr);
     }
 }
 

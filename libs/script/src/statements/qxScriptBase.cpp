@@ -67,7 +67,7 @@ void compoundstatement::run(codecontext& context) const
 void compoundstatement::runInside(codecontext& block) const
 {
     for (const sharedPtr<statement>& child : mStatements) {
-        child->execNested(block);
+        inside::exec(*child, block);
         if (isAnythingRaised(block))
             return;
     }

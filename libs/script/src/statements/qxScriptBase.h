@@ -5,6 +5,7 @@
 #include "qxScriptContext.h"
 #include "qxScriptProvider.h"
 #include "statements/qxScriptBuiltins.h"
+#include "statements/qxScriptRunning.h"
 #include "statements/qxScriptShortCuts.h"
 
 #include "qxAutoPtr.h"
@@ -120,7 +121,7 @@ inline void replaceResult(genericValue& result, string&& text)
 class compoundstatement final : public scriptbasestatement
 {
 public:
-    compoundstatement() { stayInside(); }
+    compoundstatement() { stayInside(this); }
 
     void reserve(std::size_t children) { mStatements.reserve(children); }
     // Takes over `child` and appends it. A null child gives false and changes nothing.
@@ -131,8 +132,8 @@ public:
     // Runs the children until one raises a signal. The value of a block is what was returned inside it, if
     // anything.
     void execute(codecontext& context, genericValue& result) const override;
-    void run(codecontext& context) const override;
-    void runInside(codecontext& block) const override;
+    void run(codecontext& context) const;
+    void runInside(codecontext& block) const;
 
 private:
     std::vector<sharedPtr<statement>, freeListAllocator<sharedPtr<statement>>> mStatements;
@@ -149,7 +150,7 @@ public:
         if (!provider)
             return;
         mpNested = provider->nested();
-        if (mpNested && mpNested->shortCutDepth() != statement::noShortCut)
+        if (mpNested && inside::depth(*mpNested) != inside::noShortCut)
             mpShort = mpNested;
         mpLiteral = provider->literal();
         if (mpLiteral)
@@ -159,7 +160,7 @@ public:
     // For offerShortCuts of the statement around it.
     unsigned depth() const noexcept
     {
-        return mpLiteral ? 0u : mpShort ? mpShort->shortCutDepth() : statement::noShortCut;
+        return mpLiteral ? 0u : mpShort ? inside::depth(*mpShort) : inside::noShortCut;
     }
     // A literal that reads as a T is read now, and not at each run.
     template <class T>
@@ -174,7 +175,7 @@ public:
     // The word of its value, see statement::smallValue.
     cell::word smallValue(codecontext& context) const
     {
-        return mpShort ? mpShort->smallValue(context) : mWord;
+        return mpShort ? inside::smallValue(*mpShort, context) : mWord;
     }
     // Reads its value as a T. False, with `out` untouched, where it declines and where the value does not
     // read.
@@ -193,18 +194,18 @@ public:
         if (mpLiteral)
             text.borrow(*mpLiteral);
         return mpLiteral ||
-               (mpShort && declinesWithoutMemory([&] { return mpShort->textValue(context, text); }));
+               (mpShort && declinesWithoutMemory([&] { return inside::textValue(*mpShort, context, text); }));
     }
     const genericValue* valueInPlace(codecontext& context) const
     {
-        return mpShort ? mpShort->valueInPlace(context) : nullptr;
+        return mpShort ? inside::valueInPlace(*mpShort, context) : nullptr;
     }
     // The text of a literal; null for what is none.
     const string* literal() const noexcept { return mpLiteral; }
     // True when its value keeps the type of what it is written into.
-    bool keepsType() const noexcept { return mpNested ? mpNested->keepsType() : mpLiteral != nullptr; }
+    bool keepsType() const noexcept { return mpNested ? inside::keepsType(*mpNested) : mpLiteral != nullptr; }
     // True when its value is a text.
-    bool givesText() const noexcept { return mpShort ? mpShort->givesText() : mpLiteral != nullptr; }
+    bool givesText() const noexcept { return mpShort ? inside::givesText(*mpShort) : mpLiteral != nullptr; }
     // The statement of a call or a variable.
     const statement* nested() const noexcept { return mpNested; }
 
@@ -259,9 +260,9 @@ public:
 
     // Evaluates the provider into `value`, which is null and nobody else's. False without a provider and when
     // it fails.
-    bool evaluate(codecontext& context, genericValue& value) const
+    [[gnu::always_inline]] bool evaluate(codecontext& context, genericValue& value) const
     {
-        return (mShort.depth() != statement::noShortCut && cell::shortCutsAllowed() &&
+        return (mShort.depth() != inside::noShortCut && cell::shortCutsAllowed() &&
                 evaluateShort(context, value)) ||
                write(context, value);
     }
@@ -272,7 +273,7 @@ public:
     {
         if (!mShort.nested())
             return mpBound && mpBound->getValue(context, value);
-        mShort.nested()->execNested(context, value);
+        inside::exec(*mShort.nested(), context, value);
         return true;
     }
 
@@ -341,7 +342,7 @@ private:
     autoPtr<valueProvider> mpProvider;
 };
 
-// The depth of several operands, for offerShortCuts: that of the deepest, noShortCut if one has none.
+// The depth of several operands, for offerShortCuts: that of the deepest, inside::noShortCut if one has none.
 template <class... Operand>
 unsigned depthOf(const Operand&... operands)
 {

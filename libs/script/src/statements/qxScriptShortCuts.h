@@ -111,7 +111,7 @@ inline textScratch::textScratch() noexcept = default;
 
 // The value in a holder on the heap, if that holds exactly a T; nothing is converted.
 template <class T>
-T* valueOf(genericValue::holderbase& holder) noexcept
+[[gnu::always_inline]] inline T* valueOf(genericValue::holderbase& holder) noexcept
 {
     if (typeid(holder) != typeid(genericValue::valueholder<T>))
         return nullptr;
@@ -122,7 +122,7 @@ T* valueOf(genericValue::holderbase& holder) noexcept
 // The same in a value; null for one without a holder. For values that nobody else can reach at this moment,
 // or whose holder somebody keeps.
 template <class T>
-T* heldInPlace(const genericValue& value) noexcept
+[[gnu::always_inline]] inline T* heldInPlace(const genericValue& value) noexcept
 {
     genericValue::holderbase* const holder = cell::access::holder(value);
     return holder ? valueOf<T>(*holder) : nullptr;
