@@ -28,6 +28,12 @@ public:
     // Whether strings in the text may hold escapes.
     bool hasBackslashes() const noexcept { return mHasBackslashes; }
 
+    // True when the bracket or brace at `open` is known to close at `close`; its cuts are known then, too.
+    bool closesAt(std::size_t open, std::size_t close) const noexcept
+    {
+        return isKept() && closing(open) == close;
+    }
+
     // The following only where it is kept.
 
     // Where the bracket or brace at `open` closes; 0 for one that never does, for one with unbalanced angle

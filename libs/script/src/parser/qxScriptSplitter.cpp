@@ -10,11 +10,13 @@ namespace qx::script
 namespace
 {
 
+// Looks for the first semicolon outside braces, where the walk begins outside. Quotation marks mean nothing
+// here.
 class semicolonWalk : public markWalk<semicolonWalk>
 {
 public:
-    semicolonWalk(const sourceText& source, const bracketIndex& index, std::size_t from, std::size_t end)
-        : markWalk(source.view(), from, end), mIndex(index)
+    semicolonWalk(std::wstring_view source, const bracketIndex& index, std::size_t from, std::size_t end)
+        : markWalk(source, from, end), mIndex(index)
     {}
 
     // Where it stands in the source; npos where there is none.
@@ -52,18 +54,9 @@ private:
 
 } // namespace
 
-std::size_t findSemicolon(const textPiece& text, std::size_t from)
-{
-    const std::size_t start = text.start();
-    semicolonWalk search(text.source(), text.source().brackets(), start + from, start + text.size());
-    search.walk();
-    return search.found() == std::wstring_view::npos ? search.found() : search.found() - start;
-}
-
 partCutter::partCutter(const textPiece& body, std::size_t open, std::size_t close)
     : mBody(body), mIndex(body.source().brackets()),
-      mIsIndexed(open != close && mIndex.isKept() && mIndex.closing(open) == close),
-      mNext(mIsIndexed ? mIndex.nextCut(open) : 0)
+      mIsIndexed(open != close && mIndex.closesAt(open, close)), mNext(mIsIndexed ? mIndex.nextCut(open) : 0)
 {}
 
 std::size_t partCutter::left() const noexcept
@@ -72,6 +65,14 @@ std::size_t partCutter::left() const noexcept
     for (std::size_t place = mNext; place != 0; place = mIndex.nextCut(place))
         ++counted;
     return counted;
+}
+
+std::size_t partCutter::search(std::size_t from) const
+{
+    const std::size_t start = mBody.start();
+    semicolonWalk search(mBody.source().view(), mIndex, start + from, start + mBody.size());
+    search.walk();
+    return search.found() == std::wstring_view::npos ? search.found() : search.found() - start;
 }
 
 // The state machine of the parameter text. What it opens goes into the index.
@@ -124,7 +125,7 @@ public:
     void closeBrace() { ++mStatementMarks; }
 
 private:
-    // A bracket that closes there.
+    // The bracket at hand, which closes there.
     void leaveOut(std::size_t close)
     {
         mDepth += close >= end(); // it stays open up to the end
@@ -154,7 +155,7 @@ parameterSplitter::parameterSplitter(const textPiece& call, std::size_t open)
     const std::size_t close = view.rfind(L')');
     if (close == view.npos || close < start)
         walk(call.piece(view.substr(start)));
-    else if (index.isKept() && index.closing(call.start() + open) == call.start() + close)
+    else if (index.closesAt(call.start() + open, call.start() + close))
         cutByIndex(call, open, close);
     else
         walk(call.piece(view.substr(start, close - start)));

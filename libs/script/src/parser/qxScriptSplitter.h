@@ -22,10 +22,6 @@ inline std::wstring_view withoutBlanks(std::wstring_view text) noexcept
     return text;
 }
 
-// The place of the first semicolon outside braces from `from` on, where the text counts as outside; npos
-// where there is none. Quotation marks mean nothing here.
-std::size_t findSemicolon(const textPiece& text, std::size_t from);
-
 // The semicolons that cut a body, one after the other.
 class partCutter
 {
@@ -40,13 +36,15 @@ public:
     std::size_t next(std::size_t from)
     {
         if (!mIsIndexed)
-            return findSemicolon(mBody, from);
+            return search(from);
         if (mNext == 0)
             return std::wstring_view::npos;
         return std::exchange(mNext, mIndex.nextCut(mNext)) - mBody.start();
     }
 
 private:
+    std::size_t search(std::size_t from) const;
+
     const textPiece& mBody;
     const bracketIndex& mIndex;
     bool mIsIndexed;

@@ -53,16 +53,15 @@ protected:
 
     void stop() noexcept { mAt = mEnd; }
 
-    // Goes on behind the bracket or brace that closes at `close`; all that stands in the one at hand is left
-    // out.
+    // Goes on behind the bracket or brace at hand, which another walk has seen close at `close`.
     //
-    // Another walk has seen it close there, and this one would as well. For brackets: every walk that comes
-    // to the bracket does so outside of strings, and what follows in it (where strings begin and end, which
-    // brackets open and close, what is cut) depends on nothing but the text from the bracket on. For braces:
-    // they count inside and outside of strings alike, so they depend on nothing else anyway.
-    // To leave it out has no other effect either. A bracket is known to close only if its angle brackets are
-    // balanced, so all counters stand behind it where they stood in front; and what is in it lies deeper than
-    // the level that is being cut.
+    // This walk would see it close there as well. Walks may disagree on where strings are (a semicolon parts
+    // a block also in a string, and the part begins outside of strings), but to the bracket both came outside
+    // of strings, and from there on everything (strings, levels, cuts) depends on nothing but the text.
+    // Braces count in strings as well, so they depend on nothing else anyway; and a walk for which no strings
+    // exist steps over a bracket only where no mark of its own is in it. Nor has what is left out any other
+    // effect: only a bracket with balanced angle brackets is known to close, so all counters are behind it
+    // what they were in front; and what is in it lies deeper than what is being cut.
     void stepOver(std::size_t close) noexcept { mAt = close; }
 
     // For a quotation mark in brackets: if it begins a parameter it opens a string, and the walk goes on
