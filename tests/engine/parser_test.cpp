@@ -133,6 +133,8 @@ TEST(parser, cuts_blocks_at_semicolons_outside_braces)
         {L"{{a();b()}}", {L"{a[);b(]"}},
         {L"f(\"{;}\")", {L"f[\"{;}\"]"}},
         {L"f(\"{\"); g()", {L"f[\"{\"); g(]"}},
+        // A part that begins in what its block has for a string.
+        {L"a() (\"; return(f(x, (y, z)))", {L"a[]", L"return[f(x, (y, z))]", L"f[x|(y, z)]"}},
         {L"}a();b({)", {L"}a[);b({]"}},
         {L"a();\r\nb(\"x\r\ny\")", {L"a[]", L"b[\"xy\"]"}},
         // The blank behind the line end hides the brace.

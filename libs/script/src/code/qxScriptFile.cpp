@@ -44,57 +44,86 @@ bool opensDefinition(std::wstring_view line)
            std::equal(definitionMark.begin(), definitionMark.end(), line.begin(), isSame);
 }
 
-// Cuts the declarations out of `text`, which begins behind the opening bracket, and gives what follows the
-// closing one. The strings that are in the list are used again.
-std::wstring_view cutParameters(std::wstring_view text, std::vector<string>& parameters)
+// Cuts the list of declarations out of a definition.
+class declarationCutter
 {
-    for (string& parameter : parameters)
-        parameter.clear();
-    bool inString = false;
-    bool escaped = false;
-    std::size_t count = 0; // of the declarations that are complete
-    std::size_t at = 0;
-    std::size_t start = 0; // of what is not yet in the declaration
-    const auto store = [&] {
-        if (at > start) {
-            if (count == parameters.size())
-                parameters.emplace_back();
-            parameters[count].append(text.substr(start, at - start));
-        }
-        start = at + 1;
-    };
-    const auto complete = [&] {
+public:
+    // `text` begins behind the opening bracket. Strings that are in `declarations` are used again.
+    declarationCutter(std::wstring_view text, std::vector<string>& declarations)
+        : mText(text), mDeclarations(declarations)
+    {
+        for (string& declaration : declarations)
+            declaration.clear();
+    }
+
+    // Gives what follows the closing bracket; nothing follows where none closes.
+    std::wstring_view cut()
+    {
+        while (mAt < mText.size() && !closes(mText[mAt]))
+            ++mAt;
+        finish();
+        return mText.substr(std::min(mAt + 1, mText.size()));
+    }
+
+private:
+    // True for the closing bracket; else the character is done with.
+    bool closes(wchar_t c)
+    {
+        if (c == L'"')
+            quote();
+        else if (mInString && c == L'\\')
+            escape();
+        else if (!mInString && c == L',')
+            comma();
+        return !mInString && c == L')';
+    }
+    void quote()
+    {
+        if (!mEscaped)
+            mInString = !mInString;
+    }
+    // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition counts.
+    void escape()
+    {
+        mEscaped = true;
         store();
-        if (count < parameters.size() && !parameters[count].empty())
-            ++count;
-    };
-    for (; at < text.size(); ++at) {
-        const wchar_t c = text[at];
-        if (c == L'"') {
-            if (!escaped)
-                inString = !inString;
-        } else if (inString) {
-            if (c == L'\\') {
-                // REQUIRED: the escape is never taken back, so that no later quotation mark of the definition
-                // counts.
-                escaped = true;
-                store();
-            }
-        } else if (c == L')') {
-            break;
-        } else if (c == L',') {
-            complete();
+    }
+    void comma()
+    {
+        store();
+        if (mCount < mDeclarations.size() && !mDeclarations[mCount].empty())
+            ++mCount;
+    }
+    // Blanks are kept where there are several declarations.
+    void finish()
+    {
+        comma();
+        mDeclarations.resize(mCount);
+        if (mCount != 1)
+            return;
+        mDeclarations.front().deleteLeading(blanks).deleteTrailing(blanks);
+        if (mDeclarations.front().empty())
+            mDeclarations.clear();
+    }
+    // Appends what is pending; the character at hand is dropped.
+    void store()
+    {
+        if (mAt > mPending) {
+            if (mCount == mDeclarations.size())
+                mDeclarations.emplace_back();
+            mDeclarations[mCount].append(mText.substr(mPending, mAt - mPending));
         }
+        mPending = mAt + 1;
     }
-    complete();
-    parameters.resize(count);
-    if (count == 1) {
-        parameters.front().deleteLeading(blanks).deleteTrailing(blanks);
-        if (parameters.front().empty())
-            parameters.clear();
-    }
-    return text.substr(std::min(at + 1, text.size()));
-}
+
+    std::wstring_view mText;
+    std::vector<string>& mDeclarations;
+    bool mInString = false;
+    bool mEscaped = false;
+    std::size_t mCount = 0; // of the declarations that are complete
+    std::size_t mAt = 0;
+    std::size_t mPending = 0; // where the text begins that is not yet in a declaration
+};
 
 bool isSameName(std::wstring_view written, const string& lowered)
 {
@@ -140,7 +169,7 @@ struct outline
     bool hasBlankInName() const { return name.find(L' ') != name.npos; }
     void cutInto(scriptDefinition& definition) const
     {
-        definition.body.assign(cutParameters(behind, definition.parameters));
+        definition.body.assign(declarationCutter(behind, definition.parameters).cut());
     }
 
     std::wstring_view name;

@@ -1,6 +1,7 @@
 // Declared parameters of script functions.
 #include "code/qxScriptInParameter.h"
 
+#include "parser/qxScriptMarks.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 #include "statements/qxScriptBuiltins.h"

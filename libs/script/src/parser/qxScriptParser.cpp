@@ -203,7 +203,7 @@ statement* statementParser::createNormalised(const textPiece& text, textPiece bo
 
 statement* statementParser::createCall(const textPiece& text, const marks::head& start, int flags) const
 {
-    const bracketPlaces& brackets = text.source().brackets();
+    const bracketIndex& brackets = text.source().brackets();
     // No semicolon can cut it.
     if (!text.source().hasLineEnds() && !(start.marks & (marks::statementMark | marks::blank)) &&
         brackets.isKept() &&

@@ -1,175 +1,184 @@
-// The walks over the text of a statement.
-//
-// What lies in brackets that an earlier walk has seen close is stepped over, so that a text is not walked
-// anew at each level of its nesting. Where a bracket closes depends on nothing but the text from it on, since
-// a walk comes to it outside of strings; and what is stepped over cannot be cut, because it lies deeper than
-// the level that is.
+// Cutting statements: by the index of the brackets where that knows the cuts, else by walks that look for
+// them.
 #include "parser/qxScriptSplitter.h"
+
+#include "parser/qxScriptWalk.h"
 
 namespace qx::script
 {
 
-std::size_t findSemicolon(const textPiece& text, std::size_t from)
+namespace
 {
-    const std::wstring_view view = text.view();
-    const bracketPlaces& brackets = text.source().brackets();
-    const bool kept = brackets.isKept();
-    const std::size_t start = text.start();
-    const std::size_t end = start + view.size();
-    long depth = 0; // in braces
-    for (std::size_t i = from; i < view.size(); ++i) {
-        const wchar_t c = view[i];
-        if (!(marks::of(c) & (marks::bracket | marks::statementMark)))
-            continue;
-        if (c == L'(') {
-            const std::size_t close = kept ? brackets.closingOfPlain(start + i) : 0;
-            if (close >= end)
-                return view.npos;
-            if (close != 0)
-                i = close - start;
-        } else if (c == L'{') {
-            if (depth < 0 || !kept) { // to step over it would miss what is in it at a depth of 0
-                ++depth;
-                continue;
-            }
-            const std::size_t close = brackets.closing(start + i);
-            if (close == 0 || close >= end)
-                return view.npos; // all that follows is inside
-            i = close - start;
-        } else if (c == L'}') {
-            --depth;
-        } else if (depth == 0) {
-            return i;
-        }
+
+// Looks for the first semicolon outside braces, where the walk begins outside. Quotation marks mean nothing
+// here.
+class semicolonWalk : public markWalk<semicolonWalk>
+{
+public:
+    semicolonWalk(std::wstring_view source, const bracketIndex& index, std::size_t from, std::size_t end)
+        : markWalk(source, from, end), mIndex(index)
+    {}
+
+    // Where it stands in the source; npos where there is none.
+    std::size_t found() const noexcept { return mFound; }
+
+    void openBracket()
+    {
+        if (const std::size_t close = mIndex.isKept() ? mIndex.closingOfPlain(at()) : 0)
+            stepOver(close);
     }
-    return view.npos;
-}
+    void openBrace()
+    {
+        // With more braces closed than opened, what is in this one may be at a depth of 0.
+        if (mDepth < 0 || !mIndex.isKept())
+            ++mDepth;
+        else if (const std::size_t close = mIndex.closing(at()))
+            stepOver(close);
+        else
+            stop();
+    }
+    void closeBrace() { --mDepth; }
+    void semicolon()
+    {
+        if (mDepth != 0)
+            return;
+        mFound = at();
+        stop();
+    }
+
+private:
+    const bracketIndex& mIndex;
+    long mDepth = 0; // in braces
+    std::size_t mFound = std::wstring_view::npos;
+};
+
+} // namespace
 
 partCutter::partCutter(const textPiece& body, std::size_t open, std::size_t close)
-    : mBody(body), mBrackets(body.source().brackets()),
-      mIsKnown(open != close && mBrackets.isKept() && mBrackets.cutsAreKnown(open, close)), mPlace(close)
+    : mBody(body), mIndex(body.source().brackets()),
+      mIsIndexed(open != close && mIndex.closesAt(open, close)), mNext(mIsIndexed ? mIndex.nextCut(open) : 0)
 {}
 
 std::size_t partCutter::left() const noexcept
 {
     std::size_t counted = 0;
-    if (mIsKnown)
-        for (std::size_t place = mPlace; place != 0 && (place = mBrackets.cutBehind(place)) != 0;)
-            ++counted;
+    for (std::size_t place = mNext; place != 0; place = mIndex.nextCut(place))
+        ++counted;
     return counted;
 }
+
+std::size_t partCutter::search(std::size_t from) const
+{
+    const std::size_t start = mBody.start();
+    semicolonWalk search(mBody.source().view(), mIndex, start + from, start + mBody.size());
+    search.walk();
+    return search.found() == std::wstring_view::npos ? search.found() : search.found() - start;
+}
+
+// The state machine of the parameter text. What it opens goes into the index.
+class parameterSplitter::parameterWalk : public markWalk<parameterWalk>
+{
+public:
+    parameterWalk(const textPiece& text, parameterSplitter& splitter, levelRoom& room)
+        : markWalk(text.source().view(), text.start(), text.start() + text.size()), mText(text),
+          mSplitter(splitter), mIndex(text.source().brackets()), mOpen(mIndex, room), mStart(text.start())
+    {}
+
+    // Walks and tells the splitter all that it finds.
+    void split()
+    {
+        walk();
+        emit(end(), false);
+        mSplitter.mDepth = mDepth;
+        mSplitter.mAngle = mAngle;
+        mSplitter.mInString = endsInString();
+    }
+
+    void openBracket()
+    {
+        if (mIndex.isKept() && mDepth >= 0) {
+            if (const std::size_t close = mIndex.closing(at()))
+                return leaveOut(close);
+            mOpen.open(at(), mAngle, mStatementMarks);
+        }
+        ++mDepth;
+    }
+    void comma()
+    {
+        if (mDepth != 0)
+            return mOpen.cut(at(), mAngle);
+        if (mAngle != 0)
+            return;
+        emit(at(), true);
+        mStart = at() + 1;
+    }
+    void closeBracket()
+    {
+        --mDepth;
+        mOpen.close(at(), mAngle, mStatementMarks);
+    }
+    void openAngle() { ++mAngle; }
+    void closeAngle() { --mAngle; }
+    void quote() { skipString(); }
+    void openBrace() { ++mStatementMarks; }
+    void semicolon() { ++mStatementMarks; }
+    void closeBrace() { ++mStatementMarks; }
+
+private:
+    // The bracket at hand, which closes there.
+    void leaveOut(std::size_t close)
+    {
+        mDepth += close >= end(); // it stays open up to the end
+        mStatementMarks += mIndex.closingOfPlain(at()) == 0;
+        stepOver(close);
+    }
+    void emit(std::size_t behind, bool evenIfEmpty)
+    {
+        mSplitter.emit(mText.piece(mText.source().view().substr(mStart, behind - mStart)), evenIfEmpty);
+    }
+
+    const textPiece& mText;
+    parameterSplitter& mSplitter;
+    bracketIndex& mIndex;
+    openLevels mOpen;        // as many as mDepth counts, if the index is kept
+    std::size_t mStart;      // of the parameter at hand
+    std::int32_t mDepth = 0; // in brackets
+    std::int32_t mAngle = 0;
+    std::uint32_t mStatementMarks = 0;
+};
 
 parameterSplitter::parameterSplitter(const textPiece& call, std::size_t open)
 {
     const std::wstring_view view = call.view();
+    const bracketIndex& index = call.source().brackets();
     const std::size_t start = open + 1;
     const std::size_t close = view.rfind(L')');
     if (close == view.npos || close < start)
         walk(call.piece(view.substr(start)));
-    else if (!cutAtCommas(call, open, close))
+    else if (index.closesAt(call.start() + open, call.start() + close))
+        cutByIndex(call, open, close);
+    else
         walk(call.piece(view.substr(start, close - start)));
 }
 
-// False where the commas are not known.
-bool parameterSplitter::cutAtCommas(const textPiece& call, std::size_t open, std::size_t close)
+void parameterSplitter::cutByIndex(const textPiece& call, std::size_t open, std::size_t close)
 {
     const std::wstring_view view = call.view();
-    const bracketPlaces& brackets = call.source().brackets();
+    const bracketIndex& index = call.source().brackets();
     const std::size_t offset = call.start();
-    if (!brackets.isKept() || !brackets.cutsAreKnown(offset + open, offset + close))
-        return false;
     std::size_t from = open + 1;
-    for (std::size_t comma = offset + close; (comma = brackets.cutBehind(comma)) != 0;) {
+    for (std::size_t comma = offset + open; (comma = index.nextCut(comma)) != 0;) {
         const std::size_t place = comma - offset;
         emit(call.piece({view.data() + from, place - from}), true);
         from = place + 1;
     }
     emit(call.piece({view.data() + from, close - from}), false);
-    return true;
 }
 
-// One loop over the text, with its state in local variables: what parses slowly does so here.
-// NOLINTNEXTLINE(readability-function-size)
 void parameterSplitter::walk(const textPiece& text)
 {
-    const std::wstring_view view = text.view();
-    bracketPlaces& brackets = text.source().brackets();
-    const bool kept = brackets.isKept();
-    const std::size_t offset = text.start();
-    std::vector<bracketPlaces::openBracket>& open = brackets.open();
-    open.clear(); // at a depth of at least 0: as many as are open
-    std::uint32_t seen = 0;
-    bool atStart =
-        true; // only blanks since the last comma or opening bracket: a quotation mark opens a string here
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < view.size(); ++i) {
-        const wchar_t c = view[i];
-        const unsigned char found = marks::of(c);
-        if (mInString) {
-            // REQUIRED: a backslash behind a backslash escapes as well, so a string cannot end in one. Held
-            // by splitterEscapes.
-            if (found == marks::statementMark)
-                ++seen;
-            else if (c == L'"' && view[i - 1] != L'\\')
-                mInString = false;
-            continue;
-        }
-        if (!(found & (marks::bracket | marks::statementMark | marks::parameterMark))) {
-            atStart = atStart && found == marks::blank;
-            continue;
-        }
-        // A backslash means nothing here, so nothing is ever escaped.
-        switch (c) {
-        case L',':
-            if (mDepth == 0 && mAngle == 0) {
-                emit(text.piece(view.substr(start, i - start)), true);
-                start = i + 1;
-            }
-            atStart = true;
-            continue;
-        case L'(':
-            if (mDepth >= 0 && kept) {
-                const std::size_t place = offset + i;
-                const std::size_t close = brackets.closing(place);
-                if (close >= offset + view.size()) { // it stays open up to the end
-                    ++mDepth;
-                    return;
-                }
-                if (close != 0) {
-                    seen += brackets.closingOfPlain(place) == 0;
-                    i = close - offset;
-                    break;
-                }
-                open.push_back({static_cast<std::uint32_t>(place), static_cast<std::int32_t>(mAngle), seen});
-            }
-            ++mDepth;
-            atStart = true;
-            continue;
-        case L')':
-            --mDepth;
-            if (!open.empty()) {
-                const bracketPlaces::openBracket& opened = open.back();
-                if (opened.angle == mAngle) // else stepping over it would have an effect
-                    brackets.note(opened.place, offset + i, opened.marks == seen);
-                open.pop_back();
-            }
-            break;
-        case L'<':
-            ++mAngle;
-            break;
-        case L'>':
-            --mAngle;
-            break;
-        case L'"':
-            mInString = atStart;
-            break;
-        default:
-            ++seen;
-            break;
-        }
-        atStart = false;
-    }
-    emit(text.piece(view.substr(start)), false);
+    levelRoom room;
+    parameterWalk(text, *this, room).split();
 }
 
 void parameterSplitter::emitLiteral(const textPiece& literal)

@@ -1,10 +1,12 @@
 // Cuts the text of a statement: at its semicolons, and the parameter text of a call at its commas.
 #pragma once
 
+#include "parser/qxScriptMarks.h"
 #include "parser/qxScriptSmallList.h"
 #include "parser/qxScriptSource.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace qx::script
@@ -20,10 +22,6 @@ inline std::wstring_view withoutBlanks(std::wstring_view text) noexcept
     return text;
 }
 
-// The place of the first semicolon outside braces from `from` on, where the text counts as outside; npos
-// where there is none. Quotation marks mean nothing here.
-std::size_t findSemicolon(const textPiece& text, std::size_t from);
-
 // The semicolons that cut a body, one after the other.
 class partCutter
 {
@@ -37,18 +35,20 @@ public:
     // npos where there is none.
     std::size_t next(std::size_t from)
     {
-        if (!mIsKnown)
-            return findSemicolon(mBody, from);
-        if (mPlace == 0 || (mPlace = mBrackets.cutBehind(mPlace)) == 0)
+        if (!mIsIndexed)
+            return search(from);
+        if (mNext == 0)
             return std::wstring_view::npos;
-        return mPlace - mBody.start();
+        return std::exchange(mNext, mIndex.nextCut(mNext)) - mBody.start();
     }
 
 private:
+    std::size_t search(std::size_t from) const;
+
     const textPiece& mBody;
-    const bracketPlaces& mBrackets;
-    bool mIsKnown;
-    std::size_t mPlace; // of the last one, and of the closing brace before the first; 0 behind the last
+    const bracketIndex& mIndex;
+    bool mIsIndexed;
+    std::size_t mNext; // its place in the source; 0 where there is none
 };
 
 // The parameters of a call.
@@ -70,7 +70,9 @@ public:
     bool inString() const noexcept { return mInString; }
 
 private:
-    bool cutAtCommas(const textPiece& call, std::size_t open, std::size_t close);
+    class parameterWalk;
+
+    void cutByIndex(const textPiece& call, std::size_t open, std::size_t close);
     void walk(const textPiece& text);
     void emit(const textPiece& token, bool evenIfEmpty)
     {

@@ -1,6 +1,7 @@
 // The three forms of a parameter: literal, nested call, variable.
 #include "qxScriptProvider.h"
 
+#include "parser/qxScriptMarks.h"
 #include "parser/qxScriptSource.h"
 #include "qxScriptParser.h"
 
