@@ -18,14 +18,6 @@
 namespace qx::script
 {
 
-namespace marks
-{
-struct head;
-}
-class partCutter;
-class textPiece;
-struct builtin;
-
 // Statement flags travel with every parse and tell what is allowed at a place of the text.
 enum statementFlags
 {
@@ -77,32 +69,10 @@ public:
     statement* createStatementFrom(const string& text, int flags) const;
     // The same with a text that may be emptied.
     statement* createStatementFrom(string&& text, int flags) const;
-    // The same for a piece of a text that is being parsed.
-    statement* createStatementFrom(const textPiece& text, int flags) const;
-    // The same for one that is a call; `start` is its head.
-    statement* createCall(const textPiece& text, const marks::head& start, int flags) const;
-    // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.
-    statement* createVariable(const textPiece& name, int flags) const;
 
 private:
-    struct moduleSet;
-    friend class scriptModule;
-
-    statementParser();
+    constexpr statementParser() = default;
     ~statementParser() = default;
-
-    void add(scriptModule* module);
-    statement* createJoined(const textPiece& text, string&& joined, int flags) const;
-    statement* createNormalised(const textPiece& text, textPiece body, int flags) const;
-    statement* createBlock(const textPiece& body, partCutter& parts, std::size_t semicolon, int flags) const;
-    statement* createPart(const textPiece& part, int flags) const;
-    statement* createSingle(const textPiece& text, const textPiece& body, const marks::head& start,
-                            int flags) const;
-    statement* ask(const callText& call, const builtin* row) const;
-    static void nameAfter(statement& made, const textPiece& piece, statementText::form how);
-    static void nameByText(statement& made, const textPiece& piece, statementText::form how);
-
-    moduleSet* mpModules;
 };
 
 } // namespace qx::script

@@ -12,8 +12,6 @@ namespace qx::script
 {
 
 class codecontext;
-class statement;
-class textPiece;
 
 class QXSCRIPT_API valueProvider
 {
@@ -27,17 +25,10 @@ public:
     // A new provider with a tree of its own, owned by the caller.
     virtual valueProvider* clone() const = 0;
 
-    // What it was made from, for who can do better than ask for the value each time: the statement of a call
-    // or a variable, or the text of a literal. Borrowed; null for the other form.
-    virtual const statement* nested() const;
-    virtual const string* literal() const;
-
     // Makes the provider of one parameter text, owned by the caller. `flags` are the statement flags, see
     // statementParser. Throws errParsingException for an empty text and for text that gives no statement,
     // what parsing throws, and outOfMemoryException.
     static valueProvider* createFrom(const string& text, int flags);
-    // The same for a piece of a text that is being parsed.
-    static valueProvider* createFrom(const textPiece& text, int flags);
 };
 
 } // namespace qx::script

@@ -87,8 +87,7 @@ private:
     [[noreturn]] static void raiseCaused(const statement* failed, const exception* cause,
                                          const string& detail);
 
-    friend class inside;          // the engine's own access
-    friend class statementParser; // which gives a piece of the parsed text
+    friend class inside; // the engine's own access
     friend struct qx::counterPlace<statement>;
 
     // Where sharedPtr counts; a copy has users of its own.

@@ -4,6 +4,7 @@
 #include "contexts/qxScriptSignals.h"
 #include "modules/controlStatements.h"
 #include "modules/qxScriptModules.h"
+#include "parser/qxScriptParsing.h"
 #include "qxScriptInterfaces.h"
 #include "qxScriptReference.h"
 #include "statements/qxScriptBase.h"
@@ -25,7 +26,7 @@ using sharedStatement = sharedPtr<statement>;
 // The statement of a text; null where the text holds none.
 sharedStatement statementFrom(const textPiece& text, int flags)
 {
-    return sharedStatement(statementParser::instance()->createStatementFrom(text, flags));
+    return sharedStatement(parsing::statementFrom(text, flags));
 }
 
 // The body of a loop, which may be left and cut short. Null for an empty one.

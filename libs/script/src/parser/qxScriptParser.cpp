@@ -2,11 +2,11 @@
 //
 // It only cuts, by views into one counted buffer; what a parameter means is decided by whoever receives it.
 // Receivers come back here for nested calls, so a whole tree exists when the outermost call returns.
-#include "qxScriptParser.h"
-
+#include "parser/qxScriptParsing.h"
 #include "parser/qxScriptSplitter.h"
 #include "qxStack.h"
 #include "statements/qxScriptBase.h"
+#include "statements/qxScriptRunning.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,16 +15,23 @@
 namespace qx::script
 {
 
-struct statementParser::moduleSet
+namespace
 {
-    // Those of hosts, by address, which is the order of asking: in front of the built-in ones and behind
-    // them.
+
+// The modules of hosts, by address, which is the order of asking: in front of the built-in ones and behind
+// them.
+struct moduleSet
+{
     std::vector<scriptModule*> before;
     std::vector<scriptModule*> behind;
 };
 
-namespace
+// The one of the process; never destroyed.
+moduleSet& hostModules()
 {
+    static moduleSet* const set = new moduleSet;
+    return *set;
+}
 
 string withoutLineEnds(std::wstring_view text)
 {
@@ -121,64 +128,82 @@ inline statement* askModules(const std::vector<scriptModule*>& modules, const ca
     return modules.empty() ? nullptr : askEach(modules, call);
 }
 
-} // namespace
-
-void scriptModule::registerModule()
+// Asks each module in turn; the first statement wins. The row stands for the built-in modules, at their
+// place; null where they do not know the call.
+statement* ask(const callText& call, const builtin* row)
 {
-    statementParser::instance()->add(this);
+    const moduleSet& modules = hostModules();
+    if (statement* const made = askModules(modules.before, call))
+        return made;
+    statement* const made = row ? row->create(call) : nullptr;
+    return made ? made : askModules(modules.behind, call);
 }
 
-statementParser::statementParser() : mpModules(new moduleSet) {}
-
-statementParser* statementParser::instance()
+// Not inline: next to no statement comes here.
+[[gnu::noinline]] void nameByText(statement& made, const textPiece& piece, statementText::form how)
 {
-    static statementParser* const parser = new statementParser;
-    return parser;
+    inside::textOf(made).set(piece.view(), how);
 }
 
-void statementParser::add(scriptModule* module)
+void nameAfter(statement& made, const textPiece& piece, statementText::form how)
 {
-    const std::span<scriptModule> builtins = builtinModuleObjects();
-    const std::less<const scriptModule*> isBefore;
-    const bool before = isBefore(module, &builtins.front());
-    if (!before && !isBefore(&builtins.back(), module))
-        return; // is there already
-    std::vector<scriptModule*>& modules = before ? mpModules->before : mpModules->behind;
-    const auto place = std::lower_bound(modules.begin(), modules.end(), module, isBefore);
-    if (place == modules.end() || *place != module)
-        modules.insert(place, module);
+    if (!inside::textOf(made).canKeep(piece.start())) [[unlikely]]
+        return nameByText(made, piece, how);
+    inside::textOf(made).keep(piece.source().takeCount(), piece.start(), piece.size(), how);
 }
 
-statement* statementParser::createStatementFrom(const string& text, int flags) const
+statement* createSingle(const textPiece& text, const textPiece& body, const marks::head& start, int flags)
 {
-    sourceText source(text);
-    return createStatementFrom(textPiece(source), flags);
+    if (start.size == body.size())
+        return nullptr;
+    try {
+        const callHead head(body.view(), start);
+        const parameterSplitter splitter(body, start.size);
+        checkBalance(splitter, body);
+        const callText call{head.name(), head.types(), splitter.params(), flags};
+        if (statement* const made = ask(call, findBuiltin(call.name))) {
+            nameAfter(*made, body, statementText::form::asWritten);
+            return made;
+        }
+    } catch (const exception& caught) {
+        throw errParsingException(text.counted(), &caught);
+    } catch (...) {
+        throw errParsingException(text.counted());
+    }
+    throw errParsingException(text.counted()); // no module knows the call
 }
 
-statement* statementParser::createStatementFrom(string&& text, int flags) const
-{
-    sourceText source(std::move(text));
-    return createStatementFrom(textPiece(source), flags);
-}
+statement* createNormalised(const textPiece& text, textPiece body, int flags);
 
-statement* statementParser::createStatementFrom(const textPiece& text, int flags) const
+// A part of a block. No semicolon cuts it, unless it is a block itself.
+statement* createPart(const textPiece& part, int flags)
 {
     stack::check();
-    // In this order: blanks behind a leading line end stay.
-    const std::wstring_view body = withoutBlanks(text.view());
-    return text.source().hasLineEnds() ? createJoined(text, withoutLineEnds(body), flags)
-                                       : createNormalised(text, text.piece(body), flags);
+    const textPiece body = part.piece(withoutBlanks(part.view()));
+    return body.view().starts_with(L'{') ? createNormalised(part, body, flags)
+                                         : createSingle(part, body, marks::head(body.view()), flags);
 }
 
-// In a function of its own: only the outermost level has line ends, and the stack is for depth.
-statement* statementParser::createJoined(const textPiece& text, string&& joined, int flags) const
+// `semicolon` is the place of the first one.
+statement* createBlock(const textPiece& body, partCutter& parts, std::size_t semicolon, int flags)
 {
-    sourceText source(std::move(joined));
-    return createNormalised(text, textPiece(source), flags);
+    autoPtr<compoundstatement> block(new compoundstatement);
+    block->reserve(1 + parts.left() + (body.view().back() != L';'));
+    for (std::size_t start = 0; start < body.size();) {
+        const textPiece part = body.piece(body.view().substr(start, semicolon - start));
+        if (!block->add(createPart(part, flags))) {
+            assertMsg(L"statement::createFrom: error parsing \"%s\"", part.view());
+            return nullptr;
+        }
+        start += part.size() + 1;
+        semicolon = parts.next(start);
+    }
+    nameAfter(*block, body, statementText::form::asWritten);
+    return block.release();
 }
 
 // `text` is what failures show.
-statement* statementParser::createNormalised(const textPiece& text, textPiece body, int flags) const
+statement* createNormalised(const textPiece& text, textPiece body, int flags)
 {
     if (body.empty())
         return nullptr;
@@ -201,7 +226,27 @@ statement* statementParser::createNormalised(const textPiece& text, textPiece bo
     return createSingle(text, body, marks::head(body.view()), flags);
 }
 
-statement* statementParser::createCall(const textPiece& text, const marks::head& start, int flags) const
+// In a function of its own: only the outermost level has line ends, and the stack is for depth.
+statement* createJoined(const textPiece& text, string&& joined, int flags)
+{
+    sourceText source(std::move(joined));
+    return createNormalised(text, textPiece(source), flags);
+}
+
+} // namespace
+
+// --- Within the engine ---
+
+statement* parsing::statementFrom(const textPiece& text, int flags)
+{
+    stack::check();
+    // In this order: blanks behind a leading line end stay.
+    const std::wstring_view body = withoutBlanks(text.view());
+    return text.source().hasLineEnds() ? createJoined(text, withoutLineEnds(body), flags)
+                                       : createNormalised(text, text.piece(body), flags);
+}
+
+statement* parsing::callFrom(const textPiece& text, const marks::head& start, int flags)
 {
     const bracketIndex& brackets = text.source().brackets();
     // No semicolon can cut it.
@@ -211,60 +256,10 @@ statement* statementParser::createCall(const textPiece& text, const marks::head&
         stack::check();
         return createSingle(text, text, start, flags);
     }
-    return createStatementFrom(text, flags);
+    return statementFrom(text, flags);
 }
 
-// A part of a block. No semicolon cuts it, unless it is a block itself.
-statement* statementParser::createPart(const textPiece& part, int flags) const
-{
-    stack::check();
-    const textPiece body = part.piece(withoutBlanks(part.view()));
-    return body.view().starts_with(L'{') ? createNormalised(part, body, flags)
-                                         : createSingle(part, body, marks::head(body.view()), flags);
-}
-
-// `semicolon` is the place of the first one.
-statement* statementParser::createBlock(const textPiece& body, partCutter& parts, std::size_t semicolon,
-                                        int flags) const
-{
-    autoPtr<compoundstatement> block(new compoundstatement);
-    block->reserve(1 + parts.left() + (body.view().back() != L';'));
-    for (std::size_t start = 0; start < body.size();) {
-        const textPiece part = body.piece(body.view().substr(start, semicolon - start));
-        if (!block->add(createPart(part, flags))) {
-            assertMsg(L"statement::createFrom: error parsing \"%s\"", part.view());
-            return nullptr;
-        }
-        start += part.size() + 1;
-        semicolon = parts.next(start);
-    }
-    nameAfter(*block, body, statementText::form::asWritten);
-    return block.release();
-}
-
-statement* statementParser::createSingle(const textPiece& text, const textPiece& body,
-                                         const marks::head& start, int flags) const
-{
-    if (start.size == body.size())
-        return nullptr;
-    try {
-        const callHead head(body.view(), start);
-        const parameterSplitter splitter(body, start.size);
-        checkBalance(splitter, body);
-        const callText call{head.name(), head.types(), splitter.params(), flags};
-        if (statement* const made = ask(call, findBuiltin(call.name))) {
-            nameAfter(*made, body, statementText::form::asWritten);
-            return made;
-        }
-    } catch (const exception& caught) {
-        throw errParsingException(text.counted(), &caught);
-    } catch (...) {
-        throw errParsingException(text.counted());
-    }
-    throw errParsingException(text.counted()); // no module knows the call
-}
-
-statement* statementParser::createVariable(const textPiece& name, int flags) const
+statement* parsing::variableFrom(const textPiece& name, int flags)
 {
     stack::check();
     const auto text = [&] { return textSlice(L"getvar(" + name.text() + L")"); };
@@ -282,28 +277,37 @@ statement* statementParser::createVariable(const textPiece& name, int flags) con
     throw errParsingException(text());
 }
 
-// Asks each module in turn; the first statement wins. The row stands for the built-in modules, at their
-// place; null where they do not know the call.
-statement* statementParser::ask(const callText& call, const builtin* row) const
+// --- For hosts ---
+
+void scriptModule::registerModule()
 {
-    if (statement* const made = askModules(mpModules->before, call))
-        return made;
-    statement* const made = row ? row->create(call) : nullptr;
-    return made ? made : askModules(mpModules->behind, call);
+    const std::span<scriptModule> builtins = builtinModuleObjects();
+    const std::less<const scriptModule*> isBefore;
+    const bool before = isBefore(this, &builtins.front());
+    if (!before && !isBefore(&builtins.back(), this))
+        return; // is there already
+    std::vector<scriptModule*>& modules = before ? hostModules().before : hostModules().behind;
+    const auto place = std::lower_bound(modules.begin(), modules.end(), this, isBefore);
+    if (place == modules.end() || *place != this)
+        modules.insert(place, this);
 }
 
-void statementParser::nameAfter(statement& made, const textPiece& piece, statementText::form how)
+statementParser* statementParser::instance()
 {
-    if (!made.mText.canKeep(piece.start())) [[unlikely]]
-        return nameByText(made, piece, how);
-    made.mText.keep(piece.source().takeCount(), piece.start(), piece.size(), how);
+    static constinit statementParser parser;
+    return &parser;
 }
 
-// Not inline: next to no statement comes here.
-[[gnu::noinline]] void statementParser::nameByText(statement& made, const textPiece& piece,
-                                                   statementText::form how)
+statement* statementParser::createStatementFrom(const string& text, int flags) const
 {
-    made.mText.set(piece.view(), how);
+    sourceText source(text);
+    return parsing::statementFrom(textPiece(source), flags);
+}
+
+statement* statementParser::createStatementFrom(string&& text, int flags) const
+{
+    sourceText source(std::move(text));
+    return parsing::statementFrom(textPiece(source), flags);
 }
 
 } // namespace qx::script

@@ -118,7 +118,7 @@ bool singlefunction::parse(const wchar_t* function, const callText& call,
         const std::size_t count = std::min(declared.size(), call.params.size());
         mParams.reserve(count);
         for (std::size_t i = 0; i < count; ++i) {
-            autoPtr<valueProvider> provider(valueProvider::createFrom(call.params[i], call.flags));
+            autoPtr<valueProvider> provider(providerFrom(call.params[i], call.flags));
             if (!provider)
                 throw errParsingException(call.params[i].counted());
             if (find(declared[i].name))

@@ -3,8 +3,8 @@
 
 #include "contexts/qxScriptScope.h"
 #include "qxScriptContext.h"
-#include "qxScriptProvider.h"
 #include "statements/qxScriptBuiltins.h"
+#include "statements/qxScriptProviders.h"
 #include "statements/qxScriptRunning.h"
 #include "statements/qxScriptShortCuts.h"
 
@@ -149,12 +149,14 @@ public:
     {
         if (!provider)
             return;
-        mpNested = provider->nested();
+        if (const auto* const call = asProvider<statementProvider>(*provider))
+            mpNested = call->nested();
         if (mpNested && inside::depth(*mpNested) != inside::noShortCut)
             mpShort = mpNested;
-        mpLiteral = provider->literal();
-        if (mpLiteral)
+        if (const auto* const constant = asProvider<constantProvider>(*provider)) {
+            mpLiteral = &constant->text();
             mWord = cell::makeText(*mpLiteral);
+        }
     }
 
     // For offerShortCuts of the statement around it.
@@ -362,7 +364,7 @@ inline ownedProvider providerOf(const callText& call, std::size_t place)
 {
     if (place >= call.params.size())
         return ownedProvider();
-    return ownedProvider(valueProvider::createFrom(call.params[place], call.flags));
+    return ownedProvider(providerFrom(call.params[place], call.flags));
 }
 
 // The same for one that has to be made: where it is null the call is refused with `failure`, which may name

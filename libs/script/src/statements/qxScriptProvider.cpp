@@ -1,11 +1,7 @@
 // The three forms of a parameter: literal, nested call, variable.
-#include "qxScriptProvider.h"
+#include "statements/qxScriptProviders.h"
 
-#include "parser/qxScriptMarks.h"
-#include "parser/qxScriptSource.h"
-#include "qxScriptParser.h"
-
-#include "qxFreeLists.h"
+#include "parser/qxScriptParsing.h"
 
 #include <new>
 
@@ -14,47 +10,6 @@ namespace qx::script
 
 namespace
 {
-
-class constantProvider final : public valueProvider, public fromFreeLists
-{
-public:
-    explicit constantProvider(std::wstring_view text) : mText(std::wstring(text)) {}
-
-    bool getValue(codecontext&, genericValue& value) const override
-    {
-        if (!value.setValue(mText, false))
-            throw false;
-        return true;
-    }
-    valueProvider* clone() const override { return new constantProvider(*this); }
-    const string* literal() const override { return &mText; }
-
-private:
-    string mText;
-};
-
-class statementProvider final : public valueProvider, public fromFreeLists
-{
-public:
-    // A null statement fails each read.
-    explicit statementProvider(sharedPtr<statement> nested) noexcept : mStatement(std::move(nested)) {}
-
-    bool getValue(codecontext& context, genericValue& value) const override
-    {
-        if (!mStatement)
-            throw unexpectedErrorException(L"statementProvider::getValue: no statement given");
-        mStatement->exec(context, value);
-        return true;
-    }
-    valueProvider* clone() const override
-    {
-        return new statementProvider(sharedPtr<statement>(mStatement ? mStatement->clone() : nullptr));
-    }
-    const statement* nested() const override { return mStatement.get(); }
-
-private:
-    sharedPtr<statement> mStatement;
-};
 
 bool isLiteral(std::wstring_view text)
 {
@@ -79,34 +34,43 @@ bool isPlainName(std::wstring_view name, unsigned char marked)
 
 valueProvider* makeFromVariable(const textPiece& name, unsigned char marked, int flags)
 {
-    const statementParser& parser = *statementParser::instance();
     if (isPlainName(name.view(), marked))
-        return makeFrom(parser.createVariable(name, flags), name);
+        return makeFrom(parsing::variableFrom(name, flags), name);
     sourceText call(L"getvar(" + name.text() + L")");
-    return makeFrom(parser.createStatementFrom(textPiece(call), flags), name);
+    return makeFrom(parsing::statementFrom(textPiece(call), flags), name);
 }
 
 } // namespace
 
 valueProvider::~valueProvider() = default;
 
-const statement* valueProvider::nested() const
+bool constantProvider::getValue(codecontext&, genericValue& value) const
 {
-    return nullptr;
+    if (!value.setValue(mText, false))
+        throw false;
+    return true;
 }
 
-const string* valueProvider::literal() const
+bool statementProvider::getValue(codecontext& context, genericValue& value) const
 {
-    return nullptr;
+    if (!mStatement)
+        throw unexpectedErrorException(L"statementProvider::getValue: no statement given");
+    mStatement->exec(context, value);
+    return true;
+}
+
+valueProvider* statementProvider::clone() const
+{
+    return new statementProvider(sharedPtr<statement>(mStatement ? mStatement->clone() : nullptr));
 }
 
 valueProvider* valueProvider::createFrom(const string& text, int flags)
 {
     sourceText source(text);
-    return createFrom(textPiece(source), flags);
+    return providerFrom(textPiece(source), flags);
 }
 
-valueProvider* valueProvider::createFrom(const textPiece& text, int flags)
+valueProvider* providerFrom(const textPiece& text, int flags)
 {
     const std::wstring_view view = text.view();
     if (view.empty())
@@ -119,7 +83,7 @@ valueProvider* valueProvider::createFrom(const textPiece& text, int flags)
                                                          : view.substr(1, view.size() - 2));
         const marks::head start(view);
         call = start.size < view.size();
-        return call ? makeFrom(statementParser::instance()->createCall(text, start, flags), text)
+        return call ? makeFrom(parsing::callFrom(text, start, flags), text)
                     : makeFromVariable(text, start.marks, flags);
     } catch (const std::bad_alloc&) {
         if (literal || call)

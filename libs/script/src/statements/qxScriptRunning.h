@@ -75,6 +75,9 @@ public:
     // The text of the small value, for statements without a short cut of their own for texts.
     static bool showSmallValue(const statement& self, codecontext& context, textScratch& text);
 
+    // What the statement is called, for the parser to set.
+    static statementText& textOf(statement& named) noexcept { return named.mText; }
+
     // For stayInside and offerShortCuts.
     static void setShortCuts(statement& offering, const shortCuts& offered) noexcept
     {
