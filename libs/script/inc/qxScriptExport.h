@@ -1,6 +1,8 @@
 // What crosses the boundary of the library qxScript.
 #pragma once
 
+#include "qxCompiler.h"
+
 #if defined(_WIN32)
 #if defined(QXSCRIPT_BUILD)
 #define QXSCRIPT_API __declspec(dllexport)
@@ -8,5 +10,5 @@
 #define QXSCRIPT_API __declspec(dllimport)
 #endif
 #else
-#define QXSCRIPT_API __attribute__((visibility("default")))
+#define QXSCRIPT_API QX_VISIBLE
 #endif

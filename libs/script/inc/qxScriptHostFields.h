@@ -21,6 +21,7 @@
 
 #include "qxScriptHostObject.h"
 
+#include "qxCompiler.h"
 #include "qxHeldTypes.h"
 
 #include <algorithm>
@@ -201,7 +202,7 @@ private:
     {
         return *known == *name && std::wcscmp(known, name) == 0;
     }
-    [[gnu::noinline]] const field<Owner>* findInOrder(std::wstring_view name) const
+    QX_NOINLINE const field<Owner>* findInOrder(std::wstring_view name) const
     {
         const auto at = std::lower_bound(
             mFields.begin(), mFields.end(), name,

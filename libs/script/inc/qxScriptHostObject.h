@@ -17,6 +17,7 @@
 
 #include "qxScriptReference.h"
 
+#include "qxCompiler.h"
 #include "qxLocks.h"
 #include "qxRefPtr.h"
 
@@ -78,7 +79,7 @@ private:
         void* const found = findBy(name, [](const wchar_t* a, const wchar_t* b) { return a == b; });
         return found ? found : findByText(name);
     }
-    [[gnu::noinline]] void* findByText(const wchar_t* name)
+    QX_NOINLINE void* findByText(const wchar_t* name)
     {
         return findBy(name, [](const wchar_t* a, const wchar_t* b) { return std::wstring_view(a) == b; });
     }
