@@ -3,7 +3,9 @@
 
 #include "qxCompiler.h"
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(QXSCRIPT_STATIC)
+#define QXSCRIPT_API
+#elif defined(_WIN32)
 #if defined(QXSCRIPT_BUILD)
 #define QXSCRIPT_API __declspec(dllexport)
 #else

@@ -1,8 +1,8 @@
 // The parser and the modules that it asks.
 //
 // The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;`
-// and grouped by
-// `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of it wins.
+// and grouped by `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of
+// it wins.
 //
 //     static qx::script::statement* makeMine(const qx::string& name, const std::vector<qx::string>& types,
 //                                            const std::vector<qx::string>& params, int flags);
@@ -25,6 +25,7 @@ struct head;
 class partCutter;
 class textPiece;
 struct builtin;
+struct statementInfo;
 
 // Statement flags travel with every parse and tell what is allowed at a place of the text.
 enum statementFlags
@@ -39,13 +40,18 @@ enum statementFlags
 using statementFactory = statement* (*)(const string& name, const std::vector<string>& types,
                                         const std::vector<string>& params, int flags);
 
+// Adds an entry for each statement of a module, for listStatements (qxScriptInspect.h).
+using statementLister = void (*)(std::vector<statementInfo>& all);
+
 // A statement factory with an identity. The place of a module among the others is its address: the built-in
 // modules stand in one array, modules below it are asked before them, modules above it behind.
 class QXSCRIPT_API scriptModule
 {
 public:
-    // A null factory throws the bool value false.
-    constexpr explicit scriptModule(statementFactory maker) : mFactory(maker)
+    // A null factory throws the bool value false. Without a lister nothing is told of the module's
+    // statements.
+    constexpr explicit scriptModule(statementFactory maker, statementLister lister = nullptr)
+        : mFactory(maker), mLister(lister)
     {
         // A compiler that instruments pointers does not know a function's address while it compiles.
         if (!std::is_constant_evaluated() && !maker)
@@ -60,9 +66,11 @@ public:
     void registerModule();
 
     statementFactory factory() const noexcept { return mFactory; }
+    statementLister lister() const noexcept { return mLister; }
 
 private:
     statementFactory mFactory;
+    statementLister mLister;
 };
 
 class QXSCRIPT_API statementParser
@@ -83,6 +91,9 @@ public:
     statement* createCall(const textPiece& text, const marks::head& start, int flags) const;
     // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.
     statement* createVariable(const textPiece& name, int flags) const;
+
+    // Adds what the modules of hosts tell of their statements, in the order in which the parser asks them.
+    void listOfHosts(std::vector<statementInfo>& all) const;
 
 private:
     struct moduleSet;

@@ -20,11 +20,10 @@
 #endif
 #include <cstdint>
 
-// QX_VISIBLE    seen by other libraries, where objects of ELF hide what is not.
-// QX_NOINLINE   a function that is called, so that its callers stay short.
-// QX_INITIAL_EXEC   a variable of each thread that is found without a call. The loader has little room for
-// such
-//               in a library that a running program opens.
+//     QX_VISIBLE        seen by other libraries, where those of ELF hide what is not
+//     QX_NOINLINE       a function that is called, so that its callers stay short
+//     QX_INITIAL_EXEC   a variable of each thread that is found without a call; the loader has little room for
+//                       such in a library that a running program opens
 #if QX_GNU_COMPILER && !defined(_WIN32)
 #define QX_VISIBLE __attribute__((visibility("default")))
 #else

@@ -169,7 +169,8 @@ std::vector<statementInfo> listStatements()
     for (const builtinModule* module : builtinModules())
         for (const builtin& row : module->rows)
             all.push_back({row.name, row.parameters, module->name, row.types ? row.types : L"", row.summary,
-                           linesOf(row.failures), wordsFor(row.result)});
+                           linesOf(row.failures), wordsFor(row.result), true});
+    statementParser::instance()->listOfHosts(all);
     return all;
 }
 
