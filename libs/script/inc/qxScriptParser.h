@@ -50,8 +50,8 @@ class QXSCRIPT_API scriptModule
 public:
     // A null factory throws the bool value false. Without a lister nothing is told of the module's
     // statements.
-    constexpr explicit scriptModule(statementFactory maker, statementLister lister = nullptr)
-        : mFactory(maker), mLister(lister)
+    constexpr explicit scriptModule(statementFactory maker, statementLister teller = nullptr)
+        : mFactory(maker), mLister(teller)
     {
         // A compiler that instruments pointers does not know a function's address while it compiles.
         if (!std::is_constant_evaluated() && !maker)
