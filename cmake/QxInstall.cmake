@@ -1,5 +1,6 @@
 # What others get: both libraries and the command line, headers, find_package(qxScript) with the target qx::script,
-# pkg-config, the man page, and Debian packages of all that. Three components: runtime, dev, tools.
+# pkg-config, the man page, and, of a build of its own, Debian packages of all that. Three components: runtime, dev,
+# tools.
 include(CMakePackageConfigHelpers)
 
 if(NOT TARGET qxScript)
@@ -16,14 +17,25 @@ install(DIRECTORY libs/utils/inc/ libs/script/inc/
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qxScript COMPONENT dev)
 
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/qxScript)
-install(EXPORT qxScriptTargets NAMESPACE qx:: FILE qxScriptConfig.cmake DESTINATION ${packageDir} COMPONENT dev)
+install(EXPORT qxScriptTargets NAMESPACE qx:: DESTINATION ${packageDir} COMPONENT dev)
+configure_file(cmake/qxScriptConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/qxScriptConfig.cmake @ONLY)
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/qxScriptConfigVersion.cmake
     COMPATIBILITY SameMinorVersion)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxScriptConfigVersion.cmake DESTINATION ${packageDir} COMPONENT dev)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxScriptConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/qxScriptConfigVersion.cmake DESTINATION ${packageDir} COMPONENT dev)
 
 # Paths relative to the file itself: an installed tree may be moved.
 set(pkgConfigDir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH pkgConfigToPrefix ${CMAKE_INSTALL_PREFIX}/${pkgConfigDir} ${CMAKE_INSTALL_PREFIX})
+set(pkgConfigFlags "")
+set(pkgConfigLibraries "")
+if(QXSCRIPT_STATIC)
+    set(pkgConfigFlags " -DQXSCRIPT_STATIC")
+    set(pkgConfigLibraries " -pthread")
+    foreach(library ${CMAKE_DL_LIBS})
+        string(APPEND pkgConfigLibraries " -l${library}")
+    endforeach()
+endif()
 configure_file(cmake/qxscript.pc.in ${CMAKE_CURRENT_BINARY_DIR}/qxscript.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxscript.pc DESTINATION ${pkgConfigDir} COMPONENT dev)
 
@@ -33,6 +45,10 @@ if(TARGET qxscriptTool)
     set_target_properties(qxscriptTool PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}")
     install(TARGETS qxscriptTool RUNTIME COMPONENT tools)
     install(FILES docs/qxscript.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+endif()
+
+if(NOT PROJECT_IS_TOP_LEVEL)
+    return()
 endif()
 
 # --- Packages: `cpack` in the build folder ---

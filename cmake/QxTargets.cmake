@@ -41,7 +41,7 @@ function(qx_common target)
     endif()
 endfunction()
 
-# qx_library(NAME EXPORT_DEFINITION): a shared library of the folder's src, with its public headers in inc. src/posix
+# qx_library(NAME EXPORT_DEFINITION): a shared library, or a static one where QXSCRIPT_STATIC says so, of the folder's src, with its public headers in inc. src/posix
 # and src/win32 hold the two implementations of what is wanted from the operating system; one is built. A folder
 # without a source makes no target.
 function(qx_library name export_definition)
@@ -56,12 +56,17 @@ function(qx_library name export_definition)
         message(STATUS "${name}: no source yet, skipped")
         return()
     endif()
-    add_library(${name} SHARED ${sources})
+    if(QXSCRIPT_STATIC)
+        add_library(${name} STATIC ${sources})
+        target_compile_definitions(${name} PUBLIC QXSCRIPT_STATIC)
+    else()
+        add_library(${name} SHARED ${sources})
+    endif()
     string(REGEX REPLACE "^qx" "" short ${name})
     string(TOLOWER ${short} short)
     add_library(qx::${short} ALIAS ${name})
     qx_common(${name})
-    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     target_compile_definitions(${name} PRIVATE ${export_definition})
     target_include_directories(${name}
         PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/inc> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/qxScript>

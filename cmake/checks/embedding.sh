@@ -25,8 +25,8 @@ with_cmake() {
     expect "$work/$name/embedding"
 }
 
-# Uses an installed tree both ways, and the command line in it.
-use() {
+# Uses an installed tree both ways.
+link() {
     local tree=$1
     with_cmake package -DEMBED=package "-DCMAKE_PREFIX_PATH=$tree"
     local found
@@ -34,6 +34,12 @@ use() {
     # shellcheck disable=SC2046
     c++ "$project/main.cpp" -o "$work/plain" $(PKG_CONFIG_PATH=$found pkg-config --cflags --libs qxscript)
     expect env "LD_LIBRARY_PATH=$(dirname "$found")" "$work/plain"
+}
+
+# The same, and the command line in it.
+use() {
+    local tree=$1
+    link "$tree"
     [[ $("$tree/bin/qxscript" eval 'strlen("four")') == 4 ]]
     groff -man -Tutf8 -ww "$tree/share/man/man1/qxscript.1" >"$work/man" 2>"$work/log"
     [[ -s $work/man && ! -s $work/log ]] || { cat "$work/log" >&2; exit 1; }
@@ -46,8 +52,13 @@ tree)
     use "$work/moved"
     ;;
 sources)
-    with_cmake subdirectory -DEMBED=subdirectory "-DQXSCRIPT_SOURCE=$sources"
-    with_cmake fetch -DEMBED=fetch "-DQXSCRIPT_SOURCE=$sources"
+    with_cmake subdirectory -DEMBED=subdirectory "-DQXSCRIPT_SOURCE=$sources" -DCMAKE_BUILD_TYPE=
+    grep -q '^CMAKE_BUILD_TYPE:[A-Z]*=$' "$work/subdirectory/CMakeCache.txt" # is the project's own
+    cmake --install "$work/subdirectory" --prefix "$work/nothing" >/dev/null
+    [[ ! -e $work/nothing ]]
+    with_cmake fetch -DEMBED=fetch "-DQXSCRIPT_SOURCE=$sources" -DQXSCRIPT_STATIC=ON -DQXSCRIPT_INSTALL=ON
+    cmake --install "$work/fetch" --prefix "$work/static" >/dev/null
+    link "$work/static"
     ;;
 packages)
     (cd "$build" && cpack -G DEB -B "$work/packages" >"$work/log" 2>&1) || { cat "$work/log" >&2; exit 1; }

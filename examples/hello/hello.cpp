@@ -11,7 +11,7 @@ int main()
     std::vector<qx::genericValue> arguments{qx::genericValue(qx::string(L"you"))};
     qx::genericValue result;
     try {
-        codeManager::instance()->executeFunction(L"scripts", L"script$hello$greet", context, arguments,
+        codeManager::instance()->executeFunction(L"scripts", L"script$greetings$greet", context, arguments,
                                                  result);
     } catch (const qx::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());

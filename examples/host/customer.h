@@ -3,9 +3,6 @@
 
 #include <qxScript>
 
-#include <qxHeldTypes.h>
-#include <qxLocks.h>
-
 #include <string_view>
 
 class customer final : public qx::intrface::fieldaccess

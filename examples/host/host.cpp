@@ -61,8 +61,6 @@ void handle(const refPtr<order>& subject)
         // What went wrong, outermost first: which statement of which statement.
         for (const qx::locString& message : failure.messages())
             print(L"  " + message.text());
-    } catch (const qx::string& text) {
-        print(L"  " + text); // what a script says by throwmessage
     }
     for (const auto& [id, text] : subject->messages())
         print(L"  " + text);

@@ -19,7 +19,7 @@ void print(const qx::genericValue& value)
 
 void greetAll()
 {
-    const qx::script::resolvedCall greet(L"scripts", L"script$hello$greet");
+    const qx::script::resolvedCall greet(L"scripts", L"script$greetings$greet");
     for (const wchar_t* name : {L"Ada", L"Grace"}) {
         scriptcontext own;
         std::vector<qx::genericValue> guest{qx::genericValue(qx::string(name))};
@@ -42,6 +42,18 @@ void add()
     }
 }
 
+// What a script says by throwmessage comes out of its tree as a text of its own.
+void refuse()
+{
+    const qx::autoPtr<statement> refusal(statement::createFrom(L"throwmessage(\"not today\")", 0));
+    try {
+        scriptcontext context;
+        refusal->exec(context);
+    } catch (const qx::string& text) {
+        std::puts(text.utf8().c_str()); // not today
+    }
+}
+
 } // namespace
 
 int main()
@@ -49,6 +61,7 @@ int main()
     try {
         greetAll();
         add();
+        refuse();
     } catch (const qx::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

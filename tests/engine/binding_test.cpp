@@ -155,7 +155,7 @@ TEST(binding, statements_have_these_names_in_messages)
     qx::string(table).splitAt(L" ", rows, false);
     texts found;
     const assertRecorder recorder;
-    for (const qx::script::statementInfo& told : qx::script::listStatements()) {
+    for (const qx::script::statementInfo& told : builtInStatements()) {
         const std::vector<std::string> declared = wordsOf(told.parameters.utf8());
         const auto required = std::count_if(declared.begin(), declared.end(), [](const std::string& word) {
             return word.find('[') == word.npos && word != "()";

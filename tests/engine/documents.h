@@ -1,5 +1,7 @@
-// The texts of this tree that tests read: sources, documents, examples.
+// The texts of this tree that tests read: sources, documents, examples, and what the library tells of itself.
 #pragma once
+
+#include <qxScriptInspect.h>
 
 #include <filesystem>
 #include <fstream>
@@ -31,6 +33,14 @@ inline std::vector<std::string> linesOf(const std::string& text)
     for (std::string line; std::getline(stream, line);)
         lines.push_back(line);
     return lines;
+}
+
+// Without those that other tests have made.
+inline std::vector<qx::script::statementInfo> builtInStatements()
+{
+    std::vector<qx::script::statementInfo> all = qx::script::listStatements();
+    std::erase_if(all, [](const qx::script::statementInfo& one) { return !one.isBuiltIn; });
+    return all;
 }
 
 // What stands between the commas of a list.

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 
 using qx::genericValue;
@@ -31,7 +32,10 @@ public:
                                                      {L"sizes", &part::mSizes},
                                                      {L"neighbour", &part::mNeighbour},
                                                      {L"made", &part::mMade},
-                                                     {L"capped", &part::capped, &part::setCap}};
+                                                     {L"capped", &part::capped, &part::setCap},
+                                                     {L"any", &part::mAny},
+                                                     {L"serial", &part::mSerial},
+                                                     {L"counts", &part::mCounts}};
         return table;
     }
 
@@ -58,6 +62,22 @@ private:
     std::vector<double> mSizes = {1.5, 2};
     qx::date mMade{2024, 3, 9};
     short mCap = 1;
+    genericValue mAny;
+    qx::uint64 mSerial = 1;
+    std::map<int, genericValue> mCounts;
+};
+
+// So many fields that they are searched by name.
+struct wide
+{
+    int value = 0;
+    static constexpr const wchar_t* names[] = {L"m", L"c", L"x", L"b", L"z", L"a", L"k",
+                                               L"e", L"y", L"d", L"n", L"f", L"g", L"a"};
+    template <std::size_t... Place>
+    static host::fieldTable<wide> tableOf(std::index_sequence<Place...>)
+    {
+        return {{names[Place], &wide::value}...};
+    }
 };
 
 // The value of the clone of a text, or the innermost reason why it has none.
@@ -139,6 +159,37 @@ TEST(hostObject, readsAndWritesFieldsInAnyType)
     EXPECT_FALSE(object->getValue(L"absent", any));
 }
 
+TEST(hostObject, writesWhateverTypeAMemberHas)
+{
+    int ended = 0;
+    const refPtr<part> object(new part(&ended));
+    const host::fieldTable<part>& fields = part::fields();
+    EXPECT_TRUE(object->setValue(L"any", 2.5));
+    EXPECT_EQ(valueText(fields.find(L"any")->get(*object)), "double 2.5");
+    EXPECT_TRUE(object->setValue(L"any", string(L"text")));
+    EXPECT_EQ(valueText(fields.find(L"any")->get(*object)), "string \"text\"");
+    EXPECT_TRUE(object->setValue(L"serial", string(L"18446744073709551615")));
+    EXPECT_FALSE(object->setValue(L"serial", string(L"-1")));
+    string serial;
+    EXPECT_TRUE(object->getValue(L"serial", &serial));
+    EXPECT_EQ(serial, L"18446744073709551615");
+    EXPECT_TRUE(fields.find(L"counts")->set(*object,
+                                            genericValue(std::map<int, genericValue>{{7, genericValue(1)}})));
+    EXPECT_EQ(valueText(fields.find(L"counts")->get(*object)), "map {7: int 1}");
+    EXPECT_FALSE(object->setValue(L"counts", true));
+    EXPECT_FALSE(object->isConstant(L"any"));
+}
+
+TEST(hostObject, tableOfFieldsKeepsItsOrder)
+{
+    const host::fieldTable<wide> table = wide::tableOf(std::make_index_sequence<std::size(wide::names)>());
+    for (std::size_t place = 0; place < table.size(); ++place) {
+        EXPECT_EQ(table[place].name(), wide::names[place]);
+        EXPECT_EQ(table.indexOf(wide::names[place]), place == 13 ? 5 : place) << "the first of two";
+    }
+    EXPECT_EQ(table.find(L"h"), nullptr);
+}
+
 TEST(hostObject, keepsStatesForEachField)
 {
     int ended = 0;
@@ -201,6 +252,10 @@ TEST(statementOfAFunction, takesAndGivesWhatTheFunctionDoes)
         throw qx::unexpectedErrorException(L"own %s", how);
     });
     host::addStatement(L"hostpart", {L"object"}, [](const refPtr<part>& object) { return !object; });
+    host::addStatement(L"hostorder", {L"a", L"b", L"c"},
+                       [](string a, const string& b, string&& c) noexcept { return string(a + b + c); });
+    host::addStatement(L"hostcaptured", {L"serial"},
+                       [added = std::make_unique<int>(5)](qx::uint64 serial) { return serial + *added; });
     const struct
     {
         const wchar_t* text;
@@ -218,6 +273,8 @@ TEST(statementOfAFunction, takesAndGivesWhatTheFunctionDoes)
         {L"hostthrow(\"way\")", "own way"},
         {L"hostpart(nullref())", "bool true"},
         {L"hostpart(\"text\")", "parameter object does not read"},
+        {L"hostorder(\"1\", \"2\", \"3\")", "string \"123\""},
+        {L"hostcaptured(\"4294967296\")", "uint64 4294967301"},
     };
     for (const auto& tried : cases) {
         const std::string given = outcome(tried.text);
@@ -228,13 +285,48 @@ TEST(statementOfAFunction, takesAndGivesWhatTheFunctionDoes)
     EXPECT_EQ(failureOf([] { parsed(L"hostadd()"); }).back(), L"hostAdd: Number of parameters < 1");
 }
 
-TEST(statementOfAFunction, hasANameOfItsOwn)
+TEST(statementOfAFunction, hasANameOfItsOwnThatScriptsCanCall)
 {
     host::addStatement(L"hostonce", {}, [] { return true; });
-    EXPECT_EQ(failureOf([] { host::addStatement(L"Host Once", {}, [] {}); }).back(),
-              L"addStatement: Host Once exists already");
-    EXPECT_EQ(failureOf([] { host::addStatement(L"StrLen", {}, [] {}); }).back(),
-              L"addStatement: StrLen exists already");
-    EXPECT_EQ(failureOf([] { host::addStatement(L"hostcount", {L"a"}, [] {}); }).back(),
-              L"addStatement: hostcount has another number of parameters");
+    for (const wchar_t* name :
+         {L"<=>=<", L"Host Once", L"StrLen", L"host(once", L"host)once", L"host;once", L"{hostonce",
+          L"hostonce}", L"host,once", L"host\"once", L"host<int>", L"host//once", L"", L" \r\n"}) {
+        const string reason = failureOf([&] { host::addStatement(name, {}, [] {}); }).back();
+        const bool exists = string(name).lower().deleteAll(L" ") == L"hostonce" || name == string(L"StrLen");
+        EXPECT_EQ(reason, exists ? L"addStatement: " + string(name) + L" exists already"
+                                 : L"addStatement: no script can call " + string(name));
+    }
+    for (const wchar_t* name : {L"->", L"=>", L"host\nline", L"h\u00f6chst"}) {
+        host::addStatement(name, {}, [] { return 1; });
+        EXPECT_EQ(outcome((string(name) + L"()").c_str()), "int 1") << string(name).utf8();
+    }
+    const auto refused = [](std::initializer_list<const wchar_t*> names) {
+        return failureOf([&] { host::addStatement(L"hostcount", names, [](int, int) {}); }).back();
+    };
+    EXPECT_EQ(refused({L"a"}), L"addStatement: hostcount has another number of parameters");
+    EXPECT_EQ(refused({L"a", nullptr}), L"addStatement: hostcount has a parameter without a name");
+    EXPECT_EQ(refused({L"a", L"a"}), L"addStatement: hostcount has two parameters a");
+}
+
+TEST(statementOfAFunction, isListedBehindTheBuiltInOnes)
+{
+    namespace script = qx::script;
+    host::addStatement(
+        L"HostListed", {L"a", L"b"}, [](int, std::optional<int>) {}, L"Does nothing.");
+    static script::scriptModule own(
+        [](const string&, const std::vector<string>&, const std::vector<string>&, int) {
+            return static_cast<script::statement*>(nullptr);
+        },
+        [](std::vector<script::statementInfo>& all) { all.emplace_back().name = L"ownstatement"; });
+    own.registerModule();
+    string told;
+    bool isBehind = false;
+    for (const script::statementInfo& one : script::listStatements()) {
+        EXPECT_FALSE(isBehind && one.isBuiltIn);
+        isBehind = !one.isBuiltIn;
+        if (one.name == L"hostlisted" || one.name == L"ownstatement")
+            told += string::sformat(L"%s %s%s %s\n", one.module, one.name, one.parameters, one.summary);
+    }
+    EXPECT_NE(told.find(L"host hostlisted(a, [b]) Does nothing.\n"), told.npos);
+    EXPECT_NE(told.find(L" ownstatement \n"), told.npos);
 }

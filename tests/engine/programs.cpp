@@ -190,7 +190,7 @@ const std::vector<string>& listedShapes()
 {
     static const std::vector<string> shapes = [] {
         std::vector<string> all;
-        for (const qx::script::statementInfo& built : qx::script::listStatements()) {
+        for (const qx::script::statementInfo& built : builtInStatements()) {
             if (leftOut.contains(built.name) || isSecondName(built.name))
                 continue;
             for (const string& parameters : parameterLists(built))

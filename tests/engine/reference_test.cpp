@@ -29,7 +29,7 @@ const std::set<std::string> failuresWithoutRow = {
 std::set<std::string> documentedFailures()
 {
     std::set<std::string> texts = failuresWithoutRow;
-    for (const statementInfo& statement : script::listStatements())
+    for (const statementInfo& statement : builtInStatements())
         for (const qx::string& text : statement.failures)
             texts.insert(text.utf8());
     return texts;
@@ -37,7 +37,7 @@ std::set<std::string> documentedFailures()
 
 TEST(reference, rowsAreComplete)
 {
-    for (const statementInfo& statement : script::listStatements()) {
+    for (const statementInfo& statement : builtInStatements()) {
         SCOPED_TRACE(statement.name.utf8());
         EXPECT_TRUE(statement.summary.ends_with(L"."));
         EXPECT_EQ(statement.parameters.starts_with(L"<"), !statement.types.empty());
@@ -100,6 +100,8 @@ TEST(reference, everyFailureOfAModuleIsInARow)
         if (source.find("execError(this") == std::string::npos &&
             source.find("refuse(L") == std::string::npos)
             continue; // the engine, whose failures belong to no statement
+        if (entry.path().filename() == "qxScriptHost.cpp")
+            continue; // statements of hosts have no rows
         for (const std::string& text : sentencesIn(codeOf(source))) {
             EXPECT_TRUE(documented.contains(text)) << entry.path().filename() << ": " << text;
             ++seen;
@@ -211,7 +213,7 @@ TEST(reference, statementsTakeTheTypesThatTheyTell)
     const std::vector<std::string> all = {"void", "bool",  "short",  "int",       "long",      "ushort",
                                           "uint", "ulong", "float",  "double",    "string",    "date",
                                           "time", "array", "binary", "timestamp", "unknownptr"};
-    for (const statementInfo& statement : script::listStatements()) {
+    for (const statementInfo& statement : builtInStatements()) {
         if (statement.types.empty() || statement.name.starts_with(L"<")) // `<` cannot be called with a type
             continue;
         const bool isAny = statement.types == L"any";
@@ -260,7 +262,7 @@ std::string generatedReference()
 {
     std::string text;
     qx::string module;
-    const std::vector<statementInfo> all = script::listStatements();
+    const std::vector<statementInfo> all = builtInStatements();
     for (auto at = all.begin(); at != all.end();) {
         if (at->module != module) {
             module = at->module;

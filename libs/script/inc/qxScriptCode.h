@@ -3,8 +3,8 @@
 //     qx::script::scriptcontext context;
 //     std::vector<qx::genericValue> arguments{qx::genericValue(qx::string(L"4"))};
 //     qx::genericValue result;
-//     qx::script::codeManager::instance()->executeFunction(L"scripts", L"script$tools$pick", context,
-//     arguments, result);
+//     auto* const code = qx::script::codeManager::instance();
+//     code->executeFunction(L"scripts", L"script$tools$pick", context, arguments, result);
 //
 // A code call is `type$file$function`; an empty type means a script file. Loaded functions are cached by file
 // and function name and reloaded when their file's time is newer.

@@ -9,8 +9,7 @@
 //         parameterNotFoundException, globalVarNotFoundException, variableNotFoundException,
 //         inParameterNotFoundException, prepareParameterException
 //         scriptExecException                 a statement failed at run time
-//       exceptionDetail                       carries a detail text to the statement's own failure; stays
-//       inside
+//       exceptionDetail                       carries a detail text to the statement's failure; stays inside
 //
 // Parsing wraps what it catches once for each level of the text, running once for each enclosing statement.
 // Beside these a plain qx::string travels, thrown by the script itself; it is never wrapped by a statement.

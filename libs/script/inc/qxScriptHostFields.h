@@ -14,13 +14,15 @@
 //         }
 //         ...
 //
-// A field has a held type of genericValue, or is a refPtr to an object or a vector of such, which scripts
-// read as a reference or an array and do not write. Whatever type a script states, the value is converted to
-// and from the field's own as everywhere in the language.
+// A field has a held type of genericValue, or is a genericValue, which takes the type that is written, or is
+// a refPtr to an object or a vector of such, which scripts read as a reference or an array and do not write.
+// Anything else does not compile. Whatever type a script states, the value is converted to and from the
+// field's own as everywhere in the language.
 #pragma once
 
 #include "qxScriptHostObject.h"
 
+#include "qxCompiler.h"
 #include "qxHeldTypes.h"
 
 #include <algorithm>
@@ -30,6 +32,14 @@
 
 namespace qx::host
 {
+
+// What a field may be.
+template <class T>
+inline constexpr bool fieldType = holdable<T> || std::is_same_v<T, genericValue>;
+template <class T>
+inline constexpr bool fieldType<refPtr<T>> = true;
+template <class T>
+inline constexpr bool fieldType<std::vector<T>> = fieldType<T>;
 
 // One field of a class: a name, and how it is read and written.
 template <class Owner>
@@ -85,8 +95,14 @@ private:
     };
 
     template <class T>
+    static constexpr bool written = holdable<T> || std::is_same_v<T, genericValue>;
+
+    template <class T>
     class typedAccess : public access
     {
+        static_assert(fieldType<T>,
+                      "a field has a held type, or is a genericValue, a refPtr or a vector of such");
+
     public:
         const std::type_info& type() const override { return typeid(T); }
         bool isWritable() const override { return false; }
@@ -98,13 +114,13 @@ private:
     {
     public:
         explicit memberAccess(T Owner::*member) : mMember(member) {}
-        bool isWritable() const override { return readable<T>; }
+        bool isWritable() const override { return written<T>; }
         genericValue read(const Owner& owner) const override { return valueOf(owner.*mMember); }
         void copy(const Owner& owner, void* out) const override { *static_cast<T*>(out) = owner.*mMember; }
         bool write(Owner& owner, const genericValue& value) const override
         {
-            if constexpr (readable<T>)
-                return value.getValue(owner.*mMember);
+            if constexpr (written<T>)
+                return readValue(value, owner.*mMember);
             else
                 return false;
         }
@@ -131,7 +147,7 @@ private:
     template <class T, class Got, class Set, class Done>
     class propertyAccess final : public computedAccess<T, Got>
     {
-        static_assert(readable<std::remove_cvref_t<Set>>, "scripts write held types");
+        static_assert(written<std::remove_cvref_t<Set>>, "a setter takes a held type or a genericValue");
 
     public:
         propertyAccess(Got (Owner::*getter)() const, Done (Owner::*setter)(Set))
@@ -141,7 +157,7 @@ private:
         bool write(Owner& owner, const genericValue& value) const override
         {
             std::remove_cvref_t<Set> converted{};
-            if (!value.getValue(converted))
+            if (!readValue(value, converted))
                 return false;
             if constexpr (std::is_void_v<Done>) {
                 (owner.*mSetter)(converted);
@@ -160,15 +176,19 @@ private:
     sharedPtr<const access> mAccess;
 };
 
-// The fields of a class, to be made once. Names and labels are literals; names are compared exactly.
+// The fields of a class, to be made once, in the order in which they are given. Names and labels are
+// literals; names are compared exactly, and of two that are the same the first counts.
 template <class Owner>
 class fieldTable
 {
 public:
     fieldTable(std::initializer_list<field<Owner>> fields) : mFields(fields)
     {
-        std::sort(mFields.begin(), mFields.end(),
-                  [](const field<Owner>& a, const field<Owner>& b) { return a.name() < b.name(); });
+        for (std::size_t place = 0; place < mFields.size(); ++place)
+            mByName.push_back(place);
+        std::stable_sort(mByName.begin(), mByName.end(), [this](std::size_t a, std::size_t b) {
+            return mFields[a].name() < mFields[b].name();
+        });
     }
 
     std::size_t size() const { return mFields.size(); }
@@ -201,15 +221,16 @@ private:
     {
         return *known == *name && std::wcscmp(known, name) == 0;
     }
-    [[gnu::noinline]] const field<Owner>* findInOrder(std::wstring_view name) const
+    QX_NOINLINE const field<Owner>* findInOrder(std::wstring_view name) const
     {
         const auto at = std::lower_bound(
-            mFields.begin(), mFields.end(), name,
-            [](const field<Owner>& f, std::wstring_view wanted) { return f.name() < wanted; });
-        return at != mFields.end() && at->name() == name ? &*at : nullptr;
+            mByName.begin(), mByName.end(), name,
+            [this](std::size_t place, std::wstring_view wanted) { return mFields[place].name() < wanted; });
+        return at != mByName.end() && mFields[*at].name() == name ? &mFields[*at] : nullptr;
     }
 
-    std::vector<field<Owner>> mFields; // by name
+    std::vector<field<Owner>> mFields;
+    std::vector<std::size_t> mByName; // the places in order of the names
 };
 
 // fieldaccess as such, unless the object offers an interface that extends it.

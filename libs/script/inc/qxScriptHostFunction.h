@@ -7,7 +7,7 @@
 // Scripts then say `vat("100")` or `vat(net, "0.07")`. Parameters and result are held types of genericValue,
 // genericValue itself, refPtr to an object of the host, or vectors of such. A std::optional need not be
 // given. A function that wants the run's context takes a codecontext& first, which is no parameter of the
-// statement.
+// statement. As many functions as a host likes compile quickly: lambdas of one signature share their code.
 #pragma once
 
 #include "qxScriptContext.h"
@@ -16,11 +16,15 @@
 
 #include "qxHeldTypes.h"
 
-#include <exception>
 #include <initializer_list>
 #include <memory>
 #include <optional>
-#include <tuple>
+#include <span>
+
+namespace qx::script
+{
+struct statementInfo; // qxScriptInspect.h
+}
 
 namespace qx::host
 {
@@ -33,10 +37,14 @@ public:
     // As a script::statementFactory, for calls of its name.
     virtual script::statement* make(const std::vector<string>& types, const std::vector<string>& params,
                                     int flags) const = 0;
+    // For script::listStatements: adds to the entry of its name, which is all that is told without this.
+    virtual void describe(script::statementInfo&) const {}
 };
 
 // Enters a name, which scripts may write in any case and with blanks. Throws unexpectedErrorException for a
-// name that exists. Must not run while another thread parses or registers.
+// name that exists, and for one that no script can reach: that is empty, or holds what scripts are cut at,
+// which is any of `( ) { } , ; "`, both `<` and `>`, or `//`. Must not run while another thread parses or
+// registers.
 QXSCRIPT_API void addStatement(const string& name, std::unique_ptr<const statementMaker> maker);
 
 namespace detail
@@ -58,155 +66,171 @@ struct argument<std::optional<T>>
     }
 };
 
-// What a statement knows of its function.
-template <class Function>
-struct boundFunction
-{
-    string name;
-    std::vector<const wchar_t*> parameters; // literals
-    Function function;
-};
+class functionStatement;
 
-template <class Function, class Result, bool WithContext, class... Args>
-class functionStatement final : public script::singlefunction
+// A call of a function, for the length of its run.
+class functionCall
 {
 public:
-    using bound = boundFunction<Function>;
-
-    functionStatement(const sharedPtr<const bound>& function, const std::vector<string>& params, int flags)
-        : mFunction(function)
-    {
-        const bool required[] = {argument<std::remove_cvref_t<Args>>::isRequired..., true};
-        std::vector<script::declaredParameter> declared;
-        for (std::size_t i = 0; i < sizeof...(Args); ++i)
-            declared.push_back({mFunction->parameters[i], required[i]});
-        parse(mFunction->name.c_str(), params, flags, declared);
-    }
-
-    script::statement* clone() const override { return new functionStatement(*this); }
-    void destroy() override { delete this; }
-    void execute(script::codecontext& context, genericValue& result) const override
-    {
-        try {
-            run(context, result, std::index_sequence_for<Args...>());
-        } catch (const exception&) {
-            throw;
-        } catch (const std::exception& thrown) {
-            execError(this, L"%s", string::fromUtf8(thrown.what()));
-        }
-    }
-
-private:
-    template <std::size_t... Place>
-    void run(script::codecontext& context, genericValue& result, std::index_sequence<Place...>) const
-    {
-        // In braces the arguments are evaluated in order.
-        std::tuple<std::remove_cvref_t<Args>...> values{
-            read<std::remove_cvref_t<Args>>(mFunction->parameters[Place], context)...};
-        const auto call = [&]() -> Result {
-            if constexpr (WithContext)
-                return mFunction->function(context, std::get<Place>(values)...);
-            else
-                return mFunction->function(std::get<Place>(values)...);
-        };
-        if constexpr (std::is_void_v<Result>)
-            call();
-        else
-            result = valueOf(call());
-    }
-
+    // The argument of the parameter at `place`, evaluated anew, in the type of the function. Throws where it
+    // is missing and required, or does not read.
     template <class T>
-    T read(const wchar_t* name, script::codecontext& context) const
+    T read(std::size_t place) const
     {
         T out{};
         genericValue value;
-        if (!getParamValue(name, context, value)) {
-            if (argument<T>::isRequired)
-                execError(this, L"parameter %s is missing", name);
-        } else if (!argument<T>::read(value, out)) {
-            execError(this, L"parameter %s does not read", name);
-        }
+        if (evaluate(place, value) && !argument<T>::read(value, out))
+            refuse(place);
         return out;
     }
 
-    sharedPtr<const bound> mFunction;
+    script::codecontext& context() const { return mContext; }
+
+private:
+    friend class functionStatement;
+
+    functionCall(const functionStatement& caller, script::codecontext& context)
+        : mStatement(caller), mContext(context)
+    {}
+    // False for a parameter that is not required and not given.
+    QXSCRIPT_API bool evaluate(std::size_t place, genericValue& value) const;
+    [[noreturn]] QXSCRIPT_API void refuse(std::size_t place) const;
+
+    const functionStatement& mStatement;
+    script::codecontext& mContext;
 };
 
-template <class Function, class Result, bool WithContext, class... Args>
-class functionMaker final : public statementMaker
+// Functions of one signature run by one piece of code, and statements of all of them are one class: what is
+// made for each function is its thunk.
+using anyThunk = void (*)();
+
+// A function, without its type.
+struct boundFunction
+{
+    using endOfTarget = void (*)(const void*);
+    using runOfCall = void (*)(const functionCall& call, const void* target, anyThunk thunk,
+                               genericValue& result);
+
+    std::unique_ptr<const void, endOfTarget> target; // the function object
+    anyThunk thunk;                                  // calls it, as `run` knows
+    runOfCall run;
+};
+
+// `required` tells of each of the function's parameters whether it has to be given.
+QXSCRIPT_API void addFunction(const string& name, std::initializer_list<const wchar_t*> parameters,
+                              const wchar_t* summary, std::span<const bool> required,
+                              boundFunction&& function);
+
+template <class Result, class... Args>
+class signature
 {
 public:
-    using bound = boundFunction<Function>;
-
-    explicit functionMaker(bound function) : mFunction(new bound(std::move(function))) {}
-    script::statement* make(const std::vector<string>&, const std::vector<string>& params,
-                            int flags) const override
+    template <bool WithContext, class Function>
+    static void add(const string& name, std::initializer_list<const wchar_t*> parameters,
+                    const wchar_t* summary, Function&& function)
     {
-        return new functionStatement<Function, Result, WithContext, Args...>(mFunction, params, flags);
+        using object = std::remove_cvref_t<Function>;
+        constexpr thunk call = thunkOf<object, WithContext>;
+        boundFunction bound{{new object(std::forward<Function>(function)), endOf<object>},
+                            reinterpret_cast<anyThunk>(call),
+                            run};
+        addFunction(name, parameters, summary, std::span(required, sizeof...(Args)), std::move(bound));
     }
 
 private:
-    sharedPtr<const bound> mFunction;
-};
+    using thunk = Result (*)(const void* target, script::codecontext& context, Args... arguments);
 
-template <bool WithContext, class Function, class Result, class... Args>
-void addFunction(const string& name, std::initializer_list<const wchar_t*> parameters, Function function)
-{
-    using maker = functionMaker<Function, Result, WithContext, Args...>;
-    if (parameters.size() != sizeof...(Args))
-        throw unexpectedErrorException(L"addStatement: %s has another number of parameters", name);
-    addStatement(name,
-                 std::make_unique<maker>(boundFunction<Function>{name, parameters, std::move(function)}));
-}
-
-// Takes a signature apart.
-template <class Signature>
-struct signature;
-template <class Result, class... Args>
-struct signature<Result (*)(Args...)>
-{
-    template <class Function>
-    static void add(const string& name, std::initializer_list<const wchar_t*> parameters, Function function)
+    template <class Function, bool WithContext>
+    static Result thunkOf(const void* target, script::codecontext& context, Args... arguments)
     {
-        addFunction<false, Function, Result, Args...>(name, parameters, std::move(function));
+        const Function& function = *static_cast<const Function*>(target);
+        if constexpr (WithContext)
+            return function(context, static_cast<Args&&>(arguments)...);
+        else
+            return function(static_cast<Args&&>(arguments)...);
     }
-};
-template <class Result, class... Args>
-struct signature<Result (*)(script::codecontext&, Args...)>
-{
     template <class Function>
-    static void add(const string& name, std::initializer_list<const wchar_t*> parameters, Function function)
+    static void endOf(const void* target)
     {
-        addFunction<true, Function, Result, Args...>(name, parameters, std::move(function));
+        delete static_cast<const Function*>(target);
     }
-};
-template <class Class, class Result, class... Args>
-struct signature<Result (Class::*)(Args...) const> : signature<Result (*)(Args...)>
-{};
 
+    static void run(const functionCall& call, const void* target, anyThunk erased, genericValue& result)
+    {
+        runWith(call, target, reinterpret_cast<thunk>(erased), result, std::index_sequence_for<Args...>());
+    }
+    template <std::size_t... Place>
+    static void runWith(const functionCall& call, const void* target, thunk function, genericValue& result,
+                        std::index_sequence<Place...>)
+    {
+        // In braces the arguments are evaluated in order.
+        inOrder{call, target, function, result, call.read<std::remove_cvref_t<Args>>(Place)...};
+    }
+    struct inOrder
+    {
+        inOrder(const functionCall& call, const void* target, thunk function,
+                [[maybe_unused]] genericValue& result, std::remove_cvref_t<Args>&&... arguments)
+        {
+            if constexpr (std::is_void_v<Result>)
+                function(target, call.context(), static_cast<Args&&>(arguments)...);
+            else
+                result = valueOf(function(target, call.context(), static_cast<Args&&>(arguments)...));
+        }
+    };
+
+    static constexpr bool required[] = {argument<std::remove_cvref_t<Args>>::isRequired..., true};
+};
+
+// Takes the type of a function apart. `context` tells whether it takes one; `plain` is the pointer that a
+// function object without state becomes.
 template <class Function>
-struct callOperator
+struct taken : taken<decltype(&Function::operator())>
+{};
+template <class Result, class... Args>
+struct taken<Result (*)(Args...)>
 {
-    using type = decltype(&Function::operator());
+    using plain = Result (*)(Args...);
+    using shape = signature<Result, Args...>;
+    static constexpr bool context = false;
 };
 template <class Result, class... Args>
-struct callOperator<Result (*)(Args...)>
+struct taken<Result (*)(script::codecontext&, Args...)>
 {
-    using type = Result (*)(Args...);
+    using plain = Result (*)(script::codecontext&, Args...);
+    using shape = signature<Result, Args...>;
+    static constexpr bool context = true;
 };
+template <class Result, class... Args>
+struct taken<Result (*)(Args...) noexcept> : taken<Result (*)(Args...)>
+{};
+template <class Class, class Result, class... Args>
+struct taken<Result (Class::*)(Args...) const> : taken<Result (*)(Args...)>
+{};
+template <class Class, class Result, class... Args>
+struct taken<Result (Class::*)(Args...) const noexcept> : taken<Result (*)(Args...)>
+{};
 
 } // namespace detail
 
 // Makes a statement of a function, or of a function object whose call operator is const and no template; it
-// is called from whatever threads run scripts. `parameters` names them, for messages alone: literals, as many
-// as the function has. Failures are those of the other addStatement, and unexpectedErrorException for another
-// number of names. Whatever the function throws ends the statement; the text of a std::exception is the
-// failure's.
+// is called from whatever threads run scripts. `parameters` names them, for messages and lists: literals, as
+// many as the function has, no two the same. `summary` is a literal too, a sentence for
+// script::listStatements.
+//
+// Failures are those of the other addStatement, and unexpectedErrorException for another number of names, one
+// that is null, and one that occurs twice. Whatever the function throws ends the statement; the text of a
+// std::exception is the failure's.
 template <class Function>
-void addStatement(const string& name, std::initializer_list<const wchar_t*> parameters, Function function)
+void addStatement(const string& name, std::initializer_list<const wchar_t*> parameters, Function function,
+                  const wchar_t* summary = L"")
 {
-    detail::signature<typename detail::callOperator<Function>::type>::add(name, parameters,
-                                                                          std::move(function));
+    using taken = detail::taken<Function>;
+    using plain = typename taken::plain;
+    // A lambda that captures nothing has a type of its own and would want a thunk of its own.
+    if constexpr (std::is_empty_v<Function> && std::is_convertible_v<Function, plain>)
+        taken::shape::template add<taken::context>(name, parameters, summary, static_cast<plain>(function));
+    else
+        taken::shape::template add<taken::context>(name, parameters, summary, std::move(function));
 }
 
 } // namespace qx::host

@@ -17,6 +17,8 @@
 
 #include "qxScriptReference.h"
 
+#include "qxCompiler.h"
+#include "qxHolder.h"
 #include "qxLocks.h"
 #include "qxRefPtr.h"
 
@@ -78,7 +80,7 @@ private:
         void* const found = findBy(name, [](const wchar_t* a, const wchar_t* b) { return a == b; });
         return found ? found : findByText(name);
     }
-    [[gnu::noinline]] void* findByText(const wchar_t* name)
+    QX_NOINLINE void* findByText(const wchar_t* name)
     {
         return findBy(name, [](const wchar_t* a, const wchar_t* b) { return std::wstring_view(a) == b; });
     }
@@ -184,6 +186,17 @@ bool readValue(const genericValue& value, T& out)
 inline bool readValue(const genericValue& value, genericValue& out)
 {
     out = value;
+    return true;
+}
+// Types that values hold and getValue does not read: uint64, maps, handles, references to variables.
+template <holdable T>
+requires(!readable<T>) bool readValue(const genericValue& value, T& out)
+{
+    const sharedPtr<genericValue::holderbase> source = value.holderCopy();
+    const sharedPtr<genericValue::holderbase> target = genericValue(T()).holderCopy();
+    if (!source || !target || !source->copyTo(*target))
+        return false;
+    out = dynamic_cast<genericValue::holder<T>&>(*target).constValue();
     return true;
 }
 template <class T>

@@ -97,19 +97,21 @@ QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileNam
 // be written; throws readFileException when `from` cannot be read.
 QXSCRIPT_API bool scrambleFile(const file& from, const file& to);
 
-// One built-in statement.
+// One statement.
 struct statementInfo
 {
     string name;
-    string parameters; // a summary: `<type>(name, [value])`
-    string module;
+    string parameters;            // a summary: `<type>(name, [value])`
+    string module;                // `host` for what qx::host::addStatement has made
     string types;                 // the data types that it takes: `short, int`; empty for none
     string summary;               // a sentence: what it does, and its value
     std::vector<string> failures; // the texts of its own failures; %s stands for what was found
     string result;                // what it does to a value that it is written into: `keeps the type`
+    bool isBuiltIn = false;
 };
 
-// All built-in statements, module by module.
+// All built-in statements, module by module; behind them what hosts have made by qx::host::addStatement, by
+// name, and what modules with a lister tell of theirs, in the order in which the parser asks these.
 QXSCRIPT_API std::vector<statementInfo> listStatements();
 
 } // namespace qx::script

@@ -8,12 +8,16 @@
 //     class part final : public qx::intrface::fieldaccess, public qx::intrface::triggerEvents
 //
 // For all operations: names are those of the script, never null and borrowed for the length of the call. The
-// engine takes no lock around a call and may call from any thread that runs a script. An exception ends the
-// statement like any other failure. The order of the operations is the order of their slots.
+// engine takes no lock around a call, but for addRef, and may call from any thread that runs a script. An
+// exception ends the statement like any other failure. The order of the operations is the order of their
+// slots.
 #pragma once
 
+#include "qxCondition.h"
 #include "qxGenericValue.h"
+#include "qxLocString.h"
 #include "qxScriptExport.h"
+#include "qxTimestamp.h"
 
 namespace qx::intrface
 {
@@ -23,7 +27,8 @@ namespace qx::intrface
 class unknown
 {
 public:
-    // Add and drop one reference. Both give the new count.
+    // Add and drop one reference. Both give the new count. Copies of values count under a lock of the value,
+    // so addRef counts and does nothing else; release may run whatever the end of the object does.
     virtual uint addRef() = 0;
     virtual uint release() = 0;
     // Sets `*out` to null; if the object offers the interface, sets it to that interface's pointer, with one

@@ -1,8 +1,8 @@
 // The parser and the modules that it asks.
 //
 // The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;`
-// and grouped by
-// `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of it wins.
+// and grouped by `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of
+// it wins.
 //
 //     static qx::script::statement* makeMine(const qx::string& name, const std::vector<qx::string>& types,
 //                                            const std::vector<qx::string>& params, int flags);
@@ -18,6 +18,8 @@
 namespace qx::script
 {
 
+struct statementInfo;
+
 // Statement flags travel with every parse and tell what is allowed at a place of the text.
 enum statementFlags
 {
@@ -31,13 +33,18 @@ enum statementFlags
 using statementFactory = statement* (*)(const string& name, const std::vector<string>& types,
                                         const std::vector<string>& params, int flags);
 
+// Adds an entry for each statement of a module, for listStatements (qxScriptInspect.h).
+using statementLister = void (*)(std::vector<statementInfo>& all);
+
 // A statement factory with an identity. The place of a module among the others is its address: the built-in
 // modules stand in one array, modules below it are asked before them, modules above it behind.
 class QXSCRIPT_API scriptModule
 {
 public:
-    // A null factory throws the bool value false.
-    constexpr explicit scriptModule(statementFactory maker) : mFactory(maker)
+    // A null factory throws the bool value false. Without a lister nothing is told of the module's
+    // statements.
+    constexpr explicit scriptModule(statementFactory maker, statementLister teller = nullptr)
+        : mFactory(maker), mLister(teller)
     {
         // A compiler that instruments pointers does not know a function's address while it compiles.
         if (!std::is_constant_evaluated() && !maker)
@@ -52,9 +59,11 @@ public:
     void registerModule();
 
     statementFactory factory() const noexcept { return mFactory; }
+    statementLister lister() const noexcept { return mLister; }
 
 private:
     statementFactory mFactory;
+    statementLister mLister;
 };
 
 class QXSCRIPT_API statementParser

@@ -3,9 +3,11 @@
 // A tree of statements is immutable once it is parsed: all state of a run lies in the context and in the
 // result. One tree may run many times, recursively, and on several threads, each with a context of its own.
 //
-//     qx::script::statement* block = qx::script::statement::createFrom(L"{ createvar(a, \"1\"); return(a);
-//     }", 0); qx::script::scriptcontext context; qx::genericValue result; block->exec(context, result);
-//     block->destroy();
+//     using qx::script::statement;
+//     const qx::sharedPtr<statement> block(statement::createFrom(L"{ createvar(a, \"1\"); return(a); }", 0));
+//     qx::script::scriptcontext context;
+//     qx::genericValue result;
+//     block->exec(context, result);
 #pragma once
 
 #include "qxAutoPtr.h"

@@ -4,6 +4,7 @@
 // it keeps the whole parsed text, which all statements of one text share.
 #pragma once
 
+#include "qxCompiler.h"
 #include "qxScriptExport.h"
 #include "qxTextSlice.h"
 
@@ -63,7 +64,7 @@ private:
     void assign(string text);
 
     // Read and exchanged atomically by those that may not be alone.
-    std::uintptr_t word() const noexcept { return __atomic_load_n(&mWord, __ATOMIC_ACQUIRE); }
+    std::uintptr_t word() const noexcept { return atomics::loadAcquire(mWord); }
 
     mutable std::uintptr_t mWord = 0;
     std::uint32_t mStart = 0;

@@ -12,6 +12,7 @@
 // For the libraries and what builds on their insides; hosts use genericValue, which does the same.
 #pragma once
 
+#include "qxCompiler.h"
 #include "qxDate.h"
 #include "qxGenericValue.h"
 #include "qxTime.h"
@@ -271,16 +272,13 @@ class access
 {
 public:
     // May be read while others write.
-    static word load(const genericValue& value) noexcept
-    {
-        return __atomic_load_n(&value.mWord, __ATOMIC_RELAXED);
-    }
+    static word load(const genericValue& value) noexcept { return atomics::loadRelaxed(value.mWord); }
     // Puts a word in place, where nobody else can reach; the holder before it ends. A holder's word comes
     // with its count.
     static void store(genericValue& value, word small) noexcept
     {
         const word before = load(value);
-        __atomic_store_n(&value.mWord, small, __ATOMIC_RELAXED);
+        atomics::storeRelaxed(value.mWord, small);
         if (isHolder(before))
             genericValue::end(before);
     }
@@ -288,8 +286,7 @@ public:
     // changed, when the value has changed meanwhile.
     static bool storeIf(genericValue& value, word before, word small) noexcept
     {
-        return __atomic_compare_exchange_n(&value.mWord, &before, small, false, __ATOMIC_RELEASE,
-                                           __ATOMIC_RELAXED);
+        return atomics::replaceRelease(value.mWord, before, small);
     }
     // The same with all that `source` holds, which is null then.
     static bool moveIf(genericValue& value, word before, genericValue& source) noexcept

@@ -4,9 +4,10 @@
 // false takes the first that matches in that order. Look-ups are hashed. All classes here are values.
 //
 //     qx::configStructure store;
-//     store.section(L"Window", true, true).setValue(L"width", L"80", true, qx::configCreate |
-//     qx::configReplace); qx::string width; store.section(L"window", false, false).getValue(L"WIDTH", width,
-//     false);
+//     const int mode = qx::configCreate | qx::configReplace;
+//     store.section(L"Window", true, true).setValue(L"width", L"80", true, mode);
+//     qx::string width;
+//     store.section(L"window", false, false).getValue(L"WIDTH", width, false);
 #pragma once
 
 #include "qxExport.h"

@@ -13,6 +13,7 @@
 // compile. A value may be read, copied and written from several threads at once.
 #pragma once
 
+#include "qxCompiler.h"
 #include "qxExport.h"
 #include "qxSharedPtr.h"
 #include "qxString.h"
@@ -128,7 +129,7 @@ public:
     explicit genericValue(const T& value);
 
     // Deep copies. Copying what is nested beyond the machine stack throws unexpectedErrorException.
-    genericValue(const genericValue& other) : mWord(__atomic_load_n(&other.mWord, __ATOMIC_RELAXED))
+    genericValue(const genericValue& other) : mWord(atomics::loadRelaxed(other.mWord))
     {
         if (hasHolder())
             copyHolder(other);
@@ -143,7 +144,7 @@ public:
             end(mWord);
     }
 
-    bool isNull() const noexcept { return __atomic_load_n(&mWord, __ATOMIC_RELAXED) == 0; }
+    bool isNull() const noexcept { return atomics::loadRelaxed(mWord) == 0; }
     // Null and small values, which lie in this object, have none.
     bool hasHolder() const noexcept { return mWord - 1 < (std::uint64_t(1) << 48) - 1; }
     // The value becomes null.

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "qxCell.h"
+#include "qxCompiler.h"
 #include "qxHolder.h"
 
 namespace qx
@@ -46,7 +47,7 @@ genericValue::genericValue(const T& value) : mWord(smallWord(value))
 
 // Reads what a value without a small word holds. Not inline, for the sake of those that have one.
 template <class T>
-[[gnu::noinline]] bool readHeld(const genericValue& value, T& out)
+QX_NOINLINE bool readHeld(const genericValue& value, T& out)
 {
     genericValue::ptrholder<T> target(&out);
     return cell::copyHeld(value, target);

@@ -1,6 +1,7 @@
 // Counters and locks.
 #pragma once
 
+#include "qxCompiler.h"
 #include "qxExport.h"
 #include "qxTypes.h"
 
@@ -12,28 +13,28 @@ namespace qx
 // Atomic counters: each gives the new value.
 inline int interlockedIncrement(volatile int* counter) noexcept
 {
-    return __atomic_add_fetch(counter, 1, __ATOMIC_ACQ_REL);
+    return atomics::add(*counter, 1);
 }
 inline int interlockedDecrement(volatile int* counter) noexcept
 {
-    return __atomic_sub_fetch(counter, 1, __ATOMIC_ACQ_REL);
+    return atomics::subtract(*counter, 1);
 }
 inline uint interlockedIncrement(volatile uint* counter) noexcept
 {
-    return __atomic_add_fetch(counter, 1u, __ATOMIC_ACQ_REL);
+    return atomics::add(*counter, 1u);
 }
 inline uint interlockedDecrement(volatile uint* counter) noexcept
 {
-    return __atomic_sub_fetch(counter, 1u, __ATOMIC_ACQ_REL);
+    return atomics::subtract(*counter, 1u);
 }
 
 inline uint interlockedAdd(volatile uint* counter, uint added) noexcept
 {
-    return __atomic_add_fetch(counter, added, __ATOMIC_ACQ_REL);
+    return atomics::add(*counter, added);
 }
 inline uint interlockedSubtract(volatile uint* counter, uint taken) noexcept
 {
-    return __atomic_sub_fetch(counter, taken, __ATOMIC_ACQ_REL);
+    return atomics::subtract(*counter, taken);
 }
 
 // The same for the 32-bit `long` and `unsigned long` of the system, whatever they are on the platform.
@@ -58,7 +59,7 @@ noexcept
 inline ulong32 interlockedRead(const ulong32* counter) noexcept
 {
     using plain = std::conditional_t<sizeof(long) == 4, unsigned long, uint>;
-    return ulong32(__atomic_load_n(reinterpret_cast<const plain*>(counter), __ATOMIC_ACQUIRE));
+    return ulong32(atomics::loadAcquire(*reinterpret_cast<const plain*>(counter)));
 }
 
 // A spin lock that its owner may take again. Waiting threads yield after a short spin.

@@ -4,6 +4,7 @@
 // copying, converting) asks here first, and fails with an exception while there is still room to handle it.
 #pragma once
 
+#include "qxCompiler.h"
 #include "qxExport.h"
 
 #include <cstdint>
@@ -37,8 +38,7 @@ inline constinit QX_THREAD_LOCAL bool isWatched = false;
 // True where the end is known to be far, without a call: the usual case. Otherwise isExhausted has to tell.
 inline bool isFar() noexcept
 {
-    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    return frame - detail::known.end >= detail::known.reserve;
+    return frameAddress() - detail::known.end >= detail::known.reserve;
 }
 
 // While it is on, isFar is false everywhere in the library that says so, for the calling thread: whoever
@@ -58,7 +58,7 @@ inline bool isExhausted() noexcept
     const limits& bounds = threadLimits();
     if (!detail::isWatched)
         detail::known = bounds;
-    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)) - bounds.end < bounds.reserve;
+    return frameAddress() - bounds.end < bounds.reserve;
 }
 
 inline void check()

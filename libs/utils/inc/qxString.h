@@ -13,7 +13,6 @@
 #include "qxExport.h"
 #include "qxFormat.h"
 
-#include <algorithm>
 #include <cwchar>
 #include <string>
 #include <string_view>
@@ -79,7 +78,7 @@ private:
 // In place, where the standard's may be a call: what a map of texts does at each step of a look-up.
 inline bool operator<(const string& a, const string& b) noexcept
 {
-    const int order = std::wmemcmp(a.data(), b.data(), std::min(a.size(), b.size()));
+    const int order = std::wmemcmp(a.data(), b.data(), a.size() < b.size() ? a.size() : b.size());
     return order < 0 || (order == 0 && a.size() < b.size());
 }
 

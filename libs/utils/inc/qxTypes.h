@@ -5,6 +5,8 @@
 // to a value.
 #pragma once
 
+#include "qxCompiler.h"
+
 #include <concepts>
 #include <type_traits>
 

@@ -7,6 +7,7 @@
 #include "qxAutoPtr.h"
 #include "qxBinaryBuffer.h"
 #include "qxCommandLine.h"
+#include "qxCompiler.h"
 #include "qxCondition.h"
 #include "qxConfigReader.h"
 #include "qxConfigStructure.h"

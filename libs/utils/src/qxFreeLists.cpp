@@ -2,6 +2,7 @@
 #include "qxFreeLists.h"
 
 #include <cstdlib>
+#include <utility>
 
 namespace qx::freelists
 {
@@ -22,10 +23,12 @@ constexpr bool cached = true;
 constexpr bool cached = true;
 #endif
 
-// The sizes of blocks are those that a heap with a word of its own before each block wastes nothing of.
+// The sizes of blocks are those that a heap with a word of its own before each block wastes nothing of: 8,
+// 24, 40 and so on.
 constexpr std::size_t granule = 16;
-constexpr std::size_t smallest = 24;
-constexpr std::size_t classes = 16; // up to 264 bytes
+constexpr std::size_t smallest = 8;
+constexpr std::size_t classes = 17;
+constexpr std::size_t largest = smallest + (classes - 1) * granule;
 constexpr unsigned keptPerClass = 256;
 
 struct block
@@ -33,53 +36,67 @@ struct block
     block* next;
 };
 
-// Trivially destructible, so that it outlives every other thread-local object that still frees.
+// The lists of a thread.
 struct cache
 {
     block* heads[classes];
-    unsigned room[classes]; // for how many more blocks; none before the first and after the end
-    bool isRegistered;
+    unsigned room[classes]; // for how many more blocks
 };
 
-constinit QX_THREAD_LOCAL cache local = {};
+// What threads have in place of lists before they first give something back, and once they end. Nothing is
+// taken from there and nothing finds room, so all threads share them.
+constinit cache before = {};
+constinit cache behind = {};
 
-// Gives the lists back when the thread ends; from then on the thread uses the heap.
+// A pointer, since the room for variables of threads is small where the library is loaded late.
+constinit QX_THREAD_LOCAL cache* local = &before;
+
+// Gives the lists back when the thread ends; from then on the thread uses the heap. `local` outlives every
+// other thread-local object that still frees.
 struct drain
 {
+    void keepWatch() const noexcept {}
     ~drain()
     {
-        for (block*& head : local.heads) {
+        cache* const ended = std::exchange(local, &behind);
+        for (block* head : ended->heads) {
             while (head) {
                 block* const next = head->next;
                 std::free(head);
                 head = next;
             }
         }
-        for (unsigned& room : local.room)
-            room = 0;
+        std::free(ended);
     }
 };
 
+// Not in a function, where its guard would take eight bytes more of each thread.
+thread_local const drain atThreadEnd;
+
+// Of a size up to `largest`.
 constexpr std::size_t classOf(std::size_t size)
 {
-    return size <= smallest ? 0 : (size - smallest + granule - 1) / granule;
+    return (size + granule - 1 - smallest) / granule;
 }
 
 constexpr std::size_t sizeOf(std::size_t c)
 {
     return smallest + c * granule;
 }
+static_assert(sizeOf(classOf(largest)) == largest && sizeOf(classOf(1)) == smallest &&
+              sizeOf(classOf(smallest + 1)) == smallest + granule);
 
 } // namespace
 
 void* take(std::size_t size) noexcept
 {
-    const std::size_t c = classOf(size);
-    if (c >= classes)
+    if (size > largest)
         return std::malloc(size);
-    if (block* const head = local.heads[c]) {
-        local.heads[c] = head->next;
-        ++local.room[c];
+    const std::size_t c = classOf(size);
+    cache& own = *local;
+    if (block* const head = own.heads[c]) {
+        own.heads[c] = head->next;
+        ++own.room[c];
         return head;
     }
     return std::malloc(sizeOf(c));
@@ -88,17 +105,19 @@ void* take(std::size_t size) noexcept
 namespace
 {
 
-// Gives back what has no room in the lists of the thread; the first time makes the room. Not inline, so that
-// `give` saves no registers.
+// Gives back what has no room in the lists of the thread; the first time makes the lists, if there is memory
+// for them. Not inline, so that `give` saves no registers.
 [[gnu::noinline]] void giveElsewhere(void* freed, std::size_t size) noexcept
 {
-    if (!cached || !freed || classOf(size) >= classes || local.isRegistered)
+    if (!cached || !freed || size > largest || local != &before)
         return std::free(freed);
-    thread_local drain atThreadEnd;
-    static_cast<void>(atThreadEnd);
-    local.isRegistered = true;
-    for (unsigned& room : local.room)
+    auto* const made = static_cast<cache*>(std::calloc(1, sizeof(cache)));
+    if (!made)
+        return std::free(freed);
+    atThreadEnd.keepWatch(); // the first mention makes it
+    for (unsigned& room : made->room)
         room = keptPerClass;
+    local = made;
     give(freed, size);
 }
 
@@ -106,13 +125,16 @@ namespace
 
 void give(void* freed, std::size_t size) noexcept
 {
-    const std::size_t c = classOf(size);
-    if (!freed || c >= classes || local.room[c] == 0)
+    if (!freed || size > largest)
         return giveElsewhere(freed, size);
-    --local.room[c];
+    const std::size_t c = classOf(size);
+    cache& own = *local;
+    if (own.room[c] == 0)
+        return giveElsewhere(freed, size);
+    --own.room[c];
     auto* const head = static_cast<block*>(freed);
-    head->next = local.heads[c];
-    local.heads[c] = head;
+    head->next = own.heads[c];
+    own.heads[c] = head;
 }
 
 } // namespace qx::freelists

@@ -14,6 +14,8 @@ namespace
 
 constexpr std::uintptr_t usualReserve = 256 * 1024;
 
+constinit QX_THREAD_LOCAL limits bounds{0, UINTPTR_MAX}; // with this reserve they have not been read
+
 limits readLimits() noexcept
 {
     std::uintptr_t low = 0;
@@ -28,7 +30,8 @@ limits readLimits() noexcept
 
 const limits& threadLimits() noexcept
 {
-    static thread_local const limits bounds = readLimits();
+    if (bounds.reserve == UINTPTR_MAX)
+        bounds = readLimits();
     return bounds;
 }
 

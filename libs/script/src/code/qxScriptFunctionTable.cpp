@@ -12,6 +12,8 @@
 
 #include <atomic>
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace qx::script
 {
@@ -229,7 +231,7 @@ struct pinnedFunction::memory
             const unpinning end(std::exchange(place, nullptr));
     }
 
-    // The calling thread's; null for one that ends. Made when the thread first calls.
+    // The calling thread's; null for one that ends, or without memory. Made when the thread first calls.
     static memory* own() { return current || ended ? current : make(); }
 
 private:
@@ -239,14 +241,15 @@ private:
 
     static constinit QX_THREAD_LOCAL memory* current;
     static constinit QX_THREAD_LOCAL bool ended;
+    static thread_local const keeper atThreadEnd;
 };
 
 struct pinnedFunction::memory::keeper
 {
-    memory kept;
+    void keepWatch() const noexcept {}
     ~keeper()
     {
-        current = nullptr;
+        const autoPtr<memory> kept(std::exchange(current, nullptr));
         ended = true;
     }
 };
@@ -254,10 +257,13 @@ struct pinnedFunction::memory::keeper
 constinit QX_THREAD_LOCAL pinnedFunction::memory* pinnedFunction::memory::current = nullptr;
 constinit QX_THREAD_LOCAL bool pinnedFunction::memory::ended = false;
 
+// Not in a function, where its guard would take eight bytes more of each thread.
+thread_local const pinnedFunction::memory::keeper pinnedFunction::memory::atThreadEnd;
+
 pinnedFunction::memory* pinnedFunction::memory::make()
 {
-    static thread_local keeper keeps;
-    return current = &keeps.kept;
+    atThreadEnd.keepWatch(); // the first mention makes it
+    return current = new (std::nothrow) memory;
 }
 
 pinnedFunction pinnedFunction::find(const string& basePath, const codeCall& call)

@@ -2,6 +2,7 @@
 
 #include "code/qxScriptFile.h"
 #include "code/qxScriptFunction.h"
+#include "parser/qxScriptParsing.h"
 #include "qxScriptException.h"
 #include "statements/qxScriptBuiltins.h"
 
@@ -169,7 +170,8 @@ std::vector<statementInfo> listStatements()
     for (const builtinModule* module : builtinModules())
         for (const builtin& row : module->rows)
             all.push_back({row.name, row.parameters, module->name, row.types ? row.types : L"", row.summary,
-                           linesOf(row.failures), wordsFor(row.result)});
+                           linesOf(row.failures), wordsFor(row.result), true});
+    parsing::listOfHosts(all);
     return all;
 }
 

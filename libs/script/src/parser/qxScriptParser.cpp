@@ -109,17 +109,28 @@ struct hostCall
     std::vector<string> params;
 };
 
-// A factory may register modules, so that these move: the next is looked for by address.
+// Calls `use` with each module until it gives true. It may register modules, so that these move: the next is
+// looked for by address.
+template <class Use>
+void walk(const std::vector<scriptModule*>& modules, const Use& use)
+{
+    for (auto next = modules.begin(); next != modules.end();) {
+        const scriptModule* const module = *next;
+        if (use(*module))
+            return;
+        next = std::upper_bound(modules.begin(), modules.end(), module, std::less<const scriptModule*>());
+    }
+}
+
 statement* askEach(const std::vector<scriptModule*>& modules, const callText& call)
 {
     const hostCall copied(call);
-    for (auto next = modules.begin(); next != modules.end();) {
-        const scriptModule* const module = *next;
-        if (statement* const made = module->factory()(copied.name, copied.types, copied.params, call.flags))
-            return made;
-        next = std::upper_bound(modules.begin(), modules.end(), module, std::less<const scriptModule*>());
-    }
-    return nullptr;
+    statement* made = nullptr;
+    walk(modules, [&](const scriptModule& module) {
+        made = module.factory()(copied.name, copied.types, copied.params, call.flags);
+        return made != nullptr;
+    });
+    return made;
 }
 
 // Asks each of these modules in turn; the first statement wins.
@@ -275,6 +286,17 @@ statement* parsing::variableFrom(const textPiece& name, int flags)
         throw errParsingException(text());
     }
     throw errParsingException(text());
+}
+
+void parsing::listOfHosts(std::vector<statementInfo>& all)
+{
+    const moduleSet& set = hostModules();
+    for (const std::vector<scriptModule*>* modules : {&set.before, &set.behind})
+        walk(*modules, [&](const scriptModule& module) {
+            if (module.lister())
+                module.lister()(all);
+            return false;
+        });
 }
 
 // --- For hosts ---

@@ -17,4 +17,7 @@ statement* callFrom(const textPiece& text, const marks::head& start, int flags);
 // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.
 statement* variableFrom(const textPiece& name, int flags);
 
+// Adds what the modules of hosts tell of their statements, in the order in which they are asked.
+void listOfHosts(std::vector<statementInfo>& all);
+
 } // namespace qx::script::parsing
