@@ -175,7 +175,7 @@ TEST(hostObject, writesWhateverTypeAMemberHas)
     EXPECT_EQ(serial, L"18446744073709551615");
     EXPECT_TRUE(fields.find(L"counts")->set(*object,
                                             genericValue(std::map<int, genericValue>{{7, genericValue(1)}})));
-    EXPECT_EQ(valueText(fields.find(L"counts")->get(*object)), "map {7: int 1}");
+    EXPECT_EQ(valueText(fields.find(L"counts")->get(*object)), "map<int> {7: int 1}");
     EXPECT_FALSE(object->setValue(L"counts", true));
     EXPECT_FALSE(object->isConstant(L"any"));
 }
