@@ -7,6 +7,7 @@
 #include "modules/qxScriptCalculation.h"
 #include "modules/qxScriptFunctors.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 #include "qxScriptTypes.h"
 
 #include <array>
@@ -20,7 +21,7 @@ binaryoperands::binaryoperands(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpFirst = requireProvider(call, 0, L"binaryoperation::createFrom: error parsing %s");
+    mpFirst = requireProvider(call, 0, unusable);
     // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
     mpSecond = providerOf(call, 1);
 }
@@ -28,28 +29,28 @@ binaryoperands::binaryoperands(const callText& call)
 void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
 {
     if (!mpFirst)
-        execError(this, L"error retrieving first operand (1)");
+        execError(this, noFirst);
     if (!mpSecond)
-        execError(this, L"error retrieving second operand (1)");
+        execError(this, noSecond);
     if (!mpFirst.evaluate(context, first))
-        execError(this, L"error retrieving first operand (2)");
+        execError(this, firstWithoutValue);
     if (!mpSecond.evaluate(context, second))
-        execError(this, L"error retrieving second operand (2)");
+        execError(this, secondWithoutValue);
 }
 
 unaryoperand::unaryoperand(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpOperand = requireProvider(call, 0, L"unaryoperation::createFrom: error parsing %s");
+    mpOperand = requireProvider(call, 0, unusable);
 }
 
 void unaryoperand::evaluate(codecontext& context, genericValue& operand) const
 {
     if (!mpOperand)
-        execError(this, L"error retrieving operand (1)");
+        execError(this, missing);
     if (!mpOperand.evaluate(context, operand))
-        execError(this, L"error retrieving operand (2)");
+        execError(this, withoutValue);
 }
 
 namespace
@@ -160,6 +161,9 @@ using magnitude = unaryoperation<absfunc<absOperand<T>, absOperand<T>>>;
 
 // --- Factories ---
 
+constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
+constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
+
 enum class otherType
 {
     declined, // the next module is asked
@@ -175,24 +179,24 @@ statement* makeFor(ePrimitiveScriptType type, const callText& call, typelist<T..
 }
 
 template <template <class> class Operation, class Types, otherType Other = otherType::declined>
-statement* create(const callText& call)
+statement* createScriptOperation(const callText& call)
 {
     if (call.types.empty())
-        refuse(L"createScriptOperation: missing datatype for %s", call.name);
+        refuse(noType, call.name);
     statement* const made = makeFor<Operation>(parseScriptType(call.types[0]), call, Types());
     if (!made && Other == otherType::error)
-        refuse(L"createScriptOperation: invalid datatype %s for %s", call.types[0], call.name);
+        refuse(wrongType, call.types[0], call.name);
     return made;
 }
 
 statement* createSubtract(const callText& call)
 {
-    return create<subtraction, subtractable>(call);
+    return createScriptOperation<subtraction, subtractable>(call);
 }
 
 statement* createMinus(const callText& call)
 {
-    return create<negation, signedNumbers>(call);
+    return createScriptOperation<negation, signedNumbers>(call);
 }
 
 statement* createMinusSign(const callText& call)
@@ -216,7 +220,7 @@ struct operatorRow
     statement* (*create)(const callText& call);
     const wchar_t* parameters;
     const wchar_t* types;
-    failureLists failures;
+    failureList failures;
     const wchar_t* summary;
     resultRule result = resultRule::keepsType;
 };
@@ -224,7 +228,6 @@ struct operatorRow
 constexpr const wchar_t* two = L"<type>(first, second)";
 constexpr const wchar_t* one = L"<type>(value)";
 constexpr const wchar_t* decimals = L"<type>(value, decimals)";
-constexpr const wchar_t* many = L"(first, second, ...)";
 
 constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong";
 constexpr const wchar_t* floatWords = L"float, double";
@@ -238,40 +241,15 @@ constexpr const wchar_t* orderedWords =
 constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
                                            L"string, date, time, timestamp, unknownptr";
 
-constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
-constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
-constexpr const wchar_t* twoOperands = L"binaryoperation::createFrom: error parsing %s\n"
-                                       L"error retrieving first operand (1)\n"
-                                       L"error retrieving second operand (1)\n"
-                                       L"error retrieving first operand (2)\n"
-                                       L"error retrieving second operand (2)";
-constexpr const wchar_t* oneOperand = L"unaryoperation::createFrom: error parsing %s\n"
-                                      L"error retrieving operand (1)\n"
-                                      L"error retrieving operand (2)";
-constexpr const wchar_t* manyOperands = L"and::createFrom: error parsing %s\n"
-                                        L"and::createFrom: invalid number of parameters\n"
-                                        L"error retrieving operand (1)\n"
-                                        L"error retrieving operand (2)\n"
-                                        L"unable to convert condition to bool";
-
-constexpr const wchar_t* dateFailures = L"dateCalculation::createFrom: number of parameters < 2\n"
-                                        L"dateCalculation::createFrom: missing second datatype\n"
-                                        L"dateCalculation::createFrom: error parsing \"%s\"\n"
-                                        L"unable to retrieve quantity\n"
-                                        L"unsupported calctype\n"
-                                        L"unable to retrieve date";
-
-constexpr failureLists typedTwo{noType, twoOperands};
-constexpr failureLists typedTwoOrDate{noType, twoOperands, dateFailures};
-constexpr failureLists typedOne{noType, oneOperand};
-constexpr failureLists strictTwo{noType, wrongType, twoOperands};
-constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands, dateFailures};
-constexpr failureLists untypedOne{oneOperand};
-constexpr failureLists untypedMany{manyOperands};
+constexpr auto typedTwo = joined(std::array{noType}, binaryoperands::failures);
+constexpr auto typedTwoOrDate = joined(typedTwo, dateCalculation::failures);
+constexpr auto typedOne = joined(std::array{noType}, unaryoperand::failures);
+constexpr auto strictTwo = joined(std::array{noType, wrongType}, binaryoperands::failures);
+constexpr auto oneOrTwo = joined(typedOne, binaryoperands::failures, dateCalculation::failures);
 
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
-    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwoOrDate,
+    {L"add", L"+", createScriptOperation<addition, summable>, two, summableWords, typedTwoOrDate,
      L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
      L"`days` later.",
      resultRule::keepsTypeButOfDate},
@@ -279,42 +257,41 @@ constexpr operatorRow operators[] = {
      L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
      L"earlier.",
      resultRule::keepsTypeButOfDate},
-    {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
-    {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
+    {L"multiply", L"*", createScriptOperation<multiplication, numbers>, two, numberWords, typedTwo,
+     L"Gives the product."},
+    {L"divide", L"/", createScriptOperation<division, numbers>, two, numberWords, typedTwo,
      L"Gives the quotient; one of integers is cut to an integer."},
-    {L"maxof", nullptr, create<greater, numbers>, two, numberWords, typedTwo, L"Gives the greater number."},
-    {L"minof", nullptr, create<smaller, numbers>, two, numberWords, typedTwo, L"Gives the smaller number."},
-    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two, integerWords, strictTwo,
-     L"Gives the bits that are set in both."},
-    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two, integerWords, strictTwo,
-     L"Gives the bits that are set in either."},
-    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals, floatWords, strictTwo,
-     L"Gives the number rounded to so many decimals."},
-    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals, floatWords, strictTwo,
-     L"Gives the number cut off behind so many decimals."},
-    {L"isequal", L"==", create<isEqual, comparable>, two, comparableWords, typedTwo,
+    {L"maxof", nullptr, createScriptOperation<greater, numbers>, two, numberWords, typedTwo,
+     L"Gives the greater number."},
+    {L"minof", nullptr, createScriptOperation<smaller, numbers>, two, numberWords, typedTwo,
+     L"Gives the smaller number."},
+    {L"bitand", nullptr, createScriptOperation<bitsInBoth, integers, otherType::error>, two, integerWords,
+     strictTwo, L"Gives the bits that are set in both."},
+    {L"bitor", nullptr, createScriptOperation<bitsInEither, integers, otherType::error>, two, integerWords,
+     strictTwo, L"Gives the bits that are set in either."},
+    {L"round", nullptr, createScriptOperation<rounding, floats, otherType::error>, decimals, floatWords,
+     strictTwo, L"Gives the number rounded to so many decimals."},
+    {L"cutoff", nullptr, createScriptOperation<cutting, floats, otherType::error>, decimals, floatWords,
+     strictTwo, L"Gives the number cut off behind so many decimals."},
+    {L"isequal", L"==", createScriptOperation<isEqual, comparable>, two, comparableWords, typedTwo,
      L"Tells whether both are equal."},
-    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two, comparableWords, typedTwo,
+    {L"isnotequal", L"!=", createScriptOperation<isNotEqual, comparable>, two, comparableWords, typedTwo,
      L"Tells whether both differ."},
-    {L"issmaller", L"<", create<isSmaller, ordered>, two, orderedWords, typedTwo,
+    {L"issmaller", L"<", createScriptOperation<isSmaller, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is smaller."},
-    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two, orderedWords, typedTwo,
-     L"Tells whether the first is smaller or equal."},
-    {L"isbigger", L">", create<isBigger, ordered>, two, orderedWords, typedTwo,
+    {L"issmallerorequal", L"<=", createScriptOperation<isSmallerOrEqual, ordered>, two, orderedWords,
+     typedTwo, L"Tells whether the first is smaller or equal."},
+    {L"isbigger", L">", createScriptOperation<isBigger, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is greater."},
-    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
+    {L"isbiggerorequal", L">=", createScriptOperation<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is greater or equal."},
     {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
     {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
      L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
-    {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
+    {L"abs", nullptr, createScriptOperation<magnitude, signedNumbers>, one, signedWords, typedOne,
      L"Gives the number without its sign."},
-    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, untypedOne,
+    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, unaryoperand::failures,
      L"Gives the opposite of a truth value."},
-    {L"and", L"&&", createAnd, many, nullptr, untypedMany,
-     L"Tells whether all are true; none is asked behind the first that is false.", resultRule::replaces},
-    {L"or", L"||", createOr, many, nullptr, untypedMany,
-     L"Tells whether one is true; none is asked behind the first that is.", resultRule::replaces},
 };
 
 constexpr std::size_t rowCount()
@@ -343,6 +320,6 @@ constexpr std::array<builtin, rowCount()> rows = allRows();
 
 } // namespace
 
-constinit const builtinModule operatorModule{L"operator", rows};
+constinit const builtinTable operatorRows = rows;
 
 } // namespace qx::script
