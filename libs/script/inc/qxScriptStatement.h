@@ -119,6 +119,7 @@ struct declaredParameter
 {
     const wchar_t* name;
     bool required;
+    const wchar_t* failure = nullptr; // of a run in which it does not read; null where that is none
 };
 
 // True for what declares parameters: names, each with a flag behind it, and perhaps a null name at the end.

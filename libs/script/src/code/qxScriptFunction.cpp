@@ -3,7 +3,6 @@
 #include "code/qxScriptBasePath.h"
 #include "contexts/qxScriptScope.h"
 #include "contexts/qxScriptSignals.h"
-#include "modules/controlStatements.h"
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 #include "qxScriptParser.h"
@@ -41,10 +40,6 @@ sharedPtr<function> function::parse(const string& body, const std::vector<string
     for (const string& declaration : declarations)
         made->mParameters.emplace_back(declaration, 0);
     made->mFile = source;
-    if (dynamic_cast<const compoundstatement*>(made->mpStatement.get()))
-        made->mKind = bodyKind::block;
-    else if (isReturn(*made->mpStatement))
-        made->mKind = bodyKind::returned;
     made->mDirectory = genericValue(source.entryName().path(0));
     made->mTimestamp = time;
     return made;
@@ -112,10 +107,11 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
     // Where somebody listens to the end of each run, the body writes its value before that.
-    if (mKind == bodyKind::any || !cell::shortCutsAllowed())
+    const ending ends = inside::ends(*mpStatement);
+    if (ends == ending::any || !cell::shortCutsAllowed())
         inside::exec(*mpStatement, context, result);
     else {
-        if (mKind == bodyKind::returned)
+        if (ends == ending::returned)
             result.clear();
         inside::exec(*mpStatement, context);
     }

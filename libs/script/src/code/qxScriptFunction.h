@@ -55,15 +55,6 @@ private:
     void run(scriptcontext& context, callee kind, genericValue& result) const;
 
     sharedPtr<statement> mpStatement;
-    // What the value of the body is, where that is known: a block has none but what it returns, and a
-    // `return` ends with what it returns.
-    enum class bodyKind
-    {
-        any,
-        block,
-        returned
-    };
-    bodyKind mKind = bodyKind::any;
     std::vector<inParameter> mParameters;
     file mFile;
     genericValue mDirectory; // of the file

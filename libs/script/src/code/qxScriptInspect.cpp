@@ -25,19 +25,6 @@ string unusedNameBeside(const file& target)
     return candidate.fullName();
 }
 
-// The texts of all lists, one after the other.
-std::vector<string> linesOf(const failureLists& failures)
-{
-    std::vector<string> all;
-    for (const wchar_t* list : failures.lists) {
-        std::vector<string> lines;
-        if (list)
-            string(list).splitAt(L"\n", lines, false);
-        all.insert(all.end(), lines.begin(), lines.end());
-    }
-    return all;
-}
-
 const wchar_t* wordsFor(resultRule rule)
 {
     switch (rule) {
@@ -167,10 +154,17 @@ bool scrambleFile(const file& from, const file& to)
 std::vector<statementInfo> listStatements()
 {
     std::vector<statementInfo> all;
-    for (const builtinModule* module : builtinModules())
-        for (const builtin& row : module->rows)
-            all.push_back({row.name, row.parameters, module->name, row.types ? row.types : L"", row.summary,
-                           linesOf(row.failures), wordsFor(row.result), true});
+    for (const builtinModule& module : builtinModules())
+        module.forEachRow([&](const builtin& row) {
+            all.push_back({row.name,
+                           row.parameters,
+                           module.name,
+                           row.types ? row.types : L"",
+                           row.summary,
+                           {row.failures.begin(), row.failures.end()},
+                           wordsFor(row.result),
+                           true});
+        });
     parsing::listOfHosts(all);
     return all;
 }

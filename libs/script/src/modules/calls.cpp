@@ -3,7 +3,7 @@
 #include "code/qxScriptFunctionTable.h"
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
-#include "modules/controlStatements.h"
+#include "modules/qxScriptModules.h"
 #include "statements/qxScriptBase.h"
 
 #include "qxDirectory.h"
@@ -58,6 +58,12 @@ private:
 class callFunction final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"callFunction::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* unusable = L"callFunction::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noCode = L"callFunction::createFrom: error setting codeId";
+    static constexpr const wchar_t* noArgument = L"Error retrieving script-parameter";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCode, noArgument};
+
     callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
         : mpCall(call), mArguments(std::move(arguments))
     {
@@ -86,9 +92,9 @@ private:
             for (std::size_t i = 0; i < values.size(); ++i)
                 mArguments[i].evaluate(context, values[i]);
         } catch (const exception& caught) {
-            execError(this, &caught, L"Error retrieving script-parameter");
+            execError(this, &caught, noArgument);
         } catch (...) {
-            execError(this, L"Error retrieving script-parameter");
+            execError(this, noArgument);
         }
     }
 
@@ -139,41 +145,48 @@ private:
 statement* callFunction::create(const callText& call)
 {
     if (call.params.empty())
-        refuse(L"callFunction::createFrom: number of parameters < 1");
+        refuse(tooFew);
     const string codeId = call.params[0].text();
     eCodeType type = codeTypeScript;
     string file;
     string function;
     if (!codeManager::instance()->parseCodeCall(codeId, type, file, function))
-        refuse(L"callFunction::createFrom: error parsing \"%s\"", codeId);
+        refuse(unusable, codeId);
     if (codeId.empty())
-        refuse(L"callFunction::createFrom: error setting codeId");
+        refuse(noCode);
     std::vector<ownedProvider> arguments;
     arguments.reserve(call.params.size());
     for (std::size_t i = 1; i < call.params.size(); ++i)
-        arguments.push_back(requireProvider(call, i, L"callFunction::createFrom: error parsing \"%s\""));
+        arguments.push_back(requireProvider(call, i, unusable));
     return new callFunction(sharedPtr<const codeCall>(new codeCall(codeId)), std::move(arguments));
 }
+
+constexpr const wchar_t* noReturnValue = L"error retrieving returnvalue";
 
 // Ends the function: the value stands under a parameter name that every block and loop looks for.
 class _return final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* notSet = L"error setting returnvalue to context";
+    static constexpr const wchar_t* failures[] = {noReturnValue, notSet};
+    static constexpr ending ends = ending::returned;
+
     explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
+    static statement* create(const callText& call) { return new _return(providerOf(call, 0)); }
 
     statement* clone() const override { return new _return(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         result.clear();
         if (mpValue && !mpValue.write(context, result))
-            execError(this, L"error retrieving returnvalue");
+            execError(this, noReturnValue);
         set(context, genericValue(result));
     }
     void run(codecontext& context) const
     {
         genericValue value;
         if (mpValue && !mpValue.evaluate(context, value))
-            execError(this, L"error retrieving returnvalue");
+            execError(this, noReturnValue);
         set(context, std::move(value));
     }
 
@@ -183,7 +196,7 @@ private:
         if (scriptcontext* const root = scope::plainRoot(context))
             scope::takeParameter(*root, scriptcontext::returnparam(), std::move(value));
         else if (!context.setParameter(scriptcontext::returnparam(), value))
-            execError(this, L"error setting returnvalue to context");
+            execError(this, notSet);
     }
 
     ownedProvider mpValue;
@@ -193,7 +206,10 @@ private:
 class treatasfunction final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* failures[] = {noReturnValue};
+
     explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
+    static statement* create(const callText& call) { return new treatasfunction(providerOf(call, 0)); }
 
     statement* clone() const override { return new treatasfunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -201,7 +217,7 @@ public:
         try {
             result.clear();
             if (mpValue && !mpValue.write(context, result))
-                execError(this, L"error retrieving returnvalue");
+                execError(this, noReturnValue);
             if (copyReturned(context, result))
                 context.deleteParameter(scriptcontext::returnparam());
             context.clearScriptSignal(breakSignal());
@@ -218,26 +234,31 @@ private:
     ownedProvider mpValue;
 };
 
+// --- Table ---
+
+constexpr builtin rows[] = {
+    {.name = L"callfunction",
+     .create = callFunction::create,
+     .parameters = L"(type$file$function, [argument], ...)",
+     .result = resultRule::replacesIfAny,
+     .summary = L"Runs a function of a script file with these arguments; its value is what the "
+                L"function returns.",
+     .failures = callFunction::failures},
+    {.name = L"treatasfunction",
+     .create = treatasfunction::create,
+     .parameters = L"(statement)",
+     .summary = L"Runs a statement as if it were the body of a function: what it returns is the "
+                L"value, and its signals end here.",
+     .failures = treatasfunction::failures},
+    {.name = L"return",
+     .create = _return::create,
+     .parameters = L"([value])",
+     .summary = L"Ends the function, which gives the value or null.",
+     .failures = _return::failures},
+};
+
 } // namespace
 
-statement* createCallfunction(const callText& call)
-{
-    return callFunction::create(call);
-}
-
-statement* createTreatasfunction(const callText& call)
-{
-    return new treatasfunction(providerOf(call, 0));
-}
-
-statement* createReturn(const callText& call)
-{
-    return new _return(providerOf(call, 0));
-}
-
-bool isReturn(const statement& made)
-{
-    return dynamic_cast<const _return*>(&made) != nullptr;
-}
+constinit const builtinTable callRows = rows;
 
 } // namespace qx::script

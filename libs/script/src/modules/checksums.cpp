@@ -1,6 +1,6 @@
 // Checksums: a CRC-32 over a series of texts. The running state is a value that the script keeps.
 #include "modules/qxScriptModules.h"
-#include "statements/qxScriptBase.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxCrc32.h"
 #include "qxHeldTypes.h"
@@ -24,24 +24,24 @@ public:
 class onChecksum : public scriptbasesinglefunction
 {
 protected:
-    calcCrc32 requireState(codecontext& context) const
-    {
-        return require<calcCrc32>(L"this", context, L"Error retrieving calccrc32");
-    }
+    static constexpr declaredParameter stateParam{L"this", true, L"Error retrieving calccrc32"};
+
+    calcCrc32 requireState(codecontext& context) const { return require<calcCrc32>(stateParam, context); }
 };
 
 class calccrc_add final : public onChecksum
 {
 public:
     static constexpr const wchar_t* messageName = L"calccrc_add";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"value", true}};
+    static constexpr declaredParameter valueParam{L"value", true, L"Error retrieving value"};
+    static constexpr declaredParameter declared[] = {stateParam, valueParam};
 
     statement* clone() const override { return new calccrc_add(*this); }
     // The state that was given stays as it is; the result is the new one.
     void execute(codecontext& context, genericValue& result) const override
     {
         calcCrc32 state = requireState(context);
-        const auto text = require<string>(L"value", context, L"Error retrieving value");
+        const auto text = require<string>(valueParam, context);
         const std::string bytes = bytesOf(text.c_str());
         state.crc(bytes.data(), bytes.size());
         replaceResult(result, state);
@@ -65,7 +65,7 @@ class calccrc_result final : public onChecksum
 {
 public:
     static constexpr const wchar_t* messageName = L"calccrc_result";
-    static constexpr declaredParameter declared[] = {{L"this", true}};
+    static constexpr declaredParameter declared[] = {stateParam};
 
     statement* clone() const override { return new calccrc_result(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -76,26 +76,15 @@ public:
 
 // --- Table ---
 
-const builtin rows[] = {
-    {.name = L"calccrc_create",
-     .create = createNamed<calccrc_create>,
-     .parameters = L"()",
-     .summary = L"Gives the state of a checksum to which nothing has been added."},
-    {.name = L"calccrc_add",
-     .create = createNamed<calccrc_add>,
-     .parameters = L"(this, value)",
-     .summary = L"Gives the state of a checksum with one more text; the given state stays as it is.",
-     .failures = {L"Error retrieving calccrc32\n"
-                  L"Error retrieving value"}},
-    {.name = L"calccrc_result",
-     .create = createNamed<calccrc_result>,
-     .parameters = L"(this)",
-     .summary = L"Gives the checksum of a state.",
-     .failures = {L"Error retrieving calccrc32"}},
+constexpr builtin rows[] = {
+    namedRow<calccrc_create>(L"Gives the state of a checksum to which nothing has been added."),
+    namedRow<calccrc_add>(
+        L"Gives the state of a checksum with one more text; the given state stays as it is."),
+    namedRow<calccrc_result>(L"Gives the checksum of a state."),
 };
 
 } // namespace
 
-constinit const builtinModule checksumModule{L"checksum", rows};
+constinit const builtinTable checksumRows = rows;
 
 } // namespace qx::script

@@ -1,8 +1,6 @@
-// Branches and loops, the signals that leave them, and the null reference. The table of the control module
-// stands here; calls and messages have sources of their own.
+// Branches and loops, the signals that leave them, and the null reference.
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
-#include "modules/controlStatements.h"
 #include "modules/qxScriptModules.h"
 #include "parser/qxScriptParsing.h"
 #include "qxScriptInterfaces.h"
@@ -29,6 +27,8 @@ sharedStatement statementFrom(const textPiece& text, int flags)
     return sharedStatement(parsing::statementFrom(text, flags));
 }
 
+constexpr const wchar_t* noCondition = L"error retrieving condition-result";
+
 // The body of a loop, which may be left and cut short. Null for an empty one.
 sharedStatement bodyFrom(const callText& call, std::size_t place)
 {
@@ -40,6 +40,12 @@ sharedStatement bodyFrom(const callText& call, std::size_t place)
 class _if final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"_if::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* unusable = L"_if::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noTruth = L"error converting \"%s\" to bool";
+    static constexpr const wchar_t* notShown = L"error converting variable to bool";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, noTruth, notShown};
+
     _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
         : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
     {
@@ -69,7 +75,7 @@ private:
             return cell::get<bool>(w);
         genericValue condition;
         if (!mpCondition.evaluate(context, condition))
-            execError(this, L"error retrieving condition-result");
+            execError(this, noCondition);
         return isTrue(condition);
     }
     bool isTrue(const genericValue& condition) const
@@ -81,16 +87,14 @@ private:
             return truth;
         string shown;
         if (condition.getValue(shown))
-            execError(this, L"error converting \"%s\" to bool", shown);
-        execError(this, L"error converting variable to bool");
+            execError(this, noTruth, shown);
+        execError(this, notShown);
     }
 
     ownedProvider mpCondition;
     sharedStatement mThen; // null: nothing to do
     sharedStatement mElse; // null: nothing to do
 };
-
-constexpr const wchar_t* ifFailure = L"_if::createFrom: error parsing \"%s\"";
 
 // The branch at `place`; null where it is missing or empty.
 sharedStatement branchFrom(const callText& call, std::size_t place)
@@ -100,15 +104,15 @@ sharedStatement branchFrom(const callText& call, std::size_t place)
     const textPiece& text = call.params[place];
     sharedStatement branch = statementFrom(text, call.flags);
     if (!branch && text.view() != L"{}")
-        refuse(ifFailure, text.view());
+        refuse(_if::unusable, text.view());
     return branch;
 }
 
 statement* _if::create(const callText& call)
 {
     if (call.params.size() < 2)
-        refuse(L"_if::createFrom: number of parameters < 2");
-    ownedProvider condition = requireProvider(call, 0, ifFailure);
+        refuse(tooFew);
+    ownedProvider condition = requireProvider(call, 0, unusable);
     const sharedStatement thenDo = branchFrom(call, 1);
     return new _if(std::move(condition), thenDo, branchFrom(call, 2));
 }
@@ -163,6 +167,10 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
 class _while final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"_while::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* unusable = L"_while::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition};
+
     _while(ownedProvider condition, const sharedStatement& body)
         : mpCondition(std::move(condition)), mBody(body)
     {
@@ -179,8 +187,8 @@ public:
     static statement* create(const callText& call)
     {
         if (call.params.size() < 2)
-            refuse(L"_while::createFrom: number of parameters < 2");
-        ownedProvider condition = requireProvider(call, 0, L"_while::createFrom: error parsing \"%s\"");
+            refuse(tooFew);
+        ownedProvider condition = requireProvider(call, 0, unusable);
         return new _while(std::move(condition), bodyFrom(call, 1));
     }
 
@@ -190,7 +198,7 @@ private:
     {
         bool isTrue = false;
         if (!mpCondition.read(context, isTrue))
-            execError(this, L"error retrieving condition-result");
+            execError(this, noCondition);
         return isTrue;
     }
 
@@ -201,6 +209,12 @@ private:
 class for_each final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"for_each::createFrom: number of parameters < 3";
+    static constexpr const wchar_t* unusable = L"for_each::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* notWalkable = L"error converting \"%s\" to an iterator - object";
+    static constexpr const wchar_t* notShown = L"error converting variable to an iterator - object";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, notWalkable, notShown};
+
     for_each(const scString& name, ownedProvider collection, const sharedStatement& body)
         : mName(name), mpCollection(std::move(collection)), mBody(body)
     {}
@@ -210,7 +224,7 @@ public:
     {
         genericValue collection;
         if (!mpCollection.evaluate(context, collection))
-            execError(this, L"error retrieving condition-result");
+            execError(this, noCondition);
         objectRef object;
         valueArray elements;
         if (collection.getValue(object))
@@ -230,8 +244,8 @@ private:
     {
         string shown;
         if (collection.getValue(shown))
-            execError(this, L"error converting \"%s\" to an iterator - object", shown);
-        execError(this, L"error converting variable to an iterator - object");
+            execError(this, notWalkable, shown);
+        execError(this, notShown);
     }
 
     // The elements are a copy: what the body does to the array changes nothing of what is visited.
@@ -274,14 +288,13 @@ private:
 
 statement* for_each::create(const callText& call)
 {
-    constexpr const wchar_t* failure = L"for_each::createFrom: error parsing \"%s\"";
     if (call.params.size() < 3)
-        refuse(L"for_each::createFrom: number of parameters < 3");
+        refuse(tooFew);
     // REQUIRED: the name keeps its case and its blanks, unlike those of all other variables.
     const scString name = scString::createFrom(call.params[0].text());
     if (name.string().empty())
-        refuse(failure, call.params[0].view());
-    ownedProvider collection = requireProvider(call, 1, failure);
+        refuse(unusable, call.params[0].view());
+    ownedProvider collection = requireProvider(call, 1, unusable);
     return new for_each(name, std::move(collection), bodyFrom(call, 2));
 }
 
@@ -321,7 +334,7 @@ public:
 
 // --- Table ---
 
-const builtin rows[] = {
+constexpr builtin rows[] = {
     {.name = L"continue",
      .create = _continue::create,
      .parameters = L"()",
@@ -337,91 +350,29 @@ const builtin rows[] = {
      .parameters = L"(condition, then, [else])",
      .result = resultRule::none,
      .summary = L"Runs `then` where the condition is true, and `else` where it is false or null.",
-     .failures = {L"_if::createFrom: number of parameters < 2\n"
-                  L"_if::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving condition-result\n"
-                  L"error converting \"%s\" to bool\n"
-                  L"error converting variable to bool"}},
+     .failures = _if::failures},
     {.name = L"for_each",
      .create = for_each::create,
      .parameters = L"(name, collection, body)",
      .result = resultRule::replacesIfAny,
      .summary = L"Runs the body for each element of an array, or of an object that can be walked "
                 L"over, with the element as a variable; its value is what the body returns.",
-     .failures = {L"for_each::createFrom: number of parameters < 3\n"
-                  L"for_each::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving condition-result\n"
-                  L"error converting \"%s\" to an iterator - object\n"
-                  L"error converting variable to an iterator - object"}},
+     .failures = for_each::failures},
     {.name = L"while",
      .create = _while::create,
      .parameters = L"(condition, body)",
      .result = resultRule::replacesIfAny,
      .summary = L"Runs the body as long as the condition is true; its value is what the body "
                 L"returns.",
-     .failures = {L"_while::createFrom: number of parameters < 2\n"
-                  L"_while::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving condition-result"}},
+     .failures = _while::failures},
     {.name = L"nullref",
      .create = nullRef::create,
      .parameters = L"()",
      .summary = L"Gives a reference to no object."},
-    {.name = L"callfunction",
-     .create = createCallfunction,
-     .parameters = L"(type$file$function, [argument], ...)",
-     .result = resultRule::replacesIfAny,
-     .summary = L"Runs a function of a script file with these arguments; its value is what the "
-                L"function returns.",
-     .failures = {L"callFunction::createFrom: number of parameters < 1\n"
-                  L"callFunction::createFrom: error parsing \"%s\"\n"
-                  L"callFunction::createFrom: error setting codeId\n"
-                  L"Error retrieving script-parameter"}},
-    {.name = L"treatasfunction",
-     .create = createTreatasfunction,
-     .parameters = L"(statement)",
-     .summary = L"Runs a statement as if it were the body of a function: what it returns is the "
-                L"value, and its signals end here.",
-     .failures = {L"error retrieving returnvalue"}},
-    {.name = L"return",
-     .create = createReturn,
-     .parameters = L"([value])",
-     .summary = L"Ends the function, which gives the value or null.",
-     .failures = {L"error retrieving returnvalue\n"
-                  L"error setting returnvalue to context"}},
-    {.name = L"throwerror",
-     .create = createThrowerror,
-     .parameters = L"(string)",
-     .result = resultRule::none,
-     .summary = L"Fails with this text.",
-     .failures = {L"Error retrieving throwerror-Message"}},
-    {.name = L"throwmessage",
-     .create = createThrowmessage,
-     .parameters = L"(string)",
-     .result = resultRule::none,
-     .summary = L"Fails with this text alone: no statement on the way out adds its own, loops and "
-                L"treatasfunction excepted.",
-     .failures = {L"Error retrieving throwerror-Message"}},
-    {.name = L"assert",
-     .create = createAssert,
-     .parameters = L"(string)",
-     .result = resultRule::none,
-     .summary = L"Reports a text to the host, and goes on.",
-     .failures = {L"Error retrieving assert-Message"}},
-    {.name = L"executablepath",
-     .create = createExecutablepath,
-     .parameters = L"()",
-     .summary = L"Gives the directory of the program."},
-    {.name = L"messagebox",
-     .create = createMessagebox,
-     .parameters = L"(string, [buttons], [icon], [title])",
-     .result = resultRule::replacesIfAny,
-     .summary = L"Shows a text, or the message with this id, and waits; gives the button: `ok`, "
-                L"`cancel`, `retry`, `yes` or `no`.",
-     .failures = {L"Error retrieving messagebox-Message"}},
 };
 
 } // namespace
 
-constinit const builtinModule controlModule{L"control", rows};
+constinit const builtinTable controlRows = rows;
 
 } // namespace qx::script

@@ -1,8 +1,7 @@
 // Files: names, copies, and lines of text.
 #include "code/qxScriptBasePath.h"
-#include "modules/fileStatements.h"
 #include "modules/qxScriptModules.h"
-#include "statements/qxScriptBase.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxDirectory.h"
 
@@ -14,14 +13,15 @@ namespace qx::script
 namespace
 {
 
+constexpr const wchar_t* noFile = L"Error retrieving file";
+
 // Statements that begin with the name of a file.
 class onFile : public scriptbasesinglefunction
 {
 protected:
-    string requireFile(codecontext& context) const
-    {
-        return require<string>(L"file", context, L"Error retrieving file");
-    }
+    static constexpr declaredParameter fileParam{L"file", true, noFile};
+
+    string requireFile(codecontext& context) const { return require<string>(fileParam, context); }
 
     // The same for a name that is taken from the directory of the script when it begins with a dot.
     // REQUIRED: ".hidden" counts as such a name, and nothing is put between directory and name.
@@ -43,7 +43,7 @@ class aboutFile final : public onFile
 {
 public:
     static constexpr const wchar_t* messageName = Told::name;
-    static constexpr declaredParameter declared[] = {{L"file", true}};
+    static constexpr declaredParameter declared[] = {fileParam};
 
     statement* clone() const override { return new aboutFile(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -70,32 +70,19 @@ struct file_name
     static string of(const string& text) { return fsEntryName(text).name(0); }
 };
 
-class file_makeabs final : public onFile
-{
-public:
-    // REQUIRED: a wrong call is told under the name of another statement.
-    static constexpr const wchar_t* messageName = L"file_copy";
-    static constexpr declaredParameter declared[] = {{L"file", true}};
-
-    statement* clone() const override { return new file_makeabs(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        replaceResult(result, file(requireScriptFile(context)).fullName());
-    }
-};
-
 class file_makerelative final : public onFile
 {
 public:
     static constexpr const wchar_t* messageName = L"file_makerelative";
-    static constexpr declaredParameter declared[] = {{L"file", true}, {L"basepath", true}};
+    // REQUIRED: the text is that of a bad file.
+    static constexpr declaredParameter baseParam{L"basepath", true, noFile};
+    static constexpr declaredParameter declared[] = {fileParam, baseParam};
 
     statement* clone() const override { return new file_makerelative(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         const file target(requireFile(context));
-        // REQUIRED: the text is that of a bad file.
-        const directory base(require<string>(L"basepath", context, L"Error retrieving file"));
+        const directory base(require<string>(baseParam, context));
         replaceResult(result, target.relativeNameTo(base.entryName()));
     }
 };
@@ -104,13 +91,14 @@ class file_exchangeextension final : public onFile
 {
 public:
     static constexpr const wchar_t* messageName = L"file_exchangeextension";
-    static constexpr declaredParameter declared[] = {{L"file", true}, {L"ext", true}};
+    static constexpr declaredParameter extensionParam{L"ext", true, L"Error retrieving extension"};
+    static constexpr declaredParameter declared[] = {fileParam, extensionParam};
 
     statement* clone() const override { return new file_exchangeextension(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         const fsEntryName name(requireFile(context));
-        const string extension = require<string>(L"ext", context, L"Error retrieving extension");
+        const string extension = require<string>(extensionParam, context);
         replaceResult(result, string(name.name(nameWithPath | nameWithoutExtension) + L"." + extension));
     }
 };
@@ -119,24 +107,45 @@ class file_copy final : public onFile
 {
 public:
     static constexpr const wchar_t* messageName = L"file_copy";
-    static constexpr declaredParameter declared[] = {{L"file", true}, {L"topath", true}, {L"tofile", false}};
+    static constexpr declaredParameter toPath{L"topath", true, L"Error retrieving destination path"};
+    static constexpr declaredParameter toFile{L"tofile", false};
+    static constexpr declaredParameter declared[] = {fileParam, toPath, toFile};
+    static constexpr const wchar_t* noSource = L"file not existing";
+    static constexpr const wchar_t* noTarget = L"Error: destination path not existing";
+    static constexpr const wchar_t* notCopied = L"Error copying file";
+    static constexpr const wchar_t* failures[] = {noFile, noSource, toPath.failure, noTarget, notCopied};
 
     statement* clone() const override { return new file_copy(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         const file source(requireScriptFile(context));
         if (!source.exists())
-            execError(this, L"file not existing");
-        const directory target(require<string>(L"topath", context, L"Error retrieving destination path"));
+            execError(this, noSource);
+        const directory target(require<string>(toPath, context));
         if (!target.exists())
-            execError(this, L"Error: destination path not existing");
+            execError(this, noTarget);
         string name;
-        if (!read(L"tofile", context, name))
+        if (!read(toFile, context, name))
             name = source.entryName().name(0);
         const file copy(target.fullName(), name);
         if (!source.copy(copy, false))
-            execError(this, L"Error copying file");
+            execError(this, notCopied);
         replaceResult(result, copy.fullName());
+    }
+};
+
+class file_makeabs final : public onFile
+{
+public:
+    // REQUIRED: a wrong call is told under the name of another statement.
+    static constexpr const wchar_t* messageName = file_copy::messageName;
+    static constexpr const wchar_t* scriptName = L"file_makeabs";
+    static constexpr declaredParameter declared[] = {fileParam};
+
+    statement* clone() const override { return new file_makeabs(*this); }
+    void execute(codecontext& context, genericValue& result) const override
+    {
+        replaceResult(result, file(requireScriptFile(context)).fullName());
     }
 };
 
@@ -144,16 +153,19 @@ class file_appendTextLine final : public onFile
 {
 public:
     static constexpr const wchar_t* messageName = L"file_appendTextLine";
-    static constexpr declaredParameter declared[] = {{L"file", true}, {L"str", true}};
+    static constexpr declaredParameter lineParam{L"str", true, L"Error retrieving str"};
+    static constexpr declaredParameter declared[] = {fileParam, lineParam};
+    static constexpr const wchar_t* notOpened = L"Error opening file";
+    static constexpr const wchar_t* failures[] = {notOpened};
 
     statement* clone() const override { return new file_appendTextLine(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         const file target(requireFile(context));
-        string line = require<string>(L"str", context, L"Error retrieving str");
+        string line = require<string>(lineParam, context);
         line.resize(std::min(line.size(), line.find(L'\0'))); // REQUIRED: a zero character ends it
         if (!target.appendTextLine(line))
-            execError(this, L"Error opening file");
+            execError(this, notOpened);
     }
 };
 
@@ -161,14 +173,16 @@ public:
 class onPath : public scriptbasesinglefunction
 {
 public:
-    static constexpr declaredParameter declared[] = {{L"path", true}, {L"file", false}};
+    static constexpr declaredParameter pathParam{L"path", true, L"Error retrieving path"};
+    static constexpr declaredParameter nameParam{L"file", false};
+    static constexpr declaredParameter declared[] = {pathParam, nameParam};
 
 protected:
     file requireTarget(codecontext& context) const
     {
-        const string path = require<string>(L"path", context, L"Error retrieving path");
+        const string path = require<string>(pathParam, context);
         string name;
-        read(L"file", context, name);
+        read(nameParam, context, name);
         return file(path, name);
     }
 };
@@ -205,106 +219,46 @@ class fsname_replaceinvalidchars final : public scriptbasesinglefunction
 public:
     static constexpr const wchar_t* messageName = L"fsname_replaceinvalidchars";
     // REQUIRED: without its parameter the call is accepted, and fails when it runs.
-    static constexpr declaredParameter declared[] = {{L"str", false}};
+    static constexpr declaredParameter nameParam{L"str", false, L"Error retrieving name"};
+    static constexpr declaredParameter declared[] = {nameParam};
 
     statement* clone() const override { return new fsname_replaceinvalidchars(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string name = require<string>(L"str", context, L"Error retrieving name");
+        const string name = require<string>(nameParam, context);
         replaceResult(result, fsEntryName::replaceInvalidChars(name, L' '));
     }
 };
 
 // --- Table ---
 
-constexpr const wchar_t* noFile = L"Error retrieving file";
-constexpr const wchar_t* noPath = L"Error retrieving path";
-
-const builtin rows[] = {
-    {.name = L"file_make",
-     .create = createNamed<file_make>,
-     .parameters = L"(path, [file])",
-     .summary =
-         L"Gives the full name of a file in a directory, or of the directory alone; nothing is made on "
-         L"the disk.",
-     .failures = {noPath}},
-    {.name = L"file_delete",
-     .create = createNamed<file_delete>,
-     .parameters = L"(path, [file])",
-     .result = resultRule::none,
-     .summary = L"Deletes a file; one that is not there or may not be deleted is passed over.",
-     .failures = {noPath}},
-    {.name = L"file_copy",
-     .create = createNamed<file_copy>,
-     .parameters = L"(file, topath, [tofile])",
-     .summary = L"Copies a file into a directory, under its own name or another; gives the full name of the "
-                L"copy. A name that begins with a dot is taken from the directory of the script.",
-     .failures = {noFile, L"file not existing\n"
-                          L"Error retrieving destination path\n"
-                          L"Error: destination path not existing\n"
-                          L"Error copying file"}},
-    {.name = L"file_makeabs",
-     .create = createNamed<file_makeabs>,
-     .parameters = L"(file)",
-     .summary =
-         L"Gives the full name of a file. A name that begins with a dot is taken from the directory of "
-         L"the script, any other from the current directory.",
-     .failures = {noFile}},
-    {.name = L"file_makerelative",
-     .create = createNamed<file_makerelative>,
-     .parameters = L"(file, basepath)",
-     .summary = L"Gives the way from a directory to a file.",
-     .failures = {noFile}},
-    {.name = L"file_exchangeextension",
-     .create = createNamed<file_exchangeextension>,
-     .parameters = L"(file, ext)",
-     .summary = L"Gives the name with another extension, which is written without its dot.",
-     .failures = {noFile, L"Error retrieving extension"}},
-    {.name = L"file_exists",
-     .create = createNamed<aboutFile<file_exists>>,
-     .parameters = L"(file)",
-     .summary = L"Tells whether there is a file of this name; false for a directory.",
-     .failures = {noFile}},
-    {.name = L"file_path",
-     .create = createNamed<aboutFile<file_path>>,
-     .parameters = L"(file)",
-     .summary = L"Gives what stands before the last part of a name, the separator included.",
-     .failures = {noFile}},
-    {.name = L"file_name",
-     .create = createNamed<aboutFile<file_name>>,
-     .parameters = L"(file)",
-     .summary = L"Gives the last part of a name, the extension included.",
-     .failures = {noFile}},
-    {.name = L"file_appendtextline",
-     .create = createNamed<file_appendTextLine>,
-     .parameters = L"(file, str)",
-     .result = resultRule::none,
-     .summary = L"Adds a line to a file, which is made if it is missing.",
-     .failures = {noFile, L"Error retrieving str\n"
-                          L"Error opening file"}},
-    {.name = L"fsname_replaceinvalidchars",
-     .create = createNamed<fsname_replaceinvalidchars>,
-     .parameters = L"([str])",
-     .summary = L"Gives the text with a blank for each character that must not stand in the name of a file.",
-     .failures = {L"Error retrieving name"}},
-    {.name = L"file_loadini",
-     .create = createLoadini,
-     .parameters = L"(file, sstr, vstr, [cs])",
-     .summary =
-         L"Gives the value of a key in a section of an ini file; empty where there is none. Case counts "
-         L"where the last parameter is true.",
-     .failures = {noFile, L"Error retrieving section-str\n"
-                          L"Error retrieving key-str"}},
-    {.name = L"file_loadcfg",
-     .create = createLoadcfg,
-     .parameters = L"(file, vstr)",
-     .summary = L"Gives the value of a key, written in any case, in a file of lines `key value`; empty where "
-                L"there is none.",
-     .failures = {noFile, L"Error retrieving key-str"}},
+constexpr builtin rows[] = {
+    namedRow<file_make>(
+        L"Gives the full name of a file in a directory, or of the directory alone; nothing is made on "
+        L"the disk."),
+    namedRow<file_delete>(L"Deletes a file; one that is not there or may not be deleted is passed over.",
+                          resultRule::none),
+    namedRow<file_copy>(
+        L"Copies a file into a directory, under its own name or another; gives the full name of the "
+        L"copy. A name that begins with a dot is taken from the directory of the script."),
+    namedRow<file_makeabs>(
+        L"Gives the full name of a file. A name that begins with a dot is taken from the directory of "
+        L"the script, any other from the current directory."),
+    namedRow<file_makerelative>(L"Gives the way from a directory to a file."),
+    namedRow<file_exchangeextension>(
+        L"Gives the name with another extension, which is written without its dot."),
+    namedRow<aboutFile<file_exists>>(L"Tells whether there is a file of this name; false for a directory."),
+    namedRow<aboutFile<file_path>>(
+        L"Gives what stands before the last part of a name, the separator included."),
+    namedRow<aboutFile<file_name>>(L"Gives the last part of a name, the extension included."),
+    namedRow<file_appendTextLine>(L"Adds a line to a file, which is made if it is missing.",
+                                  resultRule::none),
+    namedRow<fsname_replaceinvalidchars>(
+        L"Gives the text with a blank for each character that must not stand in the name of a file."),
 };
 
 } // namespace
 
-constinit const builtinModule fileModule{L"file", rows};
+constinit const builtinTable fileRows = rows;
 
 } // namespace qx::script

@@ -1,6 +1,6 @@
 // Values out of configuration files. Each call reads its file anew; a file that cannot be read holds nothing.
-#include "modules/fileStatements.h"
-#include "statements/qxScriptBase.h"
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxConfigReader.h"
 
@@ -10,21 +10,25 @@ namespace qx::script
 namespace
 {
 
+constexpr declaredParameter fileParam{L"file", true, L"Error retrieving file"};
+constexpr declaredParameter keyParam{L"vstr", true, L"Error retrieving key-str"};
+
 class file_loadini final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"file_loadini";
-    static constexpr declaredParameter declared[] = {
-        {L"file", true}, {L"sstr", true}, {L"vstr", true}, {L"cs", false}};
+    static constexpr declaredParameter sectionParam{L"sstr", true, L"Error retrieving section-str"};
+    static constexpr declaredParameter caseParam{L"cs", false};
+    static constexpr declaredParameter declared[] = {fileParam, sectionParam, keyParam, caseParam};
 
     statement* clone() const override { return new file_loadini(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string name = require<string>(L"file", context, L"Error retrieving file");
-        const string section = require<string>(L"sstr", context, L"Error retrieving section-str");
-        const string key = require<string>(L"vstr", context, L"Error retrieving key-str");
+        const string name = require<string>(fileParam, context);
+        const string section = require<string>(sectionParam, context);
+        const string key = require<string>(keyParam, context);
         bool caseSensitive = false;
-        read(L"cs", context, caseSensitive);
+        read(caseParam, context, caseSensitive);
         configStructure settings;
         iniFileReader(file(name)).fill(settings);
         string value;
@@ -43,13 +47,13 @@ class file_loadcfg final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"file_loadcfg";
-    static constexpr declaredParameter declared[] = {{L"file", true}, {L"vstr", true}};
+    static constexpr declaredParameter declared[] = {fileParam, keyParam};
 
     statement* clone() const override { return new file_loadcfg(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string name = require<string>(L"file", context, L"Error retrieving file");
-        const string key = require<string>(L"vstr", context, L"Error retrieving key-str");
+        const string name = require<string>(fileParam, context);
+        const string key = require<string>(keyParam, context);
         configStructure settings;
         cfgFileReader(file(name)).fill(settings);
         string value;
@@ -58,16 +62,19 @@ public:
     }
 };
 
+// --- Table ---
+
+constexpr builtin rows[] = {
+    namedRow<file_loadini>(
+        L"Gives the value of a key in a section of an ini file; empty where there is none. Case counts "
+        L"where the last parameter is true."),
+    namedRow<file_loadcfg>(
+        L"Gives the value of a key, written in any case, in a file of lines `key value`; empty where "
+        L"there is none."),
+};
+
 } // namespace
 
-statement* createLoadini(const callText& call)
-{
-    return createNamed<file_loadini>(call);
-}
-
-statement* createLoadcfg(const callText& call)
-{
-    return createNamed<file_loadcfg>(call);
-}
+constinit const builtinTable configurationRows = rows;
 
 } // namespace qx::script

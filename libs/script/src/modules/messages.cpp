@@ -1,6 +1,6 @@
 // Failures on purpose, messages for the user, and where the program lies.
-#include "modules/controlStatements.h"
-#include "statements/qxScriptBase.h"
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxDirectory.h"
 #include "qxHeldTypes.h"
@@ -27,15 +27,16 @@ bool messagesAllowed(const codecontext& context)
 class throwing : public scriptbasesinglefunction
 {
 public:
-    static constexpr declaredParameter declared[] = {{L"string", true}};
+    static constexpr declaredParameter textParam{L"string", true, L"Error retrieving throwerror-Message"};
+    static constexpr declaredParameter declared[] = {textParam};
 
 protected:
     // A text that is there and not empty.
     string thrownText(codecontext& context) const
     {
         string text;
-        if (!read(L"string", context, text) || text.empty())
-            execError(this, L"Error retrieving throwerror-Message");
+        if (!read(textParam, context, text) || text.empty())
+            execError(this, textParam.failure);
         return text;
     }
 };
@@ -67,22 +68,24 @@ class _assert final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"assert";
-    static constexpr declaredParameter declared[] = {{L"string", true}};
+    static constexpr declaredParameter textParam{L"string", true, L"Error retrieving assert-Message"};
+    static constexpr declaredParameter declared[] = {textParam};
 
     statement* clone() const override { return new _assert(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         if (!messagesAllowed(context))
             return;
-        const string text = require<string>(L"string", context, L"Error retrieving assert-Message");
+        const string text = require<string>(textParam, context);
         // REQUIRED: the text is the format. Without arguments its directives yield nothing.
         assertMsg(text.c_str());
     }
 };
 
-class executablepath final : public scriptbasesinglefunction
+class executablepath final : public scriptbasestatement
 {
 public:
+    static statement* create(const callText&) { return new executablepath; }
     statement* clone() const override { return new executablepath(*this); }
     void execute(codecontext&, genericValue& result) const override
     {
@@ -147,18 +150,21 @@ class messagebox final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"messagebox";
-    static constexpr declaredParameter declared[] = {
-        {L"string", true}, {L"buttons", false}, {L"icon", false}, {L"title", false}};
+    static constexpr declaredParameter textParam{L"string", true, L"Error retrieving messagebox-Message"};
+    static constexpr declaredParameter buttonsParam{L"buttons", false};
+    static constexpr declaredParameter iconParam{L"icon", false};
+    static constexpr declaredParameter titleParam{L"title", false};
+    static constexpr declaredParameter declared[] = {textParam, buttonsParam, iconParam, titleParam};
 
     statement* clone() const override { return new messagebox(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         if (!messagesAllowed(context))
             return;
-        const string text = require<string>(L"string", context, L"Error retrieving messagebox-Message");
-        const string buttons = optional(L"buttons", context, L"ok").toLower();
-        const string icon = optional(L"icon", context, L"").toLower();
-        const string title = optional(L"title", context, L"Orbelan");
+        const string text = require<string>(textParam, context);
+        const string buttons = optional(buttonsParam, context, L"ok").toLower();
+        const string icon = optional(iconParam, context, L"").toLower();
+        const string title = optional(titleParam, context, L"Orbelan");
         const uint flags = flagsOf(iconWords, icon) | flagsOf(buttonWords, buttons);
         const string shownTitle = localised(title);
         const string shownText = localised(text);
@@ -168,39 +174,35 @@ public:
 
 private:
     // A parameter that is missing, or does not read as text, is its default.
-    string optional(const wchar_t* name, codecontext& context, const wchar_t* otherwise) const
+    string optional(const declaredParameter& asked, codecontext& context, const wchar_t* otherwise) const
     {
         string text = otherwise;
-        read(name, context, text);
+        read(asked, context, text);
         return text;
     }
 };
 
+// --- Table ---
+
+constexpr builtin rows[] = {
+    namedRow<throwerror>(L"Fails with this text.", resultRule::none),
+    namedRow<throwmessage>(
+        L"Fails with this text alone: no statement on the way out adds its own, loops and treatasfunction "
+        L"excepted.",
+        resultRule::none),
+    namedRow<_assert>(L"Reports a text to the host, and goes on.", resultRule::none),
+    {.name = L"executablepath",
+     .create = executablepath::create,
+     .parameters = L"()",
+     .summary = L"Gives the directory of the program."},
+    namedRow<messagebox>(
+        L"Shows a text, or the message with this id, and waits; gives the button: `ok`, `cancel`, `retry`, "
+        L"`yes` or `no`.",
+        resultRule::replacesIfAny),
+};
+
 } // namespace
 
-statement* createThrowerror(const callText& call)
-{
-    return createNamed<throwerror>(call);
-}
-
-statement* createThrowmessage(const callText& call)
-{
-    return createNamed<throwmessage>(call);
-}
-
-statement* createAssert(const callText& call)
-{
-    return createNamed<_assert>(call);
-}
-
-statement* createExecutablepath(const callText&)
-{
-    return new executablepath;
-}
-
-statement* createMessagebox(const callText& call)
-{
-    return createNamed<messagebox>(call);
-}
+constinit const builtinTable messageRows = rows;
 
 } // namespace qx::script

@@ -1,5 +1,7 @@
 // The statements that read and write the fields of host objects.
 #include "modules/objectStatements.h"
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"
 
@@ -16,6 +18,10 @@ using intrface::fieldaccess;
 
 constexpr objectRefusals getRefusals{2, L"getFieldValue::parse: number of parameters < 2",
                                      L"getFieldValue::parse: error parsing %s"};
+constexpr objectRefusals getArrayRefusals{2, L"getArrayFieldValue::parse: number of parameters < 2",
+                                          L"getArrayFieldValue::parse: error parsing %s"};
+constexpr const wchar_t* notHeld = L"internal error";
+constexpr const wchar_t* notGot = L"error calling the objects get-method for field %s";
 
 // What a field of the type is when the host succeeds without writing.
 template <class T>
@@ -39,7 +45,7 @@ public:
         const auto fields = requireObject<Access>(context);
         const memberName name = getFieldName(context);
         if (!getInto(*fields.get(), name.c_str(), result))
-            execError(this, L"error calling the objects get-method for field %s", name.text());
+            execError(this, notGot, name.text());
     }
 
 protected:
@@ -55,7 +61,7 @@ private:
             replaceResult(result, fieldDefault<T>());
             const heldIn<T> value(&result);
             if (!value)
-                execError(this, L"internal error");
+                execError(this, notHeld);
             return fields.getValue(name, value.get());
         }
     }
@@ -90,11 +96,7 @@ class getArrayFieldValue final : public getFieldAs<arrayfieldaccess, valueArray>
 public:
     statement* clone() const override { return new getArrayFieldValue(*this); }
 
-    static statement* create(const callText& call)
-    {
-        return new getArrayFieldValue(call, {2, L"getArrayFieldValue::parse: number of parameters < 2",
-                                             L"getArrayFieldValue::parse: error parsing %s"});
-    }
+    static statement* create(const callText& call) { return new getArrayFieldValue(call, getArrayRefusals); }
 
 private:
     using getFieldAs::getFieldAs;
@@ -138,6 +140,15 @@ bool write(fieldaccess& fields, const wchar_t* name, const T& value)
     return fields.setValue(name, value);
 }
 
+// REQUIRED: the first text names the other statement.
+constexpr objectRefusals setRefusals{3, L"getFieldValue::parse: number of parameters < 3",
+                                     getRefusals.unusable};
+constexpr const wchar_t* unusableValue = L"setFieldValue::parse: error parsing %s";
+constexpr const wchar_t* noField = L"field \"%s\" not found within object";
+constexpr const wchar_t* noValue = L"unable to retrieve value for field \"%s\" (1)";
+constexpr const wchar_t* unreadableValue = L"unable to retrieve value for field \"%s\" (2)";
+constexpr const wchar_t* notSet = L"error calling the objects set-method";
+
 template <class T>
 class setFieldValue final : public fieldstatement
 {
@@ -151,24 +162,23 @@ public:
         const bool isThere = fields->hasField(name.c_str());
         epoch::move(); // the object may have run anything, and there are operands yet
         if (!isThere && !mayCreate(context))
-            execError(this, L"field \"%s\" not found within object", name.text());
+            execError(this, noField, name.text());
         genericValue given;
         if (!mpValue.evaluate(context, given))
-            execError(this, L"unable to retrieve value for field \"%s\" (1)", name.text());
+            execError(this, noValue, name.text());
         T value{};
         if (!readValue(given, value))
-            execError(this, L"unable to retrieve value for field \"%s\" (2)", name.text());
+            execError(this, unreadableValue, name.text());
         if (!write(*fields.get(), name.c_str(), value))
-            execError(this, L"error calling the objects set-method");
+            execError(this, notSet);
     }
 
     static statement* create(const callText& call) { return new setFieldValue(call); }
 
 private:
-    // REQUIRED: the first text names the other statement, and the flag is never refused.
+    // REQUIRED: the flag is never refused.
     explicit setFieldValue(const callText& call)
-        : fieldstatement(call, {3, L"getFieldValue::parse: number of parameters < 3", getRefusals.unusable}),
-          mpValue(requireProvider(call, 2, L"setFieldValue::parse: error parsing %s")),
+        : fieldstatement(call, setRefusals), mpValue(requireProvider(call, 2, unusableValue)),
           mpCreate(providerOf(call, 3))
     {}
 
@@ -189,17 +199,20 @@ class hasField final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"has";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fname", true}};
+    static constexpr const wchar_t* scriptName = L"obj_has";
+    static constexpr declaredParameter objectParam{L"this", true, L"Error retrieving object"};
+    static constexpr declaredParameter nameParam{L"fname", true, noFieldName};
+    static constexpr declaredParameter declared[] = {objectParam, nameParam};
 
     statement* clone() const override { return new hasField(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         objectRef object;
-        read(L"this", context, object);
+        read(objectParam, context, object);
         const intrface::interfaceptr<fieldaccess> fields(object);
         if (!fields.isValid())
-            execError(this, L"Error retrieving object");
-        const auto name = require<string>(L"fname", context, L"Error retrieving fieldname");
+            execError(this, objectParam.failure);
+        const auto name = require<string>(nameParam, context);
         replaceResult(result, ask(*fields.get(), name));
     }
 
@@ -262,26 +275,62 @@ statement* createTyped(const callText& call, statement* (*fieldType::*way)(const
     return nullptr;
 }
 
+// --- Table ---
+
+constexpr builtin hasRow = namedRow<hasField>(L"Tells whether the object has the field.");
+
+constexpr const wchar_t* getFailures[] = {
+    getRefusals.tooFew,      getRefusals.unusable,     noObject, notHeld, notGot,
+    getArrayRefusals.tooFew, getArrayRefusals.unusable};
+constexpr builtin getRow = {
+    .name = L"obj_get",
+    .create = [](const callText& call) { return createTyped(call, &fieldType::get); },
+    .parameters = L"<type>(object, field)",
+    .types = L"bool, short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp, "
+             L"array, generic",
+    .summary = L"Gives the content of a field of the object in the type, a `string` without one; as "
+               L"`generic` it is what the object has there, and null for nothing.",
+    .failures = getFailures};
+
+constexpr const wchar_t* getArrayFailures[] = {getArrayRefusals.tooFew, getArrayRefusals.unusable, noObject,
+                                               notHeld, notGot};
+
+constexpr const wchar_t* setFailures[] = {setRefusals.tooFew,
+                                          setRefusals.unusable,
+                                          unusableValue,
+                                          noObject,
+                                          noField,
+                                          noValue,
+                                          unreadableValue,
+                                          notSet};
+constexpr builtin setRow = {
+    .name = L"obj_set",
+    .create = [](const callText& call) { return createTyped(call, &fieldType::set); },
+    .parameters = L"<type>(object, field, value, [create])",
+    .types = L"bool, short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp, "
+             L"ref",
+    .result = resultRule::none,
+    .summary = L"Writes the value to a field of the object in the type, a `string` without one; a `ref` as "
+               L"whether there is an object. The field has to exist unless `create` is true.",
+    .failures = setFailures};
+
+// Statements with two names take the object as their first parameter under both.
+constexpr builtin rows[] = {
+    hasRow,
+    renamed(hasRow, L"ctxt_has"),
+    getRow,
+    renamed(getRow, L"ctxt_get"),
+    {.name = L"ctxt_getarray",
+     .create = getArrayFieldValue::create,
+     .parameters = L"(object, field)",
+     .summary = L"Gives the array in a field of the object.",
+     .failures = getArrayFailures},
+    setRow,
+    renamed(setRow, L"ctxt_set"),
+};
+
 } // namespace
 
-statement* createFieldGet(const callText& call)
-{
-    return createTyped(call, &fieldType::get);
-}
-
-statement* createFieldSet(const callText& call)
-{
-    return createTyped(call, &fieldType::set);
-}
-
-statement* createFieldGetArray(const callText& call)
-{
-    return getArrayFieldValue::create(call);
-}
-
-statement* createFieldHas(const callText& call)
-{
-    return createNamed<hasField>(call);
-}
+constinit const builtinTable fieldRows = rows;
 
 } // namespace qx::script

@@ -1,6 +1,8 @@
 // The statements on the relations of host objects, and on the data that scripts hang on them.
 #include "modules/genericValueObject.h"
 #include "modules/objectStatements.h"
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"
 
@@ -26,6 +28,10 @@ struct relationOf
 
 class relationStatement : public fieldstatement
 {
+public:
+    static constexpr const wchar_t* noRelation = L"relation \"%s\" not found";
+    static constexpr const wchar_t* notGot = L"Error retrieving relation \"%s\"";
+
 protected:
     using fieldstatement::fieldstatement;
 
@@ -34,7 +40,7 @@ protected:
         const auto object = requireObject<relationaccess>(context);
         const string name = getFieldName(context).text();
         if (!object->hasRelation(name.c_str()))
-            execError(this, L"relation \"%s\" not found", name);
+            execError(this, noRelation, name);
         epoch::move(); // the object may have run anything, and there are operands yet
         return {object, name};
     }
@@ -45,7 +51,7 @@ protected:
     {
         objectRef related;
         if (!(relation.object.get()->*get)(relation.name.c_str(), related.receive()))
-            execError(this, L"Error retrieving relation \"%s\"", relation.name);
+            execError(this, notGot, relation.name);
         return related;
     }
 };
@@ -55,11 +61,16 @@ constexpr const wchar_t* getRelationUnusable = L"getRelation::createFrom: error 
 class getRelation final : public relationStatement
 {
 public:
+    static constexpr objectRefusals refusals{2, L"getRelation::createFrom: number of parameters < 2",
+                                             getRelationUnusable};
+    static constexpr const wchar_t* noStatus = L"Unable to retrieve deletionstatus";
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, noStatus,          noObject,
+                                                  noRelation,      refusals.unusable, notGot};
+
     explicit getRelation(const callText& call)
-        : relationStatement(call,
-                            {2, L"getRelation::createFrom: number of parameters < 2", getRelationUnusable}),
-          mpDeletionStatus(providerOf(call, 4))
+        : relationStatement(call, refusals), mpDeletionStatus(providerOf(call, 4))
     {}
+    static statement* create(const callText& call) { return new getRelation(call); }
 
     statement* clone() const override { return new getRelation(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -67,7 +78,7 @@ public:
         const relationOf relation = requireRelation(context);
         string unused;
         if (mpDeletionStatus && !mpDeletionStatus.read(context, unused))
-            execError(this, L"Unable to retrieve deletionstatus");
+            execError(this, noStatus);
         replaceResult(result, requireRelated(relation, &relationaccess::getRelation));
     }
 
@@ -79,10 +90,13 @@ class getRelations final : public relationStatement
 {
 public:
     // REQUIRED: the second text names the other statement.
-    explicit getRelations(const callText& call)
-        : relationStatement(call,
-                            {2, L"getRelations::createFrom: number of parameters < 2", getRelationUnusable})
-    {}
+    static constexpr objectRefusals refusals{2, L"getRelations::createFrom: number of parameters < 2",
+                                             getRelationUnusable};
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, noObject, noRelation, refusals.unusable,
+                                                  notGot};
+
+    explicit getRelations(const callText& call) : relationStatement(call, refusals) {}
+    static statement* create(const callText& call) { return new getRelations(call); }
 
     statement* clone() const override { return new getRelations(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -95,11 +109,17 @@ public:
 class setRelation final : public relationStatement
 {
 public:
+    static constexpr objectRefusals refusals{2, L"setRelation::createFrom: number of parameters < 2",
+                                             L"setRelation::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* unreadable = L"unable to retrieve relation";
+    static constexpr const wchar_t* notSet = L"pObject->setRelation failed";
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject,
+                                                  noRelation,      unreadable,        notSet};
+
     explicit setRelation(const callText& call)
-        : relationStatement(call, {2, L"setRelation::createFrom: number of parameters < 2",
-                                   L"setRelation::createFrom: error parsing \"%s\""}),
-          mpRelated(providerOf(call, 2))
+        : relationStatement(call, refusals), mpRelated(providerOf(call, 2))
     {}
+    static statement* create(const callText& call) { return new setRelation(call); }
 
     statement* clone() const override { return new setRelation(*this); }
     // Has no value.
@@ -110,7 +130,7 @@ public:
         if (mpRelated)
             related = requireGiven(context);
         if (!relation.object->setRelation(relation.name.c_str(), related.get()))
-            execError(this, L"pObject->setRelation failed");
+            execError(this, notSet);
     }
 
 private:
@@ -121,7 +141,7 @@ private:
         const bool isGiven = mpRelated.evaluate(context, value);
         const heldIn<objectRef> object(&value);
         if (!isGiven || !object)
-            execError(this, L"unable to retrieve relation");
+            execError(this, unreadable);
         return *object;
     }
 
@@ -139,6 +159,9 @@ struct dataOf
 
 class dataStatement : public methodstatement
 {
+public:
+    static constexpr const wchar_t* noName = L"unable to retrieve name";
+
 protected:
     // A name that cannot be made is found missing when the statement runs.
     dataStatement(const callText& call, const objectRefusals& texts)
@@ -150,7 +173,7 @@ protected:
         const auto object = requireObject<transientdataaccess>(context);
         string name;
         if (!mpName.read(context, name))
-            execError(this, L"unable to retrieve name");
+            execError(this, noName);
         return {object, name};
     }
 
@@ -161,10 +184,12 @@ private:
 class hasTransientData final : public dataStatement
 {
 public:
-    explicit hasTransientData(const callText& call)
-        : dataStatement(call, {2, L"hasTransientData::createFrom: number of parameters < 2",
-                               L"hasTransientData::createFrom: error parsing \"%s\""})
-    {}
+    static constexpr objectRefusals refusals{2, L"hasTransientData::createFrom: number of parameters < 2",
+                                             L"hasTransientData::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject, noName};
+
+    explicit hasTransientData(const callText& call) : dataStatement(call, refusals) {}
+    static statement* create(const callText& call) { return new hasTransientData(call); }
 
     statement* clone() const override { return new hasTransientData(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -177,10 +202,14 @@ public:
 class getTransientData final : public dataStatement
 {
 public:
-    explicit getTransientData(const callText& call)
-        : dataStatement(call, {2, L"getTransientData::createFrom: number of parameters < 2",
-                               L"getTransientData::createFrom: error parsing \"%s\""})
-    {}
+    static constexpr objectRefusals refusals{2, L"getTransientData::createFrom: number of parameters < 2",
+                                             L"getTransientData::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* notGot = L"Error executing getTransientData";
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject, noName,
+                                                  notGot};
+
+    explicit getTransientData(const callText& call) : dataStatement(call, refusals) {}
+    static statement* create(const callText& call) { return new getTransientData(call); }
 
     statement* clone() const override { return new getTransientData(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -188,7 +217,7 @@ public:
         const dataOf data = requireData(context);
         objectRef stored;
         if (!data.object->getTransientData(data.name.c_str(), stored.receive()))
-            execError(this, L"Error executing getTransientData");
+            execError(this, notGot);
         const auto* const carrier = dynamic_cast<ifimpl::intrfaceImpl<gvObjectImpl>*>(stored.get());
         if (!carrier)
             execError(this, nullptr);
@@ -199,11 +228,17 @@ public:
 class setTransientData final : public dataStatement
 {
 public:
+    static constexpr objectRefusals refusals{2, L"setTransientData::createFrom: number of parameters < 2",
+                                             L"setTransientData::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* noValue = L"unable to retrieve value";
+    static constexpr const wchar_t* notSet = L"Error executing setTransientData";
+    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject,
+                                                  noName,          noValue,           notSet};
+
     explicit setTransientData(const callText& call)
-        : dataStatement(call, {2, L"setTransientData::createFrom: number of parameters < 2",
-                               L"setTransientData::createFrom: error parsing \"%s\""}),
-          mpValue(providerOf(call, 2))
+        : dataStatement(call, refusals), mpValue(providerOf(call, 2))
     {}
+    static statement* create(const callText& call) { return new setTransientData(call); }
 
     statement* clone() const override { return new setTransientData(*this); }
     // Has no value.
@@ -214,7 +249,7 @@ public:
         if (mpValue)
             carrier = requireCarrier(context);
         if (!data.object->setTransientData(data.name.c_str(), carrier.get()))
-            execError(this, L"Error executing setTransientData");
+            execError(this, notSet);
     }
 
 private:
@@ -222,7 +257,7 @@ private:
     {
         genericValue value;
         if (!mpValue.evaluate(context, value))
-            execError(this, L"unable to retrieve value");
+            execError(this, noValue);
         gvObjectImpl* const made = gvObjectImpl::make(value);
         void* root = nullptr;
         if (made)
@@ -233,36 +268,56 @@ private:
     ownedProvider mpValue; // null: what is stored is cleared
 };
 
+// --- Table ---
+
+constexpr builtin hasDataRow = {.name = L"obj_hastransientdata",
+                                .create = hasTransientData::create,
+                                .parameters = L"(object, name)",
+                                .summary = L"Tells whether there is data under the name on the object.",
+                                .failures = hasTransientData::failures};
+constexpr builtin getDataRow = {
+    .name = L"obj_gettransientdata",
+    .create = getTransientData::create,
+    .parameters = L"(object, name)",
+    .summary = L"Gives a copy of the value that a script has hung on the object under the name; fails, "
+               L"without a text, where there is none.",
+    .failures = getTransientData::failures};
+constexpr builtin setDataRow = {
+    .name = L"obj_settransientdata",
+    .create = setTransientData::create,
+    .parameters = L"(object, name, [value])",
+    .result = resultRule::none,
+    .summary = L"Hangs a copy of the value on the object under the name, or clears what is there.",
+    .failures = setTransientData::failures};
+
+constexpr builtin rows[] = {
+    {.name = L"obj_getrelation",
+     .create = getRelation::create,
+     .parameters = L"(object, relation, [unused], [unused], [deletion status])",
+     .summary = L"Gives the object at the other end of a relation, a null reference where there is none.",
+     .failures = getRelation::failures},
+    {.name = L"obj_getrelations",
+     .create = getRelations::create,
+     .parameters = L"(object, relation)",
+     .summary = L"Gives what walks over the objects at the other ends of a relation, for `for_each` and "
+                L"`createarray`.",
+     .failures = getRelations::failures},
+    {.name = L"obj_setrelation",
+     .create = setRelation::create,
+     .parameters = L"(object, relation, [related])",
+     .result = resultRule::none,
+     .summary = L"Links the object to another, or to none.",
+     .failures = setRelation::failures},
+    hasDataRow,
+    renamed(hasDataRow, L"ctxt_hastransientdata"),
+    getDataRow,
+    renamed(getDataRow, L"ctxt_gettransientdata"),
+    setDataRow,
+    renamed(setDataRow, L"ctxt_settransientdata"),
+};
+
 } // namespace
 
-statement* createGetRelation(const callText& call)
-{
-    return new getRelation(call);
-}
-
-statement* createGetRelations(const callText& call)
-{
-    return new getRelations(call);
-}
-
-statement* createSetRelation(const callText& call)
-{
-    return new setRelation(call);
-}
-
-statement* createHasTransientData(const callText& call)
-{
-    return new hasTransientData(call);
-}
-
-statement* createGetTransientData(const callText& call)
-{
-    return new getTransientData(call);
-}
-
-statement* createSetTransientData(const callText& call)
-{
-    return new setTransientData(call);
-}
+constinit const builtinTable relationRows = rows;
 
 } // namespace qx::script

@@ -1,5 +1,4 @@
-// The bases of the statements on host objects, and the creators of those that live in other sources than the
-// table.
+// The bases of the statements on host objects.
 #pragma once
 
 #include "contexts/qxScriptEpoch.h"
@@ -11,6 +10,10 @@ namespace qx::script
 {
 
 using objectRef = intrface::interfaceptr<intrface::unknown>;
+
+// Failures that statements of several sources share.
+constexpr const wchar_t* noObject = L"unable to retrieve object";
+constexpr const wchar_t* noFieldName = L"Error retrieving fieldname";
 
 // How the factories of one statement refuse a call.
 struct objectRefusals
@@ -72,7 +75,7 @@ private:
         intrface::interfaceptr<T> found(object);
         epoch::move(); // the object has been asked, and an operand that comes yet may call a function
         if (!found.isValid())
-            execError(this, L"unable to retrieve object");
+            execError(this, noObject);
         return found;
     }
     // What the object's variable holds where nobody else can reach it; null where it is not just that.
@@ -122,34 +125,5 @@ private:
 
     ownedProvider mpFieldName;
 };
-
-// Fields, see objectFields.cpp. These two give null for a type word that they do not take.
-statement* createFieldGet(const callText& call);
-statement* createFieldSet(const callText& call);
-statement* createFieldGetArray(const callText& call);
-statement* createFieldHas(const callText& call);
-
-// States of fields, see objectStates.cpp.
-statement* createSetRestriction(const callText& call);
-statement* createIsFieldValid(const callText& call);
-statement* createSetEnabled(const callText& call);
-statement* createIsEnabled(const callText& call);
-statement* createSetDisabled(const callText& call);
-statement* createIsDisabled(const callText& call);
-statement* createSetConstant(const callText& call);
-statement* createIsConstant(const callText& call);
-statement* createSetLabel(const callText& call);
-statement* createSetLabelSwitch(const callText& call);
-statement* createLabel(const callText& call);
-statement* createTriggerFieldChange(const callText& call);
-statement* createTriggerFieldInfoChange(const callText& call);
-
-// Relations and transient data, see objectRelations.cpp.
-statement* createGetRelation(const callText& call);
-statement* createGetRelations(const callText& call);
-statement* createSetRelation(const callText& call);
-statement* createHasTransientData(const callText& call);
-statement* createGetTransientData(const callText& call);
-statement* createSetTransientData(const callText& call);
 
 } // namespace qx::script

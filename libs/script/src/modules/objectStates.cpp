@@ -1,6 +1,8 @@
 // The statements on the states of fields: restriction, disabled, constant, label, and what observers are
 // told.
 #include "modules/objectStatements.h"
+#include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"
 
@@ -27,19 +29,23 @@ struct fieldOf
 // What all have in common: the object first, then its interface, then the name of the field.
 class onField : public scriptbasesinglefunction
 {
+public:
+    static constexpr declaredParameter thisParam{L"this", true, L"Error retrieving this-pointer (1)"};
+    static constexpr declaredParameter nameParam{L"fn", true, noFieldName};
+    static constexpr declaredParameter declared[] = {thisParam, nameParam};
+    static constexpr const wchar_t* noAccess = L"Error retrieving this-pointer (2)";
+    static constexpr const wchar_t* failures[] = {thisParam.failure, noAccess, nameParam.failure};
+
 protected:
     template <class T>
     fieldOf<T> requireField(codecontext& context) const
     {
         objectRef object = requireThis(context);
-        const auto access = requireInterface<T>(object, L"Error retrieving this-pointer (2)");
+        const auto access = requireInterface<T>(object, noAccess);
         return {access, requireName(context)};
     }
 
-    objectRef requireThis(codecontext& context) const
-    {
-        return require<objectRef>(L"this", context, L"Error retrieving this-pointer (1)");
-    }
+    objectRef requireThis(codecontext& context) const { return require<objectRef>(thisParam, context); }
     template <class T>
     intrface::interfaceptr<T> requireInterface(objectRef& object, const wchar_t* failure) const
     {
@@ -48,10 +54,7 @@ protected:
             execError(this, failure);
         return access;
     }
-    string requireName(codecontext& context) const
-    {
-        return require<string>(L"fn", context, L"Error retrieving fieldname");
-    }
+    string requireName(codecontext& context) const { return require<string>(nameParam, context); }
 };
 
 // --- Restrictions ---
@@ -60,13 +63,17 @@ class obj_setrestriction final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = L"obj_setrestriction";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}, {L"restriction", true}};
+    static constexpr declaredParameter restrictionParam{L"restriction", true,
+                                                        L"Error retrieving restriction"};
+    static constexpr declaredParameter declared[] = {thisParam, nameParam, restrictionParam};
+    static constexpr const wchar_t* failures[] = {thisParam.failure, noAccess, nameParam.failure,
+                                                  restrictionParam.failure};
 
     statement* clone() const override { return new obj_setrestriction(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         const auto field = requireField<restrictionsaccess>(context);
-        const auto text = require<string>(L"restriction", context, L"Error retrieving restriction");
+        const auto text = require<string>(restrictionParam, context);
         // REQUIRED: a text that is no condition is no failure: the field gets a null one.
         field.access->setRestriction(field.name.c_str(), sharedPtr<condition>(condition::parse(text)));
     }
@@ -76,15 +83,15 @@ class obj_isfieldvalid final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = L"obj_isfieldvalid";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}};
+    static constexpr const wchar_t* noFields = L"Error retrieving this-pointer (3)";
+    static constexpr const wchar_t* failures[] = {thisParam.failure, noAccess, nameParam.failure, noFields};
 
     statement* clone() const override { return new obj_isfieldvalid(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         objectRef object = requireThis(context);
-        const auto restrictions =
-            requireInterface<restrictionsaccess>(object, L"Error retrieving this-pointer (2)");
-        const auto fields = requireInterface<fieldaccess>(object, L"Error retrieving this-pointer (3)");
+        const auto restrictions = requireInterface<restrictionsaccess>(object, noAccess);
+        const auto fields = requireInterface<fieldaccess>(object, noFields);
         const string name = requireName(context);
         const sharedPtr<condition> restriction = restrictions->getRestriction(name.c_str());
         bool isValid = true;
@@ -99,23 +106,25 @@ public:
 
 // --- Flags ---
 
-struct enabledFlag
+struct disabledFlag
 {
-    // REQUIRED: a wrong call of the one that sets is told under the name of its opposite.
     static constexpr const wchar_t* setName = L"obj_setdisabled";
-    static constexpr const wchar_t* askName = L"obj_isenabled";
-    static constexpr const wchar_t* parameter = L"enabled";
-    static constexpr bool isOpposite = true; // of what the object knows
+    static constexpr const wchar_t* setMessageName = setName;
+    static constexpr const wchar_t* askName = L"obj_isdisabled";
+    static constexpr declaredParameter flagParam{L"disabled", false};
+    static constexpr bool isOpposite = false; // of what the object knows
     static constexpr auto set = &propertyaccess::setDisabled;
     static constexpr auto ask = &propertyaccess::isDisabled;
 };
 
-struct disabledFlag
+struct enabledFlag
 {
-    static constexpr const wchar_t* setName = L"obj_setdisabled";
-    static constexpr const wchar_t* askName = L"obj_isdisabled";
-    static constexpr const wchar_t* parameter = L"disabled";
-    static constexpr bool isOpposite = false;
+    static constexpr const wchar_t* setName = L"obj_setenabled";
+    // REQUIRED: a wrong call of the one that sets is told under the name of its opposite.
+    static constexpr const wchar_t* setMessageName = disabledFlag::setName;
+    static constexpr const wchar_t* askName = L"obj_isenabled";
+    static constexpr declaredParameter flagParam{L"enabled", false};
+    static constexpr bool isOpposite = true;
     static constexpr auto set = &propertyaccess::setDisabled;
     static constexpr auto ask = &propertyaccess::isDisabled;
 };
@@ -123,8 +132,9 @@ struct disabledFlag
 struct constantFlag
 {
     static constexpr const wchar_t* setName = L"obj_setconstant";
+    static constexpr const wchar_t* setMessageName = setName;
     static constexpr const wchar_t* askName = L"obj_isconstant";
-    static constexpr const wchar_t* parameter = L"const";
+    static constexpr declaredParameter flagParam{L"const", false};
     static constexpr bool isOpposite = false;
     static constexpr auto set = &propertyaccess::setConstant;
     static constexpr auto ask = &propertyaccess::isConstant;
@@ -134,16 +144,16 @@ template <class Flag>
 class setFlag final : public onField
 {
 public:
-    static constexpr const wchar_t* messageName = Flag::setName;
-    static constexpr declaredParameter declared[] = {
-        {L"this", true}, {L"fn", true}, {Flag::parameter, false}};
+    static constexpr const wchar_t* messageName = Flag::setMessageName;
+    static constexpr const wchar_t* scriptName = Flag::setName;
+    static constexpr declaredParameter declared[] = {thisParam, nameParam, Flag::flagParam};
 
     statement* clone() const override { return new setFlag(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         const auto field = requireField<propertyaccess>(context);
         bool on = true;
-        read(Flag::parameter, context, on);
+        read(Flag::flagParam, context, on);
         (field.access.get()->*Flag::set)(field.name.c_str(), on != Flag::isOpposite);
     }
 };
@@ -153,7 +163,6 @@ class askFlag final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = Flag::askName;
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}};
 
     statement* clone() const override { return new askFlag(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -171,14 +180,15 @@ class obj_setlabel final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = L"obj_setlabel";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}, {L"label", true}};
+    static constexpr declaredParameter labelParam{L"label", true};
+    static constexpr declaredParameter declared[] = {thisParam, nameParam, labelParam};
 
     statement* clone() const override { return new obj_setlabel(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         const auto field = requireField<propertyaccess>(context);
         string label;
-        read(L"label", context, label);
+        read(labelParam, context, label);
         field.access->setLabel(field.name.c_str(), label);
     }
 };
@@ -187,17 +197,19 @@ class obj_setlabelswitch final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = L"obj_setlabelswitch";
-    static constexpr declaredParameter declared[] = {
-        {L"this", true}, {L"fn", true}, {L"label_on", true}, {L"label_off", true}, {L"enabled", true}};
+    static constexpr declaredParameter onParam{L"label_on", true};
+    static constexpr declaredParameter offParam{L"label_off", true};
+    static constexpr declaredParameter enabledParam{enabledFlag::flagParam.name, true};
+    static constexpr declaredParameter declared[] = {thisParam, nameParam, onParam, offParam, enabledParam};
 
     statement* clone() const override { return new obj_setlabelswitch(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
         const auto field = requireField<propertyaccess>(context);
         bool isEnabled = false;
-        read(L"enabled", context, isEnabled);
+        read(enabledParam, context, isEnabled);
         string label;
-        read(isEnabled ? L"label_on" : L"label_off", context, label);
+        read(isEnabled ? onParam : offParam, context, label);
         field.access->setLabel(field.name.c_str(), label);
     }
 };
@@ -206,7 +218,6 @@ class obj_label final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = L"obj_label";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}};
 
     statement* clone() const override { return new obj_label(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -235,7 +246,6 @@ class triggerEvent final : public onField
 {
 public:
     static constexpr const wchar_t* messageName = Event::name;
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"fn", true}};
 
     statement* clone() const override { return new triggerEvent(*this); }
     void execute(codecontext& context, genericValue&) const override
@@ -245,71 +255,40 @@ public:
     }
 };
 
+// --- Table ---
+
+constexpr builtin rows[] = {
+    namedRow<obj_setrestriction>(
+        L"Gives a field the condition that the text tells, as `condition_create` makes it, or none where the "
+        L"text is no condition.",
+        resultRule::none),
+    namedRow<obj_isfieldvalid>(
+        L"Tells whether a field meets its restriction; one without a restriction does.",
+        resultRule::keepsType),
+    namedRow<setFlag<enabledFlag>>(L"Enables a field, or disables it where `enabled` is false.",
+                                   resultRule::none),
+    namedRow<askFlag<enabledFlag>>(L"Tells whether a field is enabled."),
+    namedRow<setFlag<disabledFlag>>(L"Disables a field, or enables it where `disabled` is false.",
+                                    resultRule::none),
+    namedRow<askFlag<disabledFlag>>(L"Tells whether a field is disabled."),
+    namedRow<setFlag<constantFlag>>(L"Makes a field constant, or changeable where `const` is false.",
+                                    resultRule::none),
+    namedRow<askFlag<constantFlag>>(L"Tells whether a field is constant."),
+    namedRow<obj_setlabel>(L"Gives a field its label.", resultRule::none),
+    namedRow<obj_setlabelswitch>(
+        L"Gives a field the one label where `enabled` is true and the other where it is false; the label "
+        L"that is not used is not evaluated.",
+        resultRule::none),
+    namedRow<obj_label>(L"Gives the label of a field."),
+    namedRow<triggerEvent<fieldChange>>(
+        L"Has the object tell its observers that the content of a field has changed.", resultRule::none),
+    namedRow<triggerEvent<fieldInfoChange>>(
+        L"Has the object tell its observers that the label or a state of a field has changed.",
+        resultRule::none),
+};
+
 } // namespace
 
-statement* createSetRestriction(const callText& call)
-{
-    return createNamed<obj_setrestriction>(call);
-}
-
-statement* createIsFieldValid(const callText& call)
-{
-    return createNamed<obj_isfieldvalid>(call);
-}
-
-statement* createSetEnabled(const callText& call)
-{
-    return createNamed<setFlag<enabledFlag>>(call);
-}
-
-statement* createIsEnabled(const callText& call)
-{
-    return createNamed<askFlag<enabledFlag>>(call);
-}
-
-statement* createSetDisabled(const callText& call)
-{
-    return createNamed<setFlag<disabledFlag>>(call);
-}
-
-statement* createIsDisabled(const callText& call)
-{
-    return createNamed<askFlag<disabledFlag>>(call);
-}
-
-statement* createSetConstant(const callText& call)
-{
-    return createNamed<setFlag<constantFlag>>(call);
-}
-
-statement* createIsConstant(const callText& call)
-{
-    return createNamed<askFlag<constantFlag>>(call);
-}
-
-statement* createSetLabel(const callText& call)
-{
-    return createNamed<obj_setlabel>(call);
-}
-
-statement* createSetLabelSwitch(const callText& call)
-{
-    return createNamed<obj_setlabelswitch>(call);
-}
-
-statement* createLabel(const callText& call)
-{
-    return createNamed<obj_label>(call);
-}
-
-statement* createTriggerFieldChange(const callText& call)
-{
-    return createNamed<triggerEvent<fieldChange>>(call);
-}
-
-statement* createTriggerFieldInfoChange(const callText& call)
-{
-    return createNamed<triggerEvent<fieldInfoChange>>(call);
-}
+constinit const builtinTable stateRows = rows;
 
 } // namespace qx::script

@@ -1,6 +1,6 @@
 // Libraries and processes of the system.
 #include "modules/qxScriptModules.h"
-#include "statements/qxScriptBase.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxDirectory.h"
 #include "qxSystem.h"
@@ -15,19 +15,22 @@ class loadDLL final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"loadDLL";
-    static constexpr declaredParameter declared[] = {{L"file", true}};
+    static constexpr declaredParameter fileParam{L"file", true, L"error retrieving filename"};
+    static constexpr declaredParameter declared[] = {fileParam};
+    static constexpr const wchar_t* notFound = L"file not found";
+    static constexpr const wchar_t* failures[] = {notFound};
 
     statement* clone() const override { return new loadDLL(*this); }
     // The library stays loaded until the process ends. One that cannot be loaded gives a null handle.
     void execute(codecontext& context, genericValue& result) const override
     {
-        const string name = require<string>(L"file", context, L"error retrieving filename");
+        const string name = require<string>(fileParam, context);
         file found = plainOrDebug(name);
         directory program;
         if (!found.exists() && getModulePath(string(), program))
             found = plainOrDebug(file(program.fullName(), name).fullName());
         if (!found.exists())
-            execError(this, L"file not found");
+            execError(this, notFound);
         replaceResult(result, system::current().loadLibrary(found.fullName()));
     }
 
@@ -47,17 +50,20 @@ class runExe final : public scriptbasesinglefunction
 {
 public:
     static constexpr const wchar_t* messageName = L"runExe";
-    static constexpr declaredParameter declared[] = {{L"exe", true}, {L"params", false}, {L"flags", false}};
+    static constexpr declaredParameter programParam{L"exe", true, L"error retrieving exe"};
+    static constexpr declaredParameter paramsParam{L"params", false};
+    static constexpr declaredParameter flagsParam{L"flags", false};
+    static constexpr declaredParameter declared[] = {programParam, paramsParam, flagsParam};
 
     statement* clone() const override { return new runExe(*this); }
     // REQUIRED: the exit code is asked for and dropped, and a program that cannot be started is no failure.
     void execute(codecontext& context, genericValue&) const override
     {
-        const string program = require<string>(L"exe", context, L"error retrieving exe");
+        const string program = require<string>(programParam, context);
         string params;
         string flags;
-        read(L"params", context, params);
-        read(L"flags", context, flags);
+        read(paramsParam, context, params);
+        read(flagsParam, context, flags);
         void* process = nullptr;
         if (!startProcess(program, params, flagsIn(flags), nullptr, nullptr, &process, directory()))
             return;
@@ -85,28 +91,19 @@ private:
 
 // --- Table ---
 
-const builtin rows[] = {
-    {.name = L"loaddll",
-     .create = createNamed<loadDLL>,
-     .parameters = L"(file)",
-     .summary =
-         L"Loads a shared library, for good, and gives its handle. The file, then its debug build, whose "
-         L"name ends in `-d`, are looked for under the given name and then in the directory of the "
-         L"program.",
-     .failures = {L"error retrieving filename\n"
-                  L"file not found"}},
-    {.name = L"runexe",
-     .create = createNamed<runExe>,
-     .parameters = L"(exe, [params], [flags])",
-     .result = resultRule::none,
-     .summary =
-         L"Starts a program with these parameters, without a shell; one that cannot be started is passed "
-         L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window.",
-     .failures = {L"error retrieving exe"}},
+constexpr builtin rows[] = {
+    namedRow<loadDLL>(
+        L"Loads a shared library, for good, and gives its handle. The file, then its debug build, whose "
+        L"name ends in `-d`, are looked for under the given name and then in the directory of the "
+        L"program."),
+    namedRow<runExe>(
+        L"Starts a program with these parameters, without a shell; one that cannot be started is passed "
+        L"over. The flags, separated by commas: `w` waits for its end, `h` hides its window.",
+        resultRule::none),
 };
 
 } // namespace
 
-constinit const builtinModule libraryModule{L"library", rows};
+constinit const builtinTable libraryRows = rows;
 
 } // namespace qx::script

@@ -23,7 +23,7 @@ void moveBy(Value& value, uint quantity, calculationMode mode)
         value -= Duration(quantity);
 }
 
-// The units of a type, and its texts.
+// The units of a type.
 template <class Value>
 struct kindOf;
 
@@ -36,11 +36,6 @@ struct kindOf<date>
                                              {L"weeks", moveBy<date, weeks>},
                                              {L"days", moveBy<date, days>},
                                              {L"workdays", nullptr}};
-    static constexpr const wchar_t* tooFewParameters =
-        L"dateCalculation::createFrom: number of parameters < 2";
-    static constexpr const wchar_t* noUnit = L"dateCalculation::createFrom: missing second datatype";
-    static constexpr const wchar_t* unreadableText = L"dateCalculation::createFrom: error parsing \"%s\"";
-    static constexpr const wchar_t* noValue = L"unable to retrieve date";
 };
 
 template <>
@@ -50,11 +45,6 @@ struct kindOf<time>
                                              {L"minutes", moveBy<time, minutes>},
                                              {L"seconds", moveBy<time, seconds>},
                                              {L"mseconds", moveBy<time, mseconds>}};
-    static constexpr const wchar_t* tooFewParameters =
-        L"timeCalculation::createFrom: number of parameters < 2";
-    static constexpr const wchar_t* noUnit = L"timeCalculation::createFrom: missing second datatype";
-    static constexpr const wchar_t* unreadableText = L"timeCalculation::createFrom: error parsing \"%s\"";
-    static constexpr const wchar_t* noValue = L"unable to retrieve time";
 };
 
 template <class Value>
@@ -64,7 +54,7 @@ const unitOf<Value>& findUnit(const string& word)
     for (const unitOf<Value>& unit : kindOf<Value>::units)
         if (unit.word == lower)
             return unit;
-    refuse(kindOf<Value>::unreadableText, word);
+    refuse(calculationTexts<Value>::unreadableText, word);
 }
 
 } // namespace
@@ -73,19 +63,19 @@ template <class Value>
 statement* calculation<Value>::createFrom(const callText& call, calculationMode mode)
 {
     if (call.params.size() < 2)
-        refuse(kindOf<Value>::tooFewParameters);
+        refuse(texts::tooFewParameters);
     if (call.types.size() < 2)
-        refuse(kindOf<Value>::noUnit);
+        refuse(texts::noUnit);
     return new calculation(call, mode, findUnit<Value>(call.types[1]));
 }
 
 template <class Value>
 calculation<Value>::calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit)
-    : mMode(mode), mpUnit(&unit), mpValue(requireProvider(call, 0, kindOf<Value>::unreadableText)),
-      mpQuantity(requireProvider(call, 1, kindOf<Value>::unreadableText))
+    : mMode(mode), mpUnit(&unit), mpValue(requireProvider(call, 0, texts::unreadableText)),
+      mpQuantity(requireProvider(call, 1, texts::unreadableText))
 {
     if (!unit.move && call.params.size() > 2)
-        mpUnused = requireProvider(call, 2, kindOf<Value>::unreadableText);
+        mpUnused = requireProvider(call, 2, texts::unreadableText);
     mpValue.fold<Value>();
     mpQuantity.fold<uint>();
     if (unit.move)
@@ -97,12 +87,12 @@ void calculation<Value>::execute(codecontext& context, genericValue& result) con
 {
     uint quantity = 0;
     if (!mpQuantity.read(context, quantity))
-        execError(this, L"unable to retrieve quantity");
+        execError(this, noQuantity);
     if (!mpUnit->move)
-        execError(this, L"unsupported calctype");
+        execError(this, unsupported);
     Value value;
     if (!mpValue.read(context, value))
-        execError(this, kindOf<Value>::noValue);
+        execError(this, texts::noValue);
     mpUnit->move(value, quantity, mMode);
     replaceResult(result, value);
 }

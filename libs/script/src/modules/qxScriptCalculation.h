@@ -5,6 +5,8 @@
 
 #include "qxHeldTypes.h"
 
+#include <array>
+
 namespace qx::script
 {
 
@@ -17,11 +19,41 @@ enum class calculationMode
 template <class Value>
 struct unitOf;
 
+template <class Value>
+struct calculationTexts;
+
+template <>
+struct calculationTexts<date>
+{
+    static constexpr const wchar_t* tooFewParameters =
+        L"dateCalculation::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* noUnit = L"dateCalculation::createFrom: missing second datatype";
+    static constexpr const wchar_t* unreadableText = L"dateCalculation::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noValue = L"unable to retrieve date";
+};
+
+template <>
+struct calculationTexts<time>
+{
+    static constexpr const wchar_t* tooFewParameters =
+        L"timeCalculation::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* noUnit = L"timeCalculation::createFrom: missing second datatype";
+    static constexpr const wchar_t* unreadableText = L"timeCalculation::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noValue = L"unable to retrieve time";
+};
+
 // Made for date and time, see qxScriptCalculation.cpp.
 template <class Value>
 class calculation final : public scriptbasestatement
 {
 public:
+    using texts = calculationTexts<Value>;
+    static constexpr const wchar_t* noQuantity = L"unable to retrieve quantity";
+    static constexpr const wchar_t* unsupported = L"unsupported calctype";
+    static constexpr std::array failures = {
+        texts::tooFewParameters, texts::noUnit, texts::unreadableText, noQuantity, unsupported,
+        texts::noValue};
+
     // The types are that of the value and the unit, the parameters the value and the quantity. The caller
     // owns the statement. A text that does not fit is reported, and the bool value false thrown.
     static statement* createFrom(const callText& call, calculationMode mode);

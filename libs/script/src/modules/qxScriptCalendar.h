@@ -4,10 +4,12 @@
 //     struct dateKind
 //     {
 //         using type = date;
-//         static constexpr const wchar_t* noFunction = L"...";      // texts of failures
+//         static constexpr const wchar_t* noFunction = L"...";      // failures
 //         static constexpr const wchar_t* tooFewParameters = L"...";
 //         static constexpr const wchar_t* unreadableText = L"...";
 //         static constexpr const wchar_t* noValue = L"...";
+//         static constexpr const wchar_t* readOutFailures[] = {...};
+//         static constexpr const wchar_t* parameters = L"(date)";   // of a read-out
 //         static constexpr bool constantFailsWithoutText = true;    // whatever goes wrong with a constant
 //         static constexpr int (*readOuts[])(const date&) = {...};  // null for a number that is free
 //     };
@@ -22,17 +24,25 @@
 namespace qx::script
 {
 
+constexpr const wchar_t* noReadOut = L"invalid infotype %d";
+
 // A statement that gives the value of a function.
 template <class Kind>
 class constantOf final : public scriptbasestatement
 {
 public:
     using function = typename Kind::type (*)();
+    static constexpr const wchar_t* failures[] = {Kind::noFunction};
 
     template <function Function>
-    static statement* create(const callText&)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        return new constantOf(Function);
+        return {.name = name,
+                .create = create<Function>,
+                .parameters = L"()",
+                .result = resultRule::keepsType,
+                .summary = summary,
+                .failures = failures};
     }
 
     statement* clone() const override { return new constantOf(*this); }
@@ -52,6 +62,12 @@ public:
 private:
     explicit constantOf(function called) : mFunction(called) {}
 
+    template <function Function>
+    static statement* create(const callText&)
+    {
+        return new constantOf(Function);
+    }
+
     function mFunction;
 };
 
@@ -62,11 +78,14 @@ class infoOf final : public scriptbasestatement
 public:
     // `Info` is a place among the kind's read-outs.
     template <int Info>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        if (call.params.empty())
-            refuse(Kind::tooFewParameters);
-        return new infoOf(Info, requireProvider(call, 0, Kind::unreadableText));
+        return {.name = name,
+                .create = create<Info>,
+                .parameters = Kind::parameters,
+                .result = resultRule::keepsType,
+                .summary = summary,
+                .failures = Kind::readOutFailures};
     }
 
     statement* clone() const override { return new infoOf(*this); }
@@ -76,7 +95,7 @@ public:
         if (!mpValue.read(context, value))
             execError(this, Kind::noValue);
         if (!isReadOut())
-            execError(this, L"invalid infotype %d", mInfo);
+            execError(this, noReadOut, mInfo);
         writeToSlot(result, Kind::readOuts[mInfo](value));
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -87,6 +106,14 @@ public:
     }
 
 private:
+    template <int Info>
+    static statement* create(const callText& call)
+    {
+        if (call.params.empty())
+            refuse(Kind::tooFewParameters);
+        return new infoOf(Info, requireProvider(call, 0, Kind::unreadableText));
+    }
+
     infoOf(int info, ownedProvider value) : mInfo(info), mpValue(std::move(value))
     {
         mpValue.template fold<typename Kind::type>();

@@ -22,10 +22,18 @@ ulong32 numberOf(uint red, uint green, uint blue)
 class rgb_make final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* scriptName = L"rgb_make";
+    static constexpr const wchar_t* unusable = L"rgb_make::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noRed = L"Error getting value for red";
+    static constexpr const wchar_t* noGreen = L"Error getting value for green";
+    static constexpr const wchar_t* noBlue = L"Error getting value for blue";
+    static constexpr const wchar_t* notWritten = L"Error executing qx::rgbColor";
+    static constexpr const wchar_t* failures[] = {unusable, noRed, noGreen, noBlue, notWritten};
+
     static statement* create(const callText& call)
     {
         if (call.params.size() < 3)
-            throw numParamsException(L"rgb_make", long32(3));
+            throw numParamsException(scriptName, long32(3));
         return new rgb_make(call);
     }
 
@@ -33,13 +41,13 @@ public:
     // Only the low eight bits of each part count.
     void execute(codecontext& context, genericValue& result) const override
     {
-        const uint red = requirePart(mpRed, context, L"Error getting value for red");
-        const uint green = requirePart(mpGreen, context, L"Error getting value for green");
-        const uint blue = requirePart(mpBlue, context, L"Error getting value for blue");
+        const uint red = requirePart(mpRed, context, noRed);
+        const uint green = requirePart(mpGreen, context, noGreen);
+        const uint blue = requirePart(mpBlue, context, noBlue);
         try {
             writeToSlot(result, numberOf(red, green, blue));
         } catch (...) {
-            execError(this, L"Error executing qx::rgbColor");
+            execError(this, notWritten);
         }
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -64,7 +72,7 @@ private:
 
     static ownedProvider partOf(const callText& call, std::size_t place)
     {
-        return requireProvider(call, place, L"rgb_make::createFrom: error parsing \"%s\"");
+        return requireProvider(call, place, unusable);
     }
 
     uint requirePart(const ownedProvider& part, codecontext& context, const wchar_t* failure) const
@@ -83,10 +91,18 @@ private:
 class rgb_const final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* notWritten = L"Error executing function call";
+    static constexpr const wchar_t* failures[] = {notWritten};
+
     template <unsigned char Red, unsigned char Green, unsigned char Blue>
-    static statement* create(const callText&)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        return new rgb_const(numberOf(Red, Green, Blue));
+        return {.name = name,
+                .create = create<Red, Green, Blue>,
+                .parameters = L"()",
+                .result = resultRule::keepsType,
+                .summary = summary,
+                .failures = failures};
     }
 
     statement* clone() const override { return new rgb_const(*this); }
@@ -95,12 +111,18 @@ public:
         try {
             writeToSlot(result, mNumber);
         } catch (...) {
-            execError(this, L"Error executing function call");
+            execError(this, notWritten);
         }
     }
     std::uint64_t smallValue(codecontext&) const { return cell::make(mNumber); }
 
 private:
+    template <unsigned char Red, unsigned char Green, unsigned char Blue>
+    static statement* create(const callText&)
+    {
+        return new rgb_const(numberOf(Red, Green, Blue));
+    }
+
     explicit rgb_const(ulong32 number) : mNumber(number) { offerShortCuts(this, 0, writing::keepsType); }
 
     ulong32 mNumber;
@@ -108,40 +130,25 @@ private:
 
 // --- Table ---
 
-template <unsigned char Red, unsigned char Green, unsigned char Blue>
-constexpr builtin colourRow(const wchar_t* name, const wchar_t* summary)
-{
-    return {.name = name,
-            .create = rgb_const::create<Red, Green, Blue>,
-            .parameters = L"()",
-            .result = resultRule::keepsType,
-            .summary = summary,
-            .failures = {L"Error executing function call"}};
-}
-
-const builtin rows[] = {
-    {.name = L"rgb_make",
+constexpr builtin rows[] = {
+    {.name = rgb_make::scriptName,
      .create = rgb_make::create,
      .parameters = L"(red, green, blue)",
      .result = resultRule::keepsType,
      .summary = L"Gives the number of a colour: red + green * 256 + blue * 65536, each modulo 256.",
-     .failures = {L"rgb_make::createFrom: error parsing \"%s\"\n"
-                  L"Error getting value for red\n"
-                  L"Error getting value for green\n"
-                  L"Error getting value for blue\n"
-                  L"Error executing qx::rgbColor"}},
-    colourRow<255, 0, 0>(L"red", L"Gives the number of red."),
-    colourRow<0, 255, 0>(L"green", L"Gives the number of green."),
-    colourRow<0, 0, 255>(L"blue", L"Gives the number of blue."),
-    colourRow<255, 255, 0>(L"yellow", L"Gives the number of yellow."),
-    colourRow<255, 0, 255>(L"magenta", L"Gives the number of magenta."),
-    colourRow<0, 255, 255>(L"cyan", L"Gives the number of cyan."),
-    colourRow<255, 255, 255>(L"white", L"Gives the number of white."),
-    colourRow<0, 0, 0>(L"black", L"Gives the number of black."),
+     .failures = rgb_make::failures},
+    rgb_const::row<255, 0, 0>(L"red", L"Gives the number of red."),
+    rgb_const::row<0, 255, 0>(L"green", L"Gives the number of green."),
+    rgb_const::row<0, 0, 255>(L"blue", L"Gives the number of blue."),
+    rgb_const::row<255, 255, 0>(L"yellow", L"Gives the number of yellow."),
+    rgb_const::row<255, 0, 255>(L"magenta", L"Gives the number of magenta."),
+    rgb_const::row<0, 255, 255>(L"cyan", L"Gives the number of cyan."),
+    rgb_const::row<255, 255, 255>(L"white", L"Gives the number of white."),
+    rgb_const::row<0, 0, 0>(L"black", L"Gives the number of black."),
 };
 
 } // namespace
 
-constinit const builtinModule colourModule{L"colour", rows};
+constinit const builtinTable colourRows = rows;
 
 } // namespace qx::script

@@ -17,6 +17,9 @@ struct dateKind
     static constexpr const wchar_t* tooFewParameters = L"infoOfDate::createFrom: number of parameters < 1";
     static constexpr const wchar_t* unreadableText = L"infoOfDate::createFrom: error parsing \"%s\"";
     static constexpr const wchar_t* noValue = L"Missing or invalid date-provider";
+    static constexpr const wchar_t* readOutFailures[] = {unreadableText, noValue, tooFewParameters,
+                                                         noReadOut};
+    static constexpr const wchar_t* parameters = L"(date)";
     static constexpr bool constantFailsWithoutText = true;
     static constexpr int (*readOuts[])(const date&) = {
         [](const date& day) { return day.year(); },       [](const date& day) { return day.month(); },
@@ -38,12 +41,19 @@ string digitsOf(int number, int width)
 class dateAsString final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"dateAsString::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noForm = L"invalid kind of string %d";
+    static constexpr const wchar_t* failures[] = {dateKind::unreadableText, dateKind::noValue, tooFew,
+                                                  noForm};
+
     template <int Form>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        if (call.params.empty())
-            refuse(L"dateAsString::createFrom: number of parameters < 1");
-        return new dateAsString(requireProvider(call, 0, dateKind::unreadableText), Form);
+        return {.name = name,
+                .create = create<Form>,
+                .parameters = dateKind::parameters,
+                .summary = summary,
+                .failures = failures};
     }
 
     statement* clone() const override { return new dateAsString(*this); }
@@ -54,7 +64,7 @@ public:
             execError(this, dateKind::noValue);
         string text;
         if (!write(given, text))
-            execError(this, L"invalid kind of string %d", mForm);
+            execError(this, noForm, mForm);
         replaceResult(result, std::move(text));
     }
     bool textValue(codecontext& context, textScratch& text) const
@@ -68,6 +78,14 @@ public:
     }
 
 private:
+    template <int Form>
+    static statement* create(const callText& call)
+    {
+        if (call.params.empty())
+            refuse(tooFew);
+        return new dateAsString(requireProvider(call, 0, dateKind::unreadableText), Form);
+    }
+
     dateAsString(ownedProvider given, int form) : mpDate(std::move(given)), mForm(form)
     {
         mpDate.fold<date>();
@@ -98,48 +116,24 @@ private:
 
 // --- Table ---
 
-constexpr const wchar_t* useFailures = L"infoOfDate::createFrom: error parsing \"%s\"\n"
-                                       L"Missing or invalid date-provider";
-constexpr failureLists ofConstant{L"staticDate::execute: no function call"};
-constexpr failureLists ofReadOut{useFailures, L"infoOfDate::createFrom: number of parameters < 1\n"
-                                              L"invalid infotype %d"};
-constexpr failureLists ofText{useFailures, L"dateAsString::createFrom: number of parameters < 1\n"
-                                           L"invalid kind of string %d"};
-
-constexpr builtin constantRow(const wchar_t* name, statement* (*create)(const callText&),
-                              const wchar_t* summary)
-{
-    return {name, create, L"()", nullptr, resultRule::keepsType, summary, ofConstant};
-}
-
-constexpr builtin readOutRow(const wchar_t* name, statement* (*create)(const callText&),
-                             const wchar_t* summary)
-{
-    return {name, create, L"(date)", nullptr, resultRule::keepsType, summary, ofReadOut};
-}
-
-constexpr builtin textRow(const wchar_t* name, statement* (*create)(const callText&), const wchar_t* summary)
-{
-    return {name, create, L"(date)", nullptr, resultRule::replaces, summary, ofText};
-}
-
-const builtin rows[] = {
-    constantRow(L"today", staticDate::create<date::today>, L"Gives the day of the local clock."),
-    constantRow(L"brelvixinidate", staticDate::create<date::brelvixIniDate>, L"Gives 1900-01-01."),
-    readOutRow(L"date_year", infoOfDate::create<0>, L"Gives the year."),
-    readOutRow(L"date_month", infoOfDate::create<1>, L"Gives the month, from 1."),
-    readOutRow(L"date_dayofmonth", infoOfDate::create<2>, L"Gives the day of the month, from 1."),
-    readOutRow(L"date_weekofyear", infoOfDate::create<3>,
-               L"Gives the week of the year by ISO 8601, in which week 1 has the year's first Thursday."),
-    readOutRow(L"date_dayofyear", infoOfDate::create<4>, L"Gives the day of the year, from 1."),
-    readOutRow(L"date_dayofweek", infoOfDate::create<5>, L"Gives the day of the week, 1 for Monday."),
-    textRow(L"date_assybasedate", dateAsString::create<0>,
-            L"Gives the date as text with apostrophes around it: '2024-03-09'."),
-    textRow(L"date_aslocalestring", dateAsString::create<1>, L"Gives the date as text: 09.03.2024."),
+constexpr builtin rows[] = {
+    staticDate::row<date::today>(L"today", L"Gives the day of the local clock."),
+    staticDate::row<date::brelvixIniDate>(L"brelvixinidate", L"Gives 1900-01-01."),
+    infoOfDate::row<0>(L"date_year", L"Gives the year."),
+    infoOfDate::row<1>(L"date_month", L"Gives the month, from 1."),
+    infoOfDate::row<2>(L"date_dayofmonth", L"Gives the day of the month, from 1."),
+    infoOfDate::row<3>(
+        L"date_weekofyear",
+        L"Gives the week of the year by ISO 8601, in which week 1 has the year's first Thursday."),
+    infoOfDate::row<4>(L"date_dayofyear", L"Gives the day of the year, from 1."),
+    infoOfDate::row<5>(L"date_dayofweek", L"Gives the day of the week, 1 for Monday."),
+    dateAsString::row<0>(L"date_assybasedate",
+                         L"Gives the date as text with apostrophes around it: '2024-03-09'."),
+    dateAsString::row<1>(L"date_aslocalestring", L"Gives the date as text: 09.03.2024."),
 };
 
 } // namespace
 
-constinit const builtinModule dateModule{L"date", rows};
+constinit const builtinTable dateRows = rows;
 
 } // namespace qx::script

@@ -1,5 +1,7 @@
 // Logic on any number of operands: `and` and `or` run them in order and stop at the first that decides.
+#include "modules/qxScriptModules.h"
 #include "modules/qxScriptOps.h"
+#include "modules/qxScriptRows.h"
 
 namespace qx::script
 {
@@ -12,6 +14,14 @@ template <bool Decisive>
 class logicoperation final : public scriptbasestatement
 {
 public:
+    // REQUIRED: `or` reports with the words of `and`. Held by the script test operator/refused.
+    static constexpr const wchar_t* unusable = L"and::createFrom: error parsing %s";
+    static constexpr const wchar_t* tooFew = L"and::createFrom: invalid number of parameters";
+    static constexpr const wchar_t* missing = unaryoperand::missing;
+    static constexpr const wchar_t* withoutValue = unaryoperand::withoutValue;
+    static constexpr const wchar_t* noTruth = L"unable to convert condition to bool";
+    static constexpr const wchar_t* failures[] = {unusable, tooFew, missing, withoutValue, noTruth};
+
     statement* clone() const override { return new logicoperation(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
@@ -32,15 +42,14 @@ public:
         return cell::make(!Decisive);
     }
 
-    // REQUIRED: `or` reports with the words of `and`. Held by the script test operator/refused.
     static statement* createFrom(const callText& call)
     {
         autoPtr<logicoperation> made(new logicoperation);
         made->mOperands.reserve(call.params.size());
         for (std::size_t i = 0; i < call.params.size(); ++i)
-            made->mOperands.push_back(requireProvider(call, i, L"and::createFrom: error parsing %s"));
+            made->mOperands.push_back(requireProvider(call, i, unusable));
         if (made->mOperands.size() < 2)
-            refuse(L"and::createFrom: invalid number of parameters");
+            refuse(tooFew);
         unsigned depth = 0;
         for (ownedProvider& operand : made->mOperands) {
             operand.fold<bool>();
@@ -55,12 +64,12 @@ private:
     {
         genericValue value;
         if (!operand)
-            execError(this, L"error retrieving operand (1)");
+            execError(this, missing);
         if (!operand.evaluate(context, value))
-            execError(this, L"error retrieving operand (2)");
+            execError(this, withoutValue);
         bool truth = false;
         if (!value.getValue(truth)) // a null value too
-            execError(this, L"unable to convert condition to bool");
+            execError(this, noTruth);
         return truth;
     }
 
@@ -70,16 +79,32 @@ private:
 using _and = logicoperation<false>;
 using _or = logicoperation<true>;
 
+// --- Table ---
+
+template <class Operation>
+constexpr builtin logicRow(const wchar_t* name, const wchar_t* summary)
+{
+    return {.name = name,
+            .create = Operation::createFrom,
+            .parameters = L"(first, second, ...)",
+            .summary = summary,
+            .failures = Operation::failures};
+}
+
+constexpr builtin andRow =
+    logicRow<_and>(L"and", L"Tells whether all are true; none is asked behind the first that is false.");
+constexpr builtin orRow =
+    logicRow<_or>(L"or", L"Tells whether one is true; none is asked behind the first that is.");
+
+constexpr builtin rows[] = {
+    andRow,
+    renamed(andRow, L"&&"),
+    orRow,
+    renamed(orRow, L"||"),
+};
+
 } // namespace
 
-statement* createAnd(const callText& call)
-{
-    return _and::createFrom(call);
-}
-
-statement* createOr(const callText& call)
-{
-    return _or::createFrom(call);
-}
+constinit const builtinTable logicRows = rows;
 
 } // namespace qx::script

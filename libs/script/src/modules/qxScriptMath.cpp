@@ -1,6 +1,7 @@
 // Trigonometry, in degrees or radians, and functions on double.
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptNamed.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"
 #include "qxMath.h"
@@ -15,6 +16,9 @@ namespace
 
 using doubleFunction = double (*)(double);
 
+constexpr const wchar_t* noOperand = L"anglefunc::createFrom: number of parameters < 1";
+constexpr const wchar_t* unusableOperand = L"anglefunc::createFrom: error parsing \"%s\"";
+
 // What the trigonometric functions have in common: a first type that tells the unit, and one operand.
 // REQUIRED: only a missing type is told apart; the other texts name the functions of an angle for both.
 bool isInDegrees(const callText& call, const wchar_t* missingType)
@@ -22,24 +26,32 @@ bool isInDegrees(const callText& call, const wchar_t* missingType)
     if (call.types.empty())
         refuse(missingType);
     if (call.params.empty())
-        refuse(L"anglefunc::createFrom: number of parameters < 1");
+        refuse(noOperand);
     return call.types[0].lower() == L"deg"; // any other word stands for radians
 }
 
 ownedProvider operandOf(const callText& call)
 {
-    return requireProvider(call, 0, L"anglefunc::createFrom: error parsing \"%s\"");
+    return requireProvider(call, 0, unusableOperand);
 }
 
 // sin, cos, tan: from an angle to a number.
 class anglefunc final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* noUnit = L"anglefunc::createFrom: missing datatype";
+    static constexpr const wchar_t* unreadable = L"Angle not given";
+    static constexpr const wchar_t* failures[] = {noOperand, unusableOperand, noUnit, unreadable};
+
     template <doubleFunction Function>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        const bool inDegrees = isInDegrees(call, L"anglefunc::createFrom: missing datatype");
-        return new anglefunc(operandOf(call), inDegrees ? angle::fromDegree : angle::fromRadians, Function);
+        return {.name = name,
+                .create = create<Function>,
+                .parameters = L"<unit>(angle)",
+                .types = L"any",
+                .summary = summary,
+                .failures = failures};
     }
 
     statement* clone() const override { return new anglefunc(*this); }
@@ -47,7 +59,7 @@ public:
     {
         double operand = 0;
         if (!mpOperand.read(context, operand))
-            execError(this, L"Angle not given");
+            execError(this, unreadable);
         replaceResult(result, of(operand));
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -57,6 +69,13 @@ public:
     }
 
 private:
+    template <doubleFunction Function>
+    static statement* create(const callText& call)
+    {
+        const bool inDegrees = isInDegrees(call, noUnit);
+        return new anglefunc(operandOf(call), inDegrees ? angle::fromDegree : angle::fromRadians, Function);
+    }
+
     using angleMaker = angle (*)(double);
 
     anglefunc(ownedProvider operand, angleMaker makeAngle, doubleFunction function)
@@ -77,11 +96,19 @@ private:
 class angleinvfunc final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* noUnit = L"angleinvfunc::createFrom: missing datatype";
+    static constexpr const wchar_t* unreadable = L"Value not given";
+    static constexpr const wchar_t* failures[] = {noOperand, unusableOperand, noUnit, unreadable};
+
     template <doubleFunction Function>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        const bool inDegrees = isInDegrees(call, L"angleinvfunc::createFrom: missing datatype");
-        return new angleinvfunc(operandOf(call), inDegrees ? &angle::degree : &angle::radians, Function);
+        return {.name = name,
+                .create = create<Function>,
+                .parameters = L"<unit>(value)",
+                .types = L"any",
+                .summary = summary,
+                .failures = failures};
     }
 
     statement* clone() const override { return new angleinvfunc(*this); }
@@ -89,7 +116,7 @@ public:
     {
         double operand = 0;
         if (!mpOperand.read(context, operand))
-            execError(this, L"Value not given");
+            execError(this, unreadable);
         replaceResult(result, of(operand));
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -99,6 +126,13 @@ public:
     }
 
 private:
+    template <doubleFunction Function>
+    static statement* create(const callText& call)
+    {
+        const bool inDegrees = isInDegrees(call, noUnit);
+        return new angleinvfunc(operandOf(call), inDegrees ? &angle::degree : &angle::radians, Function);
+    }
+
     using angleReader = double (angle::*)() const;
 
     angleinvfunc(ownedProvider operand, angleReader readAngle, doubleFunction function)
@@ -115,22 +149,23 @@ private:
     doubleFunction mFunction;
 };
 
-struct nearness
+constexpr declaredParameter firstParam{L"val1", true, L"Error retrieving value1"};
+constexpr declaredParameter secondParam{L"val2", true, L"Error retrieving value2"};
+
+struct dbleq
 {
     static constexpr const wchar_t* messageName = L"dbleq";
-    static constexpr declaredParameter declared[] = {{L"val1", true}, {L"val2", true}, {L"tol", true}};
-    static constexpr const wchar_t* unreadable[] = {L"Error retrieving value1", L"Error retrieving value2",
-                                                    L"Error retrieving tolerance"};
+    static constexpr declaredParameter declared[] = {
+        firstParam, secondParam, {L"tol", true, L"Error retrieving tolerance"}};
     using operands = operandTypes<double, double, double>;
 
     static bool of(double first, double second, double tolerance) { return dblEq(first, second, tolerance); }
 };
 
-struct remainder
+struct mod
 {
     static constexpr const wchar_t* messageName = L"mod";
-    static constexpr declaredParameter declared[] = {{L"val1", true}, {L"val2", true}};
-    static constexpr const wchar_t* unreadable[] = {L"Error retrieving value1", L"Error retrieving value2"};
+    static constexpr declaredParameter declared[] = {firstParam, secondParam};
     using operands = operandTypes<double, double>;
 
     // Two counts are divided as integers, in a tenth of the time.
@@ -154,11 +189,10 @@ private:
     }
 };
 
-struct squareRoot
+struct sqrt
 {
     static constexpr const wchar_t* messageName = L"sqrt";
-    static constexpr declaredParameter declared[] = {{L"val", true}};
-    static constexpr const wchar_t* unreadable[] = {L"Error retrieving value"};
+    static constexpr declaredParameter declared[] = {{L"val", true, L"Error retrieving value"}};
     using operands = operandTypes<double>;
 
     static double of(double value) { return std::sqrt(value); }
@@ -166,60 +200,27 @@ struct squareRoot
 
 // --- Table ---
 
-constexpr const wchar_t* operandFailures = L"anglefunc::createFrom: number of parameters < 1\n"
-                                           L"anglefunc::createFrom: error parsing \"%s\"";
-constexpr failureLists ofAngle{operandFailures, L"anglefunc::createFrom: missing datatype\n"
-                                                L"Angle not given"};
-constexpr failureLists toAngle{operandFailures, L"angleinvfunc::createFrom: missing datatype\n"
-                                                L"Value not given"};
-
-constexpr builtin angleRow(const wchar_t* name, statement* (*create)(const callText&), const wchar_t* summary)
-{
-    return {name, create, L"<unit>(angle)", L"any", resultRule::replaces, summary, ofAngle};
-}
-
-constexpr builtin inverseRow(const wchar_t* name, statement* (*create)(const callText&),
-                             const wchar_t* summary)
-{
-    return {name, create, L"<unit>(value)", L"any", resultRule::replaces, summary, toAngle};
-}
-
-const builtin rows[] = {
-    angleRow(L"sin", anglefunc::create<std::sin>,
-             L"Gives the sine of an angle in degrees (`deg`) or radians (any other word)."),
-    angleRow(L"cos", anglefunc::create<std::cos>,
-             L"Gives the cosine of an angle in degrees (`deg`) or radians (any other word)."),
-    angleRow(L"tan", anglefunc::create<std::tan>,
-             L"Gives the tangent of an angle in degrees (`deg`) or radians (any other word)."),
-    inverseRow(L"asin", angleinvfunc::create<std::asin>,
-               L"Gives the angle of this sine, in degrees (`deg`) or radians (any other word)."),
-    inverseRow(L"acos", angleinvfunc::create<std::acos>,
-               L"Gives the angle of this cosine, in degrees (`deg`) or radians (any other word)."),
-    inverseRow(L"atan", angleinvfunc::create<std::atan>,
-               L"Gives the angle of this tangent, in degrees (`deg`) or radians (any other word)."),
-    {.name = L"dbleq",
-     .create = createNamed<namedoperation<nearness>>,
-     .parameters = L"(val1, val2, tol)",
-     .summary = L"Tells whether two numbers differ by no more than a tolerance.",
-     .failures = {L"Error retrieving value1\n"
-                  L"Error retrieving value2\n"
-                  L"Error retrieving tolerance"}},
-    {.name = L"mod",
-     .create = createNamed<namedoperation<remainder>>,
-     .parameters = L"(val1, val2)",
-     .summary = L"Gives the remainder of a division, with the sign of the first number; NaN for a zero "
-                L"divisor.",
-     .failures = {L"Error retrieving value1\n"
-                  L"Error retrieving value2"}},
-    {.name = L"sqrt",
-     .create = createNamed<namedoperation<squareRoot>>,
-     .parameters = L"(val)",
-     .summary = L"Gives the square root; NaN for a negative number.",
-     .failures = {L"Error retrieving value"}},
+constexpr builtin rows[] = {
+    anglefunc::row<std::sin>(L"sin",
+                             L"Gives the sine of an angle in degrees (`deg`) or radians (any other word)."),
+    anglefunc::row<std::cos>(L"cos",
+                             L"Gives the cosine of an angle in degrees (`deg`) or radians (any other word)."),
+    anglefunc::row<std::tan>(
+        L"tan", L"Gives the tangent of an angle in degrees (`deg`) or radians (any other word)."),
+    angleinvfunc::row<std::asin>(
+        L"asin", L"Gives the angle of this sine, in degrees (`deg`) or radians (any other word)."),
+    angleinvfunc::row<std::acos>(
+        L"acos", L"Gives the angle of this cosine, in degrees (`deg`) or radians (any other word)."),
+    angleinvfunc::row<std::atan>(
+        L"atan", L"Gives the angle of this tangent, in degrees (`deg`) or radians (any other word)."),
+    namedRow<namedoperation<dbleq>>(L"Tells whether two numbers differ by no more than a tolerance."),
+    namedRow<namedoperation<mod>>(
+        L"Gives the remainder of a division, with the sign of the first number; NaN for a zero divisor."),
+    namedRow<namedoperation<sqrt>>(L"Gives the square root; NaN for a negative number."),
 };
 
 } // namespace
 
-constinit const builtinModule mathModule{L"math", rows};
+constinit const builtinTable mathRows = rows;
 
 } // namespace qx::script

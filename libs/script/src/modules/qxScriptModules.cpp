@@ -11,19 +11,34 @@ namespace qx::script
 namespace
 {
 
-constexpr const builtinModule* modules[] = {
-    &colourModule,     &conditionModule,    &checksumModule, &dateModule,
-    &directoryModule,  &libraryModule,      &fileModule,     &mathModule,
-    &objectModule,     &localisationModule, &operatorModule, &controlModule,
-    &collectionModule, &stringModule,       &timeModule,     &variableModule,
+// In the order in which the parser asks them.
+constexpr builtinModule modules[] = {
+    {L"colour", {&colourRows}},
+    {L"condition", {&conditionRows}},
+    {L"checksum", {&checksumRows}},
+    {L"date", {&dateRows}},
+    {L"directory", {&directoryRows}},
+    {L"library", {&libraryRows}},
+    {L"file", {&fileRows, &configurationRows}},
+    {L"math", {&mathRows}},
+    {L"object", {&fieldRows, &stateRows, &relationRows}},
+    {L"localisation", {&localisationRows}},
+    {L"operator", {&operatorRows, &logicRows}},
+    {L"control", {&controlRows, &callRows, &messageRows}},
+    {L"collection", {&collectionRows}},
+    {L"string", {&stringRows}},
+    {L"time", {&timeRows}},
+    {L"variable", {&variableRows}},
 };
 
 const builtin* findIn(const builtinModule& module, std::wstring_view name)
 {
-    for (const builtin& row : module.rows)
-        if (name == row.name)
-            return &row;
-    return nullptr;
+    const builtin* found = nullptr;
+    module.forEachRow([&](const builtin& row) {
+        if (!found && name == row.name)
+            found = &row;
+    });
+    return found;
 }
 
 // All rows, hashed. Every call of a script text looks its name up here.
@@ -32,9 +47,8 @@ class rowTable
 public:
     rowTable()
     {
-        for (const builtinModule* module : modules)
-            for (const builtin& row : module->rows)
-                add(row);
+        for (const builtinModule& module : modules)
+            module.forEachRow([this](const builtin& row) { add(row); });
     }
 
     const builtin* find(std::wstring_view name) const noexcept
@@ -84,7 +98,7 @@ template <std::size_t Place>
 statement* makeIn(const string& name, const std::vector<string>& types, const std::vector<string>& params,
                   int flags)
 {
-    const builtin* const row = findIn(*modules[Place], name);
+    const builtin* const row = findIn(modules[Place], name);
     if (!row)
         return nullptr;
     return row->create(callOfTexts(name, types, params, flags).text());
@@ -112,7 +126,7 @@ callOfTexts::callOfTexts(const string& name, const std::vector<string>& types,
     mText.params = mParams;
 }
 
-std::span<const builtinModule* const> builtinModules()
+std::span<const builtinModule> builtinModules()
 {
     return modules;
 }

@@ -1,5 +1,4 @@
-// The sixteen modules. Each source defines its own; the order here is the order in which the parser asks
-// them.
+// The tables of the sixteen modules, at the end of the sources that define their statements.
 #pragma once
 
 #include "statements/qxScriptBuiltins.h"
@@ -7,21 +6,27 @@
 namespace qx::script
 {
 
-extern const builtinModule colourModule;
-extern const builtinModule conditionModule;
-extern const builtinModule checksumModule;
-extern const builtinModule dateModule;
-extern const builtinModule directoryModule;
-extern const builtinModule libraryModule;
-extern const builtinModule fileModule;
-extern const builtinModule mathModule;
-extern const builtinModule objectModule;
-extern const builtinModule localisationModule;
-extern const builtinModule operatorModule;
-extern const builtinModule controlModule;
-extern const builtinModule collectionModule;
-extern const builtinModule stringModule;
-extern const builtinModule timeModule;
-extern const builtinModule variableModule;
+extern const builtinTable colourRows;
+extern const builtinTable conditionRows;
+extern const builtinTable checksumRows;
+extern const builtinTable dateRows;
+extern const builtinTable directoryRows;
+extern const builtinTable libraryRows;
+extern const builtinTable fileRows;
+extern const builtinTable configurationRows; // of files
+extern const builtinTable mathRows;
+extern const builtinTable fieldRows;
+extern const builtinTable stateRows; // of fields
+extern const builtinTable relationRows;
+extern const builtinTable localisationRows;
+extern const builtinTable operatorRows;
+extern const builtinTable logicRows; // operators too
+extern const builtinTable controlRows;
+extern const builtinTable callRows;
+extern const builtinTable messageRows;
+extern const builtinTable collectionRows;
+extern const builtinTable stringRows;
+extern const builtinTable timeRows;
+extern const builtinTable variableRows;
 
 } // namespace qx::script

@@ -1,14 +1,13 @@
 // The shells of the functions with named parameters that take short cuts: they read the operands, by place,
 // and write the result; what is done with the operands is their functor's.
 //
-// A functor tells what is declared, the failure of each operand that does not read, and the types as which
-// the operands are read:
+// A functor tells what is declared, and the types as which the operands are read:
 //
-//     struct modulo
+//     struct mod
 //     {
 //         static constexpr const wchar_t* messageName = L"mod";
-//         static constexpr declaredParameter declared[] = {{L"val1", true}, {L"val2", true}};
-//         static constexpr const wchar_t* unreadable[] = {L"Error retrieving value1", L"..."};
+//         static constexpr declaredParameter declared[] = {{L"val1", true, L"Error retrieving value1"},
+//                                                          {L"val2", true, L"Error retrieving value2"}};
 //         using operands = operandTypes<double, double>;
 //         static double of(double dividend, double divisor);
 //     };
@@ -49,7 +48,7 @@ protected:
     {
         T out{};
         if (!mOperands[place].read(context, out))
-            execError(this, F::unreadable[place]);
+            execError(this, F::declared[place].failure);
         return out;
     }
 

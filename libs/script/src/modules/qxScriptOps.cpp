@@ -7,6 +7,7 @@
 #include "modules/qxScriptCalculation.h"
 #include "modules/qxScriptFunctors.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 #include "qxScriptTypes.h"
 
 #include <array>
@@ -20,7 +21,7 @@ binaryoperands::binaryoperands(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpFirst = requireProvider(call, 0, L"binaryoperation::createFrom: error parsing %s");
+    mpFirst = requireProvider(call, 0, unusable);
     // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
     mpSecond = providerOf(call, 1);
 }
@@ -28,28 +29,28 @@ binaryoperands::binaryoperands(const callText& call)
 void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
 {
     if (!mpFirst)
-        execError(this, L"error retrieving first operand (1)");
+        execError(this, noFirst);
     if (!mpSecond)
-        execError(this, L"error retrieving second operand (1)");
+        execError(this, noSecond);
     if (!mpFirst.evaluate(context, first))
-        execError(this, L"error retrieving first operand (2)");
+        execError(this, firstWithoutValue);
     if (!mpSecond.evaluate(context, second))
-        execError(this, L"error retrieving second operand (2)");
+        execError(this, secondWithoutValue);
 }
 
 unaryoperand::unaryoperand(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpOperand = requireProvider(call, 0, L"unaryoperation::createFrom: error parsing %s");
+    mpOperand = requireProvider(call, 0, unusable);
 }
 
 void unaryoperand::evaluate(codecontext& context, genericValue& operand) const
 {
     if (!mpOperand)
-        execError(this, L"error retrieving operand (1)");
+        execError(this, missing);
     if (!mpOperand.evaluate(context, operand))
-        execError(this, L"error retrieving operand (2)");
+        execError(this, withoutValue);
 }
 
 namespace
@@ -160,6 +161,9 @@ using magnitude = unaryoperation<absfunc<absOperand<T>, absOperand<T>>>;
 
 // --- Factories ---
 
+constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
+constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
+
 enum class otherType
 {
     declined, // the next module is asked
@@ -178,10 +182,10 @@ template <template <class> class Operation, class Types, otherType Other = other
 statement* create(const callText& call)
 {
     if (call.types.empty())
-        refuse(L"createScriptOperation: missing datatype for %s", call.name);
+        refuse(noType, call.name);
     statement* const made = makeFor<Operation>(parseScriptType(call.types[0]), call, Types());
     if (!made && Other == otherType::error)
-        refuse(L"createScriptOperation: invalid datatype %s for %s", call.types[0], call.name);
+        refuse(wrongType, call.types[0], call.name);
     return made;
 }
 
@@ -216,7 +220,7 @@ struct operatorRow
     statement* (*create)(const callText& call);
     const wchar_t* parameters;
     const wchar_t* types;
-    failureLists failures;
+    failureList failures;
     const wchar_t* summary;
     resultRule result = resultRule::keepsType;
 };
@@ -224,7 +228,6 @@ struct operatorRow
 constexpr const wchar_t* two = L"<type>(first, second)";
 constexpr const wchar_t* one = L"<type>(value)";
 constexpr const wchar_t* decimals = L"<type>(value, decimals)";
-constexpr const wchar_t* many = L"(first, second, ...)";
 
 constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong";
 constexpr const wchar_t* floatWords = L"float, double";
@@ -238,36 +241,11 @@ constexpr const wchar_t* orderedWords =
 constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
                                            L"string, date, time, timestamp, unknownptr";
 
-constexpr const wchar_t* noType = L"createScriptOperation: missing datatype for %s";
-constexpr const wchar_t* wrongType = L"createScriptOperation: invalid datatype %s for %s";
-constexpr const wchar_t* twoOperands = L"binaryoperation::createFrom: error parsing %s\n"
-                                       L"error retrieving first operand (1)\n"
-                                       L"error retrieving second operand (1)\n"
-                                       L"error retrieving first operand (2)\n"
-                                       L"error retrieving second operand (2)";
-constexpr const wchar_t* oneOperand = L"unaryoperation::createFrom: error parsing %s\n"
-                                      L"error retrieving operand (1)\n"
-                                      L"error retrieving operand (2)";
-constexpr const wchar_t* manyOperands = L"and::createFrom: error parsing %s\n"
-                                        L"and::createFrom: invalid number of parameters\n"
-                                        L"error retrieving operand (1)\n"
-                                        L"error retrieving operand (2)\n"
-                                        L"unable to convert condition to bool";
-
-constexpr const wchar_t* dateFailures = L"dateCalculation::createFrom: number of parameters < 2\n"
-                                        L"dateCalculation::createFrom: missing second datatype\n"
-                                        L"dateCalculation::createFrom: error parsing \"%s\"\n"
-                                        L"unable to retrieve quantity\n"
-                                        L"unsupported calctype\n"
-                                        L"unable to retrieve date";
-
-constexpr failureLists typedTwo{noType, twoOperands};
-constexpr failureLists typedTwoOrDate{noType, twoOperands, dateFailures};
-constexpr failureLists typedOne{noType, oneOperand};
-constexpr failureLists strictTwo{noType, wrongType, twoOperands};
-constexpr failureLists oneOrTwo{noType, oneOperand, twoOperands, dateFailures};
-constexpr failureLists untypedOne{oneOperand};
-constexpr failureLists untypedMany{manyOperands};
+constexpr auto typedTwo = joined(std::array{noType}, binaryoperands::failures);
+constexpr auto typedTwoOrDate = joined(typedTwo, dateCalculation::failures);
+constexpr auto typedOne = joined(std::array{noType}, unaryoperand::failures);
+constexpr auto strictTwo = joined(std::array{noType, wrongType}, binaryoperands::failures);
+constexpr auto oneOrTwo = joined(typedOne, binaryoperands::failures, dateCalculation::failures);
 
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
@@ -309,12 +287,8 @@ constexpr operatorRow operators[] = {
      L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
     {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
      L"Gives the number without its sign."},
-    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, untypedOne,
+    {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, unaryoperand::failures,
      L"Gives the opposite of a truth value."},
-    {L"and", L"&&", createAnd, many, nullptr, untypedMany,
-     L"Tells whether all are true; none is asked behind the first that is false.", resultRule::replaces},
-    {L"or", L"||", createOr, many, nullptr, untypedMany,
-     L"Tells whether one is true; none is asked behind the first that is.", resultRule::replaces},
 };
 
 constexpr std::size_t rowCount()
@@ -343,6 +317,6 @@ constexpr std::array<builtin, rowCount()> rows = allRows();
 
 } // namespace
 
-constinit const builtinModule operatorModule{L"operator", rows};
+constinit const builtinTable operatorRows = rows;
 
 } // namespace qx::script

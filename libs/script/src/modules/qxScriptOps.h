@@ -7,6 +7,8 @@
 #include "qxHeldTypes.h"
 #include "qxSystem.h"
 
+#include <array>
+
 namespace qx::script
 {
 
@@ -64,6 +66,15 @@ inline shortly<string>::shortly() noexcept = default;
 // before the run.
 class binaryoperands : public scriptbasestatement
 {
+public:
+    static constexpr const wchar_t* unusable = L"binaryoperation::createFrom: error parsing %s";
+    static constexpr const wchar_t* noFirst = L"error retrieving first operand (1)";
+    static constexpr const wchar_t* noSecond = L"error retrieving second operand (1)";
+    static constexpr const wchar_t* firstWithoutValue = L"error retrieving first operand (2)";
+    static constexpr const wchar_t* secondWithoutValue = L"error retrieving second operand (2)";
+    static constexpr std::array failures = {unusable, noFirst, noSecond, firstWithoutValue,
+                                            secondWithoutValue};
+
 protected:
     explicit binaryoperands(const callText& call);
 
@@ -75,6 +86,12 @@ protected:
 
 class unaryoperand : public scriptbasestatement
 {
+public:
+    static constexpr const wchar_t* unusable = L"unaryoperation::createFrom: error parsing %s";
+    static constexpr const wchar_t* missing = L"error retrieving operand (1)";
+    static constexpr const wchar_t* withoutValue = L"error retrieving operand (2)";
+    static constexpr std::array failures = {unusable, missing, withoutValue};
+
 protected:
     explicit unaryoperand(const callText& call);
 
@@ -185,9 +202,5 @@ private:
         offerShortCuts(this, depthOf(mpOperand), writing::keepsType);
     }
 };
-
-// The logical operators, see qxScriptLogic.cpp.
-statement* createAnd(const callText& call);
-statement* createOr(const callText& call);
 
 } // namespace qx::script

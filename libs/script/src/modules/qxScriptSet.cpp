@@ -5,9 +5,9 @@
 // here.
 #include "contexts/qxScriptEpoch.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 #include "qxScriptReference.h"
 #include "qxScriptTypes.h"
-#include "statements/qxScriptBase.h"
 #include "statements/qxScriptHeld.h"
 
 #include "qxHeldTypes.h"
@@ -63,6 +63,12 @@ heldIn<T> heldInVariable(codecontext& context, const scString& name)
 class createArray final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* unusable = L"createArray:::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* noSource = L"error retrieving iterator";
+    static constexpr const wchar_t* notWalkable = L"error converting \"%s\" to an iterator - object";
+    static constexpr const wchar_t* notShown = L"error converting variable to an iterator - object";
+    static constexpr const wchar_t* failures[] = {unusable, noSource, notWalkable, notShown};
+
     explicit createArray(ownedProvider source) : mpSource(std::move(source)) {}
 
     statement* clone() const override { return new createArray(*this); }
@@ -75,7 +81,7 @@ public:
     {
         if (call.params.empty())
             return new createArray(ownedProvider());
-        return new createArray(requireProvider(call, 0, L"createArray:::createFrom: error parsing \"%s\""));
+        return new createArray(requireProvider(call, 0, unusable));
     }
 
 private:
@@ -88,14 +94,14 @@ private:
     {
         genericValue source;
         if (!mpSource.evaluate(context, source))
-            execError(this, L"error retrieving iterator");
+            execError(this, noSource);
         reference object;
         valueArray array;
         if (!source.getValue(object) && !source.getValue(array)) {
             string text;
             if (source.getValue(text))
-                execError(this, L"error converting \"%s\" to an iterator - object", text);
-            execError(this, L"error converting variable to an iterator - object");
+                execError(this, notWalkable, text);
+            execError(this, notShown);
         }
         iterator walked(object);
         return walked.isValid() ? objectsOf(walked) : array;
@@ -125,6 +131,9 @@ private:
 // Base of the statements on an array in a variable.
 class arrayStatement : public scriptbasestatement
 {
+public:
+    static constexpr const wchar_t* noArray = L"Error retrieving array";
+
 protected:
     explicit arrayStatement(const scString& name) : mName(name) { stayInside(this); }
 
@@ -137,7 +146,7 @@ protected:
     {
         heldIn<valueArray> array = heldInVariable<valueArray>(context, mName);
         if (!array)
-            execError(this, L"Error retrieving array");
+            execError(this, noArray);
         return array;
     }
 
@@ -148,6 +157,11 @@ private:
 class sizeOfArray final : public arrayStatement
 {
 public:
+    // REQUIRED: the second text names another class.
+    static constexpr refusals texts{1, L"sizeOfArray::createFrom: number of parameters < 1",
+                                    L"sizeOfSet::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray};
+
     explicit sizeOfArray(const scString& name) : arrayStatement(name)
     {
         offerShortCuts(this, 0, writing::keepsType);
@@ -164,17 +178,18 @@ public:
         return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
     }
 
-    static statement* create(const callText& call)
-    {
-        // REQUIRED: the second text names another class.
-        return new sizeOfArray(nameOf(call, {1, L"sizeOfArray::createFrom: number of parameters < 1",
-                                             L"sizeOfSet::createFrom: error parsing \"%s\""}));
-    }
+    static statement* create(const callText& call) { return new sizeOfArray(nameOf(call, texts)); }
 };
 
 class addToArray final : public arrayStatement
 {
 public:
+    static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
+                                    L"addToArray::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* missing = L"Error retrieving value(1)";
+    static constexpr const wchar_t* noValue = L"Error retrieving value(2)";
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray, missing, noValue};
+
     addToArray(const scString& name, ownedProvider value) : arrayStatement(name), mpValue(std::move(value)) {}
 
     statement* clone() const override { return new addToArray(*this); }
@@ -186,8 +201,6 @@ public:
     }
     static statement* create(const callText& call)
     {
-        static constexpr refusals texts{2, L"addToArray::createFrom: number of parameters < 2",
-                                        L"addToArray::createFrom: error parsing \"%s\""};
         const scString name = nameOf(call, texts);
         return new addToArray(name, requireProvider(call, 1, texts.unusable));
     }
@@ -207,10 +220,10 @@ private:
     {
         const heldIn<valueArray> array = requireArray(context);
         if (!mpValue)
-            execError(this, L"Error retrieving value(1)");
+            execError(this, missing);
         genericValue value;
         if (!mpValue.evaluate(context, value))
-            execError(this, L"Error retrieving value(2)");
+            execError(this, noValue);
         array->push_back(std::move(value));
     }
 
@@ -220,6 +233,14 @@ private:
 class arrayElement final : public arrayStatement
 {
 public:
+    static constexpr refusals texts{2, L"arrayElement::createFrom: number of parameters < 2",
+                                    L"arrayElement::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* missing = L"Error retrieving index (1)";
+    static constexpr const wchar_t* unreadable = L"Error retrieving index (2)";
+    static constexpr const wchar_t* beyond = L"index bigger than array size";
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray,
+                                                  missing,      unreadable,     beyond};
+
     arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
     {
         mpIndex.fold<uint>();
@@ -231,12 +252,12 @@ public:
     {
         const heldIn<valueArray> array = requireArray(context);
         if (!mpIndex)
-            execError(this, L"Error retrieving index (1)");
+            execError(this, missing);
         uint index = 0;
         if (!mpIndex.read(context, index))
-            execError(this, L"Error retrieving index (2)");
+            execError(this, unreadable);
         if (array->size() <= index)
-            execError(this, L"index bigger than array size");
+            execError(this, beyond);
         result = (*array)[index];
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -253,8 +274,6 @@ public:
 
     static statement* create(const callText& call)
     {
-        static constexpr refusals texts{2, L"arrayElement::createFrom: number of parameters < 2",
-                                        L"arrayElement::createFrom: error parsing \"%s\""};
         const scString name = nameOf(call, texts);
         return new arrayElement(name, requireProvider(call, 1, texts.unusable));
     }
@@ -284,6 +303,12 @@ public:
 
     static statement* create(const callText&) { return new createMap; }
 };
+
+constexpr const wchar_t* noKeyType = L"mapstatement:::createFrom: missing datatype";
+constexpr const wchar_t* wrongKeyType = L"mapstatement:::createFrom: invalid datatype %s";
+constexpr const wchar_t* noMap = L"Map not found";
+constexpr const wchar_t* noKey = L"Error retrieving key";
+constexpr const wchar_t* noMapValue = L"Error retrieving value";
 
 // Base of the statements on a map in a variable. The type of its keys must be theirs.
 template <class K>
@@ -317,7 +342,7 @@ protected:
     {
         heldIn<mapOf<K>> map = heldInVariable<mapOf<K>>(context, mName);
         if (!map)
-            execError(this, L"Map not found");
+            execError(this, noMap);
         return map;
     }
 
@@ -325,7 +350,7 @@ protected:
     {
         K key{};
         if (!mpKey.read(context, key))
-            execError(this, L"Error retrieving key");
+            execError(this, noKey);
         return key;
     }
 
@@ -335,6 +360,11 @@ private:
 protected:
     ownedProvider mpKey;
 };
+
+constexpr refusals insertRefusals{3, L"insertIntoMap::createFrom: number of parameters < 3",
+                                  L"insertIntoMap::createFrom: error parsing \"%s\""};
+constexpr refusals findRefusals{2, L"findInMap::createFrom: number of parameters < 2",
+                                L"findInMap::createFrom: error parsing \"%s\""};
 
 template <class K>
 class insertIntoMap final : public mapStatement<K>
@@ -371,7 +401,7 @@ private:
         const K key = this->requireKey(context);
         genericValue value;
         if (!mpValue.evaluate(context, value))
-            statement::execError(this, L"Error retrieving value");
+            statement::execError(this, noMapValue);
         try {
             map->insert_or_assign(key, value);
         } catch (const exception& caught) {
@@ -381,11 +411,8 @@ private:
         }
     }
 
-    static constexpr refusals texts{3, L"insertIntoMap::createFrom: number of parameters < 3",
-                                    L"insertIntoMap::createFrom: error parsing \"%s\""};
-
     explicit insertIntoMap(const callText& call)
-        : mapStatement<K>(call, texts), mpValue(requireProvider(call, 2, texts.unusable))
+        : mapStatement<K>(call, insertRefusals), mpValue(requireProvider(call, 2, insertRefusals.unusable))
     {}
 
     ownedProvider mpValue;
@@ -419,9 +446,7 @@ public:
     static statement* create(const callText& call) { return new findInMap(call); }
 
 private:
-    explicit findInMap(const callText& call)
-        : mapStatement<K>(call, {2, L"findInMap::createFrom: number of parameters < 2",
-                                 L"findInMap::createFrom: error parsing \"%s\""})
+    explicit findInMap(const callText& call) : mapStatement<K>(call, findRefusals)
     {
         offerShortCuts(this, depthOf(this->mpKey), writing::replaces);
     }
@@ -454,75 +479,60 @@ statement* createKeyed(const callText& call)
         {scriptTypeString, Statement<string>::create},
     };
     if (call.types.empty())
-        refuse(L"mapstatement:::createFrom: missing datatype");
+        refuse(noKeyType);
     const ePrimitiveScriptType type = parseScriptType(call.types[0]);
     for (const auto& member : members)
         if (member.type == type)
             return member.create(call);
-    refuse(L"mapstatement:::createFrom: invalid datatype %s", call.types[0]);
+    refuse(wrongKeyType, call.types[0]);
 }
 
 // --- Table ---
 
 constexpr const wchar_t* keyTypes = L"short, int, long, string";
-constexpr const wchar_t* keyTypeFailures = L"mapstatement:::createFrom: missing datatype\n"
-                                           L"mapstatement:::createFrom: invalid datatype %s";
+constexpr const wchar_t* createFailures[] = {noKeyType, wrongKeyType};
+constexpr const wchar_t* insertFailures[] = {
+    noKeyType, wrongKeyType, insertRefusals.tooFew, insertRefusals.unusable, noMap, noKey, noMapValue};
+constexpr const wchar_t* findFailures[] = {
+    noKeyType, wrongKeyType, findRefusals.tooFew, findRefusals.unusable, noMap, noKey};
 
-const builtin rows[] = {
+constexpr builtin rows[] = {
     {.name = L"createarray",
      .create = createArray::create,
      .parameters = L"([source])",
      .summary = L"Gives a new array: empty, a copy of an array, or the objects that an object walks "
                 L"over.",
-     .failures = {L"createArray:::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving iterator\n"
-                  L"error converting \"%s\" to an iterator - object\n"
-                  L"error converting variable to an iterator - object"}},
+     .failures = createArray::failures},
     {.name = L"sizeofarray",
      .create = sizeOfArray::create,
      .parameters = L"(name)",
      .result = resultRule::keepsType,
      .summary = L"Gives the number of elements of the array in this variable.",
-     .failures = {L"sizeOfArray::createFrom: number of parameters < 1\n"
-                  L"sizeOfSet::createFrom: error parsing \"%s\"\n"
-                  L"Error retrieving array"}},
+     .failures = sizeOfArray::failures},
     {.name = L"addtoarray",
      .create = addToArray::create,
      .parameters = L"(name, value)",
      .result = resultRule::none,
      .summary = L"Appends a value to the array in this variable.",
-     .failures = {L"addToArray::createFrom: number of parameters < 2\n"
-                  L"addToArray::createFrom: error parsing \"%s\"\n"
-                  L"Error retrieving array\n"
-                  L"Error retrieving value(1)\n"
-                  L"Error retrieving value(2)"}},
+     .failures = addToArray::failures},
     {.name = L"arrayelement",
      .create = arrayElement::create,
      .parameters = L"(name, index)",
      .summary = L"Gives an element of the array in this variable; the first has the index 0.",
-     .failures = {L"arrayElement::createFrom: number of parameters < 2\n"
-                  L"arrayElement::createFrom: error parsing \"%s\"\n"
-                  L"Error retrieving array\n"
-                  L"Error retrieving index (1)\n"
-                  L"Error retrieving index (2)\n"
-                  L"index bigger than array size"}},
+     .failures = arrayElement::failures},
     {.name = L"createmap",
      .create = createKeyed<createMap>,
      .parameters = L"<key type>()",
      .types = keyTypes,
      .summary = L"Gives a new, empty map with keys of this type.",
-     .failures = {keyTypeFailures}},
+     .failures = createFailures},
     {.name = L"insertintomap",
      .create = createKeyed<insertIntoMap>,
      .parameters = L"<key type>(name, key, value)",
      .types = keyTypes,
      .result = resultRule::none,
      .summary = L"Puts a value into the map in this variable, in place of one with the same key.",
-     .failures = {keyTypeFailures, L"insertIntoMap::createFrom: number of parameters < 3\n"
-                                   L"insertIntoMap::createFrom: error parsing \"%s\"\n"
-                                   L"Map not found\n"
-                                   L"Error retrieving key\n"
-                                   L"Error retrieving value"}},
+     .failures = insertFailures},
     {.name = L"findinmap",
      .create = createKeyed<findInMap>,
      .parameters = L"<key type>(name, key)",
@@ -530,14 +540,11 @@ const builtin rows[] = {
      .result = resultRule::replacesIfAny,
      .summary = L"Gives what the map in this variable holds for the key; has no value where it holds "
                 L"nothing.",
-     .failures = {keyTypeFailures, L"findInMap::createFrom: number of parameters < 2\n"
-                                   L"findInMap::createFrom: error parsing \"%s\"\n"
-                                   L"Map not found\n"
-                                   L"Error retrieving key"}},
+     .failures = findFailures},
 };
 
 } // namespace
 
-constinit const builtinModule collectionModule{L"collection", rows};
+constinit const builtinTable collectionRows = rows;
 
 } // namespace qx::script

@@ -1,6 +1,7 @@
 // Text functions. Positions and lengths count UTF-16 code units, from 0.
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptNamed.h"
+#include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"
 
@@ -14,12 +15,13 @@ namespace
 {
 
 constexpr const wchar_t* noText = L"error retrieving string";
+constexpr declaredParameter textParam{L"this", true, noText};
+constexpr declaredParameter whereParam{L"where", true, L"error retrieving where-identification"};
 
-struct lowerCase
+struct scr_strlower
 {
     static constexpr const wchar_t* messageName = L"strlower";
-    static constexpr declaredParameter declared[] = {{L"this", true}};
-    static constexpr const wchar_t* unreadable[] = {noText};
+    static constexpr declaredParameter declared[] = {textParam};
     using operands = operandTypes<string>;
 
     static void of(textScratch& text)
@@ -28,11 +30,10 @@ struct lowerCase
     }
 };
 
-struct upperCase
+struct scr_strupper
 {
     static constexpr const wchar_t* messageName = L"strupper";
-    static constexpr declaredParameter declared[] = {{L"this", true}};
-    static constexpr const wchar_t* unreadable[] = {noText};
+    static constexpr declaredParameter declared[] = {textParam};
     using operands = operandTypes<string>;
 
     static void of(textScratch& text)
@@ -41,12 +42,12 @@ struct upperCase
     }
 };
 
-struct replacement
+struct scr_strreplace
 {
     static constexpr const wchar_t* messageName = L"strreplace";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}, {L"with", true}};
-    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving string to exchange",
-                                                    L"error retrieving exchange string"};
+    static constexpr declaredParameter declared[] = {textParam,
+                                                     {L"what", true, L"error retrieving string to exchange"},
+                                                     {L"with", true, L"error retrieving exchange string"}};
     using operands = operandTypes<string, string, string>;
 
     static void of(textScratch& text, std::wstring_view what, std::wstring_view with)
@@ -56,11 +57,10 @@ struct replacement
     }
 };
 
-struct withoutSpaces
+struct scr_strdelspaces
 {
     static constexpr const wchar_t* messageName = L"strdelspaces";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
-    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+    static constexpr declaredParameter declared[] = {textParam, whereParam};
     using operands = operandTypes<string, string>;
 
     // A word other than these leaves the text as it is.
@@ -77,11 +77,10 @@ struct withoutSpaces
     }
 };
 
-struct position
+struct scr_strfind
 {
     static constexpr const wchar_t* messageName = L"strfind";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"what", true}};
-    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving what"};
+    static constexpr declaredParameter declared[] = {textParam, {L"what", true, L"error retrieving what"}};
     using operands = operandTypes<string, string>;
 
     // -1 where the text does not occur.
@@ -95,8 +94,7 @@ struct position
 struct pieces
 {
     static constexpr const wchar_t* messageName = L"strsplit";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"where", true}};
-    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving where-identification"};
+    static constexpr declaredParameter declared[] = {textParam, whereParam};
 };
 
 class scr_strsplit final : public namedoperands<pieces>
@@ -133,13 +131,16 @@ private:
 struct piece
 {
     static constexpr const wchar_t* messageName = L"substr";
-    static constexpr declaredParameter declared[] = {{L"this", true}, {L"sidx", true}, {L"len", false}};
-    static constexpr const wchar_t* unreadable[] = {noText, L"error retrieving start index"};
+    static constexpr declaredParameter declared[] = {
+        textParam, {L"sidx", true, L"error retrieving start index"}, {L"len", false}};
 };
 
 class scr_substr final : public namedoperands<piece>
 {
 public:
+    static constexpr const wchar_t* beyond = L"start index out of range";
+    static constexpr const wchar_t* failures[] = {beyond};
+
     statement* clone() const override { return new scr_substr(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
@@ -150,7 +151,7 @@ public:
         // REQUIRED: the last index of an empty text wraps, so that every start passes, and the piece itself
         // throws std::out_of_range for all but 0.
         if (static_cast<uint64>(start) > static_cast<uint64>(text.size()) - 1)
-            execError(this, L"start index out of range");
+            execError(this, beyond);
         replaceResult(result, string(text.substr(static_cast<std::size_t>(start), sizeOf(length))));
     }
     bool textValue(codecontext& context, textScratch& text) const
@@ -181,6 +182,12 @@ private:
 class scr_strlen final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"strlen::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* unusable = L"strlen::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* missing = L"error retrieving string (1)";
+    static constexpr const wchar_t* unreadable = L"error retrieving string (2)";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, missing, unreadable};
+
     explicit scr_strlen(ownedProvider value) : mpValue(std::move(value))
     {
         offerShortCuts(this, depthOf(mpValue), writing::keepsType);
@@ -190,10 +197,10 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         if (!mpValue)
-            execError(this, L"error retrieving string (1)");
+            execError(this, missing);
         textScratch text;
         if (!mpValue.readText(context, text))
-            execError(this, L"error retrieving string (2)");
+            execError(this, unreadable);
         writeToSlot(result, uint64(text.view().size()));
     }
     std::uint64_t smallValue(codecontext& context) const
@@ -206,8 +213,8 @@ public:
     static statement* create(const callText& call)
     {
         if (call.params.empty())
-            refuse(L"strlen::createFrom: number of parameters < 1");
-        return new scr_strlen(requireProvider(call, 0, L"strlen::createFrom: error parsing \"%s\""));
+            refuse(tooFew);
+        return new scr_strlen(requireProvider(call, 0, unusable));
     }
 
 private:
@@ -217,6 +224,10 @@ private:
 class scr_strcat final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"strcat::createFrom: number of parameters < 2";
+    static constexpr const wchar_t* unusable = L"strcat::createFrom: error parsing \"%s\"";
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noText};
+
     using providers = std::vector<ownedProvider, freeListAllocator<ownedProvider>>;
 
     explicit scr_strcat(providers values) : mValues(std::move(values))
@@ -235,7 +246,7 @@ public:
         for (const ownedProvider& value : mValues) {
             textScratch text;
             if (!value.readText(context, text))
-                execError(this, L"error retrieving string");
+                execError(this, noText);
             joined += text.view();
         }
         writeToSlot(result, std::move(joined));
@@ -248,11 +259,11 @@ public:
     static statement* create(const callText& call)
     {
         if (call.params.size() < 2)
-            refuse(L"strcat::createFrom: number of parameters < 2");
+            refuse(tooFew);
         providers values;
         values.reserve(call.params.size());
         for (std::size_t i = 0; i < call.params.size(); ++i)
-            values.push_back(requireProvider(call, i, L"strcat::createFrom: error parsing \"%s\""));
+            values.push_back(requireProvider(call, i, unusable));
         return new scr_strcat(std::move(values));
     }
 
@@ -277,70 +288,31 @@ private:
 
 // --- Table ---
 
-const builtin rows[] = {
+constexpr builtin rows[] = {
     {.name = L"strlen",
      .create = scr_strlen::create,
      .parameters = L"(text)",
      .result = resultRule::keepsType,
      .summary = L"Gives the length of a text.",
-     .failures = {L"strlen::createFrom: number of parameters < 1\n"
-                  L"strlen::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving string (1)\n"
-                  L"error retrieving string (2)"}},
+     .failures = scr_strlen::failures},
     {.name = L"strcat",
      .create = scr_strcat::create,
      .parameters = L"(text, text, ...)",
      .result = resultRule::keepsType,
      .summary = L"Joins two or more texts.",
-     .failures = {L"strcat::createFrom: number of parameters < 2\n"
-                  L"strcat::createFrom: error parsing \"%s\"\n"
-                  L"error retrieving string"}},
-    {.name = L"strlower",
-     .create = createNamed<namedtextoperation<lowerCase>>,
-     .parameters = L"(this)",
-     .summary = L"Gives the text in lower case.",
-     .failures = {L"error retrieving string"}},
-    {.name = L"strupper",
-     .create = createNamed<namedtextoperation<upperCase>>,
-     .parameters = L"(this)",
-     .summary = L"Gives the text in upper case.",
-     .failures = {L"error retrieving string"}},
-    {.name = L"strreplace",
-     .create = createNamed<namedtextoperation<replacement>>,
-     .parameters = L"(this, what, with)",
-     .summary = L"Gives the text with each `what` replaced by `with`.",
-     .failures = {L"error retrieving string\n"
-                  L"error retrieving string to exchange\n"
-                  L"error retrieving exchange string"}},
-    {.name = L"strdelspaces",
-     .create = createNamed<namedtextoperation<withoutSpaces>>,
-     .parameters = L"(this, where)",
-     .summary = L"Gives the text without its blanks and tabulators: `leading`, `trailing` or `all`.",
-     .failures = {L"error retrieving string\n"
-                  L"error retrieving where-identification"}},
-    {.name = L"strsplit",
-     .create = createNamed<scr_strsplit>,
-     .parameters = L"(this, where)",
-     .summary = L"Gives an array of the pieces between the places where `where` occurs.",
-     .failures = {L"error retrieving string\n"
-                  L"error retrieving where-identification"}},
-    {.name = L"strfind",
-     .create = createNamed<namedoperation<position>>,
-     .parameters = L"(this, what)",
-     .summary = L"Gives the position of the first `what`, from 0, or -1.",
-     .failures = {L"error retrieving string\n"
-                  L"error retrieving what"}},
-    {.name = L"substr",
-     .create = createNamed<scr_substr>,
-     .parameters = L"(this, sidx, [len])",
-     .summary = L"Gives `len` characters from `sidx` on, or all that follow.",
-     .failures = {L"error retrieving string\n"
-                  L"error retrieving start index\n"
-                  L"start index out of range"}},
+     .failures = scr_strcat::failures},
+    namedRow<namedtextoperation<scr_strlower>>(L"Gives the text in lower case."),
+    namedRow<namedtextoperation<scr_strupper>>(L"Gives the text in upper case."),
+    namedRow<namedtextoperation<scr_strreplace>>(L"Gives the text with each `what` replaced by `with`."),
+    namedRow<namedtextoperation<scr_strdelspaces>>(
+        L"Gives the text without its blanks and tabulators: `leading`, `trailing` or `all`."),
+    namedRow<scr_strsplit>(L"Gives an array of the pieces between the places where `where` occurs."),
+    namedRow<namedoperation<scr_strfind>>(L"Gives the position of the first `what`, from 0, or -1."),
+    namedRow<scr_substr>(L"Gives `len` characters from `sidx` on, or all that follow."),
 };
 
 } // namespace
 
-constinit const builtinModule stringModule{L"string", rows};
+constinit const builtinTable stringRows = rows;
 
 } // namespace qx::script

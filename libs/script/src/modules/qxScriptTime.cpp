@@ -15,6 +15,9 @@ struct timeKind
     static constexpr const wchar_t* tooFewParameters = L"infoOfTime::createFrom: number of parameters < 1";
     static constexpr const wchar_t* unreadableText = L"infoOfTime::createFrom: error parsing \"%s\"";
     static constexpr const wchar_t* noValue = L"Missing or invalid time-provider";
+    static constexpr const wchar_t* readOutFailures[] = {tooFewParameters, unreadableText, noValue,
+                                                         noReadOut};
+    static constexpr const wchar_t* parameters = L"(time)";
     static constexpr bool constantFailsWithoutText = false;
     static constexpr int (*readOuts[])(const time&) = {
         [](const time& moment) { return moment.hour(); },
@@ -31,37 +34,19 @@ using infoOfTime = infoOf<timeKind>;
 
 // --- Table ---
 
-constexpr failureLists ofConstant{L"no function-ptr given"};
-constexpr failureLists ofReadOut{L"infoOfTime::createFrom: number of parameters < 1\n"
-                                 L"infoOfTime::createFrom: error parsing \"%s\"\n"
-                                 L"Missing or invalid time-provider\n"
-                                 L"invalid infotype %d"};
-
-constexpr builtin constantRow(const wchar_t* name, statement* (*create)(const callText&),
-                              const wchar_t* summary)
-{
-    return {name, create, L"()", nullptr, resultRule::keepsType, summary, ofConstant};
-}
-
-constexpr builtin readOutRow(const wchar_t* name, statement* (*create)(const callText&),
-                             const wchar_t* summary)
-{
-    return {name, create, L"(time)", nullptr, resultRule::keepsType, summary, ofReadOut};
-}
-
-const builtin rows[] = {
-    constantRow(L"daystart", staticTime::create<time::daystart>, L"Gives 00:00."),
-    constantRow(L"lunchtime", staticTime::create<time::lunchtime>, L"Gives 12:00."),
-    constantRow(L"midnight", staticTime::create<time::midnight>, L"Gives 00:00."),
-    readOutRow(L"time_hour", infoOfTime::create<0>, L"Gives the hour."),
-    readOutRow(L"time_minute", infoOfTime::create<1>, L"Gives the minute of the hour."),
-    readOutRow(L"time_second", infoOfTime::create<2>, L"Gives the second of the minute."),
-    readOutRow(L"time_minuteofday", infoOfTime::create<4>, L"Gives the minutes since 00:00."),
-    readOutRow(L"time_secondofday", infoOfTime::create<5>, L"Gives the seconds since 00:00."),
+constexpr builtin rows[] = {
+    staticTime::row<time::daystart>(L"daystart", L"Gives 00:00."),
+    staticTime::row<time::lunchtime>(L"lunchtime", L"Gives 12:00."),
+    staticTime::row<time::midnight>(L"midnight", L"Gives 00:00."),
+    infoOfTime::row<0>(L"time_hour", L"Gives the hour."),
+    infoOfTime::row<1>(L"time_minute", L"Gives the minute of the hour."),
+    infoOfTime::row<2>(L"time_second", L"Gives the second of the minute."),
+    infoOfTime::row<4>(L"time_minuteofday", L"Gives the minutes since 00:00."),
+    infoOfTime::row<5>(L"time_secondofday", L"Gives the seconds since 00:00."),
 };
 
 } // namespace
 
-constinit const builtinModule timeModule{L"time", rows};
+constinit const builtinTable timeRows = rows;
 
 } // namespace qx::script

@@ -5,8 +5,8 @@
 // the storage.
 #include "contexts/qxScriptEpoch.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptRows.h"
 #include "qxScriptTypes.h"
-#include "statements/qxScriptBase.h"
 
 #include "qxHeldTypes.h"
 
@@ -73,6 +73,10 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 class variableExists final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"variableExists::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noName = L"variableExists::createFrom: error setting variablename \"%s\"";
+    static constexpr const wchar_t* failures[] = {tooFew, noName};
+
     variableExists(eVarScope where, const scString& name) : mScope(where), mName(name)
     {
         offerShortCuts(this, 0, writing::replaces);
@@ -94,14 +98,22 @@ public:
     }
 
     template <eVarScope Scope>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        return new variableExists(
-            Scope, requiredName(call, L"variableExists::createFrom: number of parameters < 1",
-                                L"variableExists::createFrom: error setting variablename \"%s\""));
+        return {.name = name,
+                .create = create<Scope>,
+                .parameters = L"(name)",
+                .summary = summary,
+                .failures = failures};
     }
 
 private:
+    template <eVarScope Scope>
+    static statement* create(const callText& call)
+    {
+        return new variableExists(Scope, requiredName(call, tooFew, noName));
+    }
+
     eVarScope mScope;
     scString mName;
 };
@@ -122,9 +134,12 @@ protected:
 class createVariable final : public assignment
 {
 public:
-    createVariable(eVarScope where, const callText& call)
-        : assignment(where, call, L"createVariable::createFrom: number of parameters < 1",
-                     L"createVariable::createFrom: error setting variablename \"%s\"")
+    static constexpr const wchar_t* tooFew = L"createVariable::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noName = L"createVariable::createFrom: error setting variablename \"%s\"";
+    static constexpr const wchar_t* noValue = L"error retrieving value";
+    static constexpr const wchar_t* failures[] = {tooFew, noName, noValue};
+
+    createVariable(eVarScope where, const callText& call) : assignment(where, call, tooFew, noName)
     {
         stayInside(this);
     }
@@ -134,14 +149,14 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         if (mpValue && !mpValue.write(context, result))
-            execError(this, L"error retrieving value");
+            execError(this, noValue);
         store(context, result);
     }
     void run(codecontext& context) const
     {
         genericValue value;
         if (mpValue && !mpValue.evaluate(context, value))
-            execError(this, L"error retrieving value");
+            execError(this, noValue);
         scriptcontext* const root = scope::plainRoot(context);
         if (!root || mScope == scopeGlobal)
             store(context, value);
@@ -150,12 +165,23 @@ public:
     }
 
     template <eVarScope Scope>
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
+    {
+        return {.name = name,
+                .create = create<Scope>,
+                .parameters = L"(name, [value])",
+                .result = resultRule::asValue,
+                .summary = summary,
+                .failures = failures};
+    }
+
+private:
+    template <eVarScope Scope>
     static statement* create(const callText& call)
     {
         return new createVariable(Scope, call);
     }
 
-private:
     void store(codecontext& context, const genericValue& value) const
     {
         if (mScope == scopeGlobal)
@@ -169,9 +195,13 @@ template <eVarScope Scope>
 class setVariable final : public assignment
 {
 public:
-    explicit setVariable(const callText& call)
-        : assignment(Scope, call, L"setVariable::createFrom: number of parameters < 1",
-                     L"setVariable::createFrom: error setting variablename \"%s\"")
+    static constexpr const wchar_t* tooFew = L"setVariable::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noName = L"setVariable::createFrom: error setting variablename \"%s\"";
+    static constexpr const wchar_t* noVariable = L"Error retrieving variable %s";
+    static constexpr const wchar_t* noValue = L"Error retrieving value for variable \"%s\"";
+    static constexpr const wchar_t* failures[] = {tooFew, noName, noVariable, noValue};
+
+    explicit setVariable(const callText& call) : assignment(Scope, call, tooFew, noName)
     {
         stayInside(this);
     }
@@ -205,14 +235,23 @@ public:
         runOtherwise(context);
     }
 
-    static statement* create(const callText& call) { return new setVariable(call); }
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
+    {
+        return {.name = name,
+                .create = create,
+                .parameters = L"(name, [value])",
+                .summary = summary,
+                .failures = failures};
+    }
 
 private:
+    static statement* create(const callText& call) { return new setVariable(call); }
+
     sharedPtr<genericValue> requireStorage(codecontext& context) const
     {
         sharedPtr<genericValue> storage = storageOf(context, Scope, mName);
         if (!storage)
-            execError(this, L"Error retrieving variable %s", mName.string());
+            execError(this, noVariable, mName.string());
         return storage;
     }
 
@@ -230,7 +269,7 @@ private:
     void write(codecontext& context, genericValue& storage) const
     {
         if (mpValue && !mpValue.write(context, storage))
-            execError(this, L"Error retrieving value for variable \"%s\"", mName.string());
+            execError(this, noValue, mName.string());
     }
 
     // A small value comes about without an effect, so nothing can tell when it was found out.
@@ -257,6 +296,15 @@ template <eVarScope Scope>
 class getVariable final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"getVariable::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noName = L"getVariable::parse: error setting variablename %s";
+    // The last one is what the context throws.
+    static constexpr const wchar_t* failures[] = {tooFew, noName,
+                                                  Scope == scopeVariable ? L"Variable \"%s\" not found"
+                                                  : Scope == scopeParameter
+                                                      ? L"Parameter \"%s\" not found"
+                                                      : L"Global variable \"%s\" not found"};
+
     explicit getVariable(const scString& name) : mName(name) { offerShortCuts(this, 0, writing::replaces); }
 
     statement* clone() const override { return new getVariable(*this); }
@@ -284,13 +332,21 @@ public:
         return own ? own : inPlaceOtherwise(context);
     }
 
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        return new getVariable(requiredName(call, L"getVariable::createFrom: number of parameters < 1",
-                                            L"getVariable::parse: error setting variablename %s"));
+        return {.name = name,
+                .create = create,
+                .parameters = L"(name)",
+                .summary = summary,
+                .failures = failures};
     }
 
 private:
+    static statement* create(const callText& call)
+    {
+        return new getVariable(requiredName(call, tooFew, noName));
+    }
+
     [[gnu::noinline]] cell::word smallOtherwise(codecontext& context) const
     {
         genericSet::entry* const variable = entryOf(context, Scope, mName);
@@ -318,6 +374,11 @@ private:
 class getVariableAddress final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* noType = L"getVariableAddress::createFrom: number of types != 1";
+    static constexpr const wchar_t* tooFew = L"getVariableAddress::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* noName = L"getVariablePointer::parse: error setting variablename %s";
+    static constexpr const wchar_t* failures[] = {noType, tooFew, noName};
+
     getVariableAddress(eVarScope where, const scString& name) : mName(name), mScope(where) {}
 
     statement* clone() const override { return new getVariableAddress(*this); }
@@ -327,16 +388,26 @@ public:
     }
 
     template <eVarScope Scope>
-    static statement* create(const callText& call)
+    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
-        if (call.types.size() != 1)
-            refuse(L"getVariableAddress::createFrom: number of types != 1");
-        return new getVariableAddress(
-            Scope, requiredName(call, L"getVariableAddress::createFrom: number of parameters < 1",
-                                L"getVariablePointer::parse: error setting variablename %s"));
+        return {.name = name,
+                .create = create<Scope>,
+                .parameters = L"<type>(name)",
+                .types = L"any",
+                .result = resultRule::keepsType,
+                .summary = summary,
+                .failures = failures};
     }
 
 private:
+    template <eVarScope Scope>
+    static statement* create(const callText& call)
+    {
+        if (call.types.size() != 1)
+            refuse(noType);
+        return new getVariableAddress(Scope, requiredName(call, tooFew, noName));
+    }
+
     scString mName;
     eVarScope mScope;
 };
@@ -344,6 +415,9 @@ private:
 class isnull final : public scriptbasestatement
 {
 public:
+    static constexpr const wchar_t* tooFew = L"isnull::createFrom: number of parameters < 1";
+    static constexpr const wchar_t* failures[] = {tooFew};
+
     explicit isnull(ownedProvider value) : mpValue(std::move(value))
     {
         offerShortCuts(this, depthOf(mpValue), writing::replaces);
@@ -365,7 +439,7 @@ public:
     static statement* create(const callText& call)
     {
         if (call.params.empty())
-            refuse(L"isnull::createFrom: number of parameters < 1");
+            refuse(tooFew);
         return new isnull(providerOf(call, 0));
     }
 
@@ -414,6 +488,10 @@ statement* makeIsoftype(ownedProvider value)
     return new isoftype<T>(std::move(value));
 }
 
+constexpr const wchar_t* noOperand = L"isoftype::createFrom: number of parameters < 1";
+constexpr const wchar_t* noType = L"isoftype: missing datatype for \"isoftype\"";
+constexpr const wchar_t* typeFailures[] = {noOperand, noType};
+
 statement* createIsoftype(const callText& call)
 {
     static const struct
@@ -430,9 +508,9 @@ statement* createIsoftype(const callText& call)
         {scriptTypeArray, makeIsoftype<valueArray>},
     };
     if (call.params.empty())
-        refuse(L"isoftype::createFrom: number of parameters < 1");
+        refuse(noOperand);
     if (call.types.empty())
-        refuse(L"isoftype: missing datatype for \"isoftype\"");
+        refuse(noType);
     const ePrimitiveScriptType type = parseScriptType(call.types[0]);
     for (const auto& member : members)
         if (member.type == type)
@@ -442,129 +520,51 @@ statement* createIsoftype(const callText& call)
 
 // --- Table ---
 
-constexpr const wchar_t* existsFailures = L"variableExists::createFrom: number of parameters < 1\n"
-                                          L"variableExists::createFrom: error setting variablename \"%s\"";
-constexpr const wchar_t* createFailures = L"createVariable::createFrom: number of parameters < 1\n"
-                                          L"createVariable::createFrom: error setting variablename \"%s\"\n"
-                                          L"error retrieving value";
-constexpr const wchar_t* setFailures = L"setVariable::createFrom: number of parameters < 1\n"
-                                       L"setVariable::createFrom: error setting variablename \"%s\"\n"
-                                       L"Error retrieving variable %s\n"
-                                       L"Error retrieving value for variable \"%s\"";
-constexpr const wchar_t* getFailures = L"getVariable::createFrom: number of parameters < 1\n"
-                                       L"getVariable::parse: error setting variablename %s";
-constexpr const wchar_t* addressFailures = L"getVariableAddress::createFrom: number of types != 1\n"
-                                           L"getVariableAddress::createFrom: number of parameters < 1\n"
-                                           L"getVariablePointer::parse: error setting variablename %s";
-constexpr const wchar_t* anyType = L"any";
+constexpr builtin variableAddress = getVariableAddress::row<scopeVariable>(
+    L"getvarptr", L"Gives a reference to a visible variable or parameter; the type is not looked at.");
+constexpr builtin parameterAddress = getVariableAddress::row<scopeParameter>(
+    L"getparameterptr", L"Gives a reference to a parameter of the function; the type is not looked at.");
 
-const builtin rows[] = {
-    {.name = L"varexists",
-     .create = variableExists::create<scopeVariable>,
-     .parameters = L"(name)",
-     .summary = L"Tells whether a variable or a parameter of this name is visible.",
-     .failures = {existsFailures}},
-    {.name = L"globalvarexists",
-     .create = variableExists::create<scopeGlobal>,
-     .parameters = L"(name)",
-     .summary = L"Tells whether there is a global variable of this name.",
-     .failures = {existsFailures}},
-    {.name = L"createvar",
-     .create = createVariable::create<scopeVariable>,
-     .parameters = L"(name, [value])",
-     .result = resultRule::asValue,
-     .summary = L"Makes a variable of the block, with the value or null, unless one of this name is "
-                L"visible already; gives the value.",
-     .failures = {createFailures}},
+constexpr builtin rows[] = {
+    variableExists::row<scopeVariable>(L"varexists",
+                                       L"Tells whether a variable or a parameter of this name is visible."),
+    variableExists::row<scopeGlobal>(L"globalvarexists",
+                                     L"Tells whether there is a global variable of this name."),
+    createVariable::row<scopeVariable>(
+        L"createvar", L"Makes a variable of the block, with the value or null, unless one of this name "
+                      L"is visible already; gives the value."),
     {.name = L"isnull",
      .create = isnull::create,
      .parameters = L"(value)",
      .summary = L"Tells whether the value is null.",
-     .failures = {L"isnull::createFrom: number of parameters < 1"}},
+     .failures = isnull::failures},
     {.name = L"isoftype",
      .create = createIsoftype,
      .parameters = L"<type>(value)",
      .types = L"bool, short, int, long, ushort, uint, ulong, float, double, date, time, timestamp, array",
      .summary = L"Tells whether the value reads as this type, by itself or by conversion.",
-     .failures = {L"isoftype::createFrom: number of parameters < 1\n"
-                  L"isoftype: missing datatype for \"isoftype\""}},
-    {.name = L"createglobalvar",
-     .create = createVariable::create<scopeGlobal>,
-     .parameters = L"(name, [value])",
-     .result = resultRule::asValue,
-     .summary = L"Makes or overwrites a global variable; gives the value.",
-     .failures = {createFailures}},
-    {.name = L"setvar",
-     .create = setVariable<scopeVariable>::create,
-     .parameters = L"(name, [value])",
-     .summary = L"Writes a visible variable or parameter; gives its value afterwards.",
-     .failures = {setFailures}},
-    {.name = L"setparameter",
-     .create = setVariable<scopeParameter>::create,
-     .parameters = L"(name, [value])",
-     .summary = L"Writes a parameter of the function; gives its value afterwards.",
-     .failures = {setFailures}},
-    {.name = L"setglobalvar",
-     .create = setVariable<scopeGlobal>::create,
-     .parameters = L"(name, [value])",
-     .summary = L"Writes a global variable; gives its value afterwards.",
-     .failures = {setFailures}},
-    {.name = L"getvar",
-     .create = getVariable<scopeVariable>::create,
-     .parameters = L"(name)",
-     .summary = L"Gives the value of the innermost visible variable or parameter of this name.",
-     .failures = {getFailures, L"Variable \"%s\" not found"}},
-    {.name = L"getvarptr",
-     .create = getVariableAddress::create<scopeVariable>,
-     .parameters = L"<type>(name)",
-     .types = anyType,
-     .result = resultRule::keepsType,
-     .summary = L"Gives a reference to a visible variable or parameter; the type is not looked at.",
-     .failures = {addressFailures}},
-    {.name = L"&getvar",
-     .create = getVariableAddress::create<scopeVariable>,
-     .parameters = L"<type>(name)",
-     .types = anyType,
-     .result = resultRule::keepsType,
-     .summary = L"Gives a reference to a visible variable or parameter; the type "
-                L"is not looked at.",
-     .failures = {addressFailures}},
-    {.name = L"getparameter",
-     .create = getVariable<scopeParameter>::create,
-     .parameters = L"(name)",
-     .summary = L"Gives the value of a parameter of the function.",
-     .failures = {getFailures, L"Parameter \"%s\" not found"}},
-    {.name = L"getparameterptr",
-     .create = getVariableAddress::create<scopeParameter>,
-     .parameters = L"<type>(name)",
-     .types = anyType,
-     .result = resultRule::keepsType,
-     .summary = L"Gives a reference to a parameter of the function; the type is not looked at.",
-     .failures = {addressFailures}},
-    {.name = L"&getparameter",
-     .create = getVariableAddress::create<scopeParameter>,
-     .parameters = L"<type>(name)",
-     .types = anyType,
-     .result = resultRule::keepsType,
-     .summary = L"Gives a reference to a parameter of the function; the "
-                L"type is not looked at.",
-     .failures = {addressFailures}},
-    {.name = L"getglobalvar",
-     .create = getVariable<scopeGlobal>::create,
-     .parameters = L"(name)",
-     .summary = L"Gives the value of a global variable.",
-     .failures = {getFailures, L"Global variable \"%s\" not found"}},
-    {.name = L"getglobalvarptr",
-     .create = getVariableAddress::create<scopeGlobal>,
-     .parameters = L"<type>(name)",
-     .types = anyType,
-     .result = resultRule::keepsType,
-     .summary = L"Gives a reference to a global variable; the type is not looked at.",
-     .failures = {addressFailures}},
+     .failures = typeFailures},
+    createVariable::row<scopeGlobal>(L"createglobalvar",
+                                     L"Makes or overwrites a global variable; gives the value."),
+    setVariable<scopeVariable>::row(L"setvar",
+                                    L"Writes a visible variable or parameter; gives its value afterwards."),
+    setVariable<scopeParameter>::row(L"setparameter",
+                                     L"Writes a parameter of the function; gives its value afterwards."),
+    setVariable<scopeGlobal>::row(L"setglobalvar", L"Writes a global variable; gives its value afterwards."),
+    getVariable<scopeVariable>::row(
+        L"getvar", L"Gives the value of the innermost visible variable or parameter of this name."),
+    variableAddress,
+    renamed(variableAddress, L"&getvar"),
+    getVariable<scopeParameter>::row(L"getparameter", L"Gives the value of a parameter of the function."),
+    parameterAddress,
+    renamed(parameterAddress, L"&getparameter"),
+    getVariable<scopeGlobal>::row(L"getglobalvar", L"Gives the value of a global variable."),
+    getVariableAddress::row<scopeGlobal>(
+        L"getglobalvarptr", L"Gives a reference to a global variable; the type is not looked at."),
 };
 
 } // namespace
 
-constinit const builtinModule variableModule{L"variable", rows};
+constinit const builtinTable variableRows = rows;
 
 } // namespace qx::script

@@ -36,10 +36,10 @@ protected:
     // Evaluates the parameter and reads it as a T. False, with `out` untouched, when it was not given or does
     // not read.
     template <readable T>
-    bool read(const wchar_t* name, codecontext& context, T& out) const
+    bool read(const declaredParameter& asked, codecontext& context, T& out) const
     {
         genericValue value;
-        if (!getParamValue(name, context, value))
+        if (!getParamValue(asked.name, context, value))
             return false;
         if constexpr (std::is_same_v<T, string>)
             if (string* const sole = soleText(value)) {
@@ -49,13 +49,13 @@ protected:
         return value.getValue(out);
     }
 
-    // The same for a parameter that has to be there: raises `failure` otherwise.
+    // The same for a parameter that has to be there: raises its failure otherwise.
     template <readable T>
-    T require(const wchar_t* name, codecontext& context, const wchar_t* failure) const
+    T require(const declaredParameter& asked, codecontext& context) const
     {
         T out{};
-        if (!read(name, context, out))
-            execError(this, failure);
+        if (!read(asked, context, out))
+            execError(this, asked.failure);
         return out;
     }
 
@@ -67,10 +67,8 @@ private:
     virtual void parsed() {}
 };
 
-// Makes a statement with named parameters. It tells its name in messages and what it declares:
-//     static constexpr const wchar_t* messageName = L"file_copy";
-//     static constexpr declaredParameter declared[] = {{L"file", true}, {L"topath", true}, {L"tofile",
-//     false}};
+// Makes a statement with named parameters, which tells its name in messages and what it declares: see
+// qxScriptRows.h.
 template <class Statement>
 statement* createNamed(const callText& call)
 {
@@ -121,6 +119,8 @@ inline void replaceResult(genericValue& result, string&& text)
 class compoundstatement final : public scriptbasestatement
 {
 public:
+    static constexpr ending ends = ending::block;
+
     compoundstatement() { stayInside(this); }
 
     void reserve(std::size_t children) { mStatements.reserve(children); }

@@ -51,12 +51,9 @@ private:
     callText mText;
 };
 
-// Texts with which a statement fails, or with which its text is refused: lists of one text a line, exactly as
-// in the code. A family of statements shares a list.
-struct failureLists
-{
-    const wchar_t* lists[4] = {};
-};
+// Texts with which a statement fails, or with which its text is refused, exactly as in the code. They last
+// for good.
+using failureList = std::span<const wchar_t* const>;
 
 // What the result of a statement does to a value that it is written into.
 enum class resultRule : unsigned char
@@ -78,17 +75,29 @@ struct builtin
     const wchar_t* types = nullptr;             // the data types that are taken: `short, int`; null for none
     resultRule result = resultRule::replaces;   // as its class writes it
     const wchar_t* summary = L"";               // a sentence: what it does, and its value
-    failureLists failures = {};
+    failureList failures = {};
 };
 
+using builtinTable = std::span<const builtin>;
+
+// Each source of a module ends with a table of its own.
 struct builtinModule
 {
-    const wchar_t* name; // `variable`, `control`, ...
-    std::span<const builtin> rows;
+    const wchar_t* name;           // `variable`, `control`, ...
+    const builtinTable* tables[3]; // null for none
+
+    template <class Use>
+    void forEachRow(const Use& use) const
+    {
+        for (const builtinTable* const table : tables)
+            if (table)
+                for (const builtin& row : *table)
+                    use(row);
+    }
 };
 
 // The sixteen modules, in the order in which the parser asks them.
-std::span<const builtinModule* const> builtinModules();
+std::span<const builtinModule> builtinModules();
 
 // The row of a lower-case name among all modules; null for an unknown name.
 const builtin* findBuiltin(std::wstring_view name);

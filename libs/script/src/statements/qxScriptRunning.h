@@ -13,6 +13,15 @@ namespace qx::script
 
 class textScratch;
 
+// What the value of a statement is when it is the body of a function, where that is known: a block has none but
+// what it returns, and a `return` ends with what it returns.
+enum class ending : unsigned char
+{
+    any,
+    block,
+    returned
+};
+
 // The short cuts of one class of statements. What a class does not have is left to a default.
 struct shortCuts
 {
@@ -28,6 +37,8 @@ struct shortCuts
     // The variable itself where the statement would give a copy of it; until something has an effect. Null
     // unless nobody else can reach it.
     const genericValue* (*valueInPlace)(const statement& self, codecontext& context);
+    // Told by a constant `ends` of the class.
+    ending ends = ending::any;
 };
 
 // How the value of a statement is written.
@@ -57,6 +68,7 @@ public:
     static bool keepsType(const statement& asked) noexcept { return asked.mKeepsType; }
     // True for a statement whose result is a text.
     static bool givesText(const statement& asked) noexcept { return asked.mGivesText; }
+    static ending ends(const statement& asked) noexcept { return asked.mpShortCuts->ends; }
 
     // To be asked only of a statement that has a depth.
     static cell::word smallValue(const statement& asked, codecontext& context)
@@ -144,6 +156,8 @@ constexpr shortCuts shortCutsOf()
         made.textValue = [](const statement& self, codecontext& context, textScratch& text) {
             return static_cast<const Statement&>(self).textValue(context, text);
         };
+    if constexpr (requires { Statement::ends; })
+        made.ends = Statement::ends;
     return made;
 }
 
