@@ -1,5 +1,5 @@
-// What the tables of the modules tell of the statements: held against the sources, the parser and the other
-// tests, and written out as the second half of docs/language.md.
+// What the tables of the modules tell of the statements: held against the parser and the other tests, and
+// written out as the second half of docs/language.md.
 #include "assertRecorder.h"
 #include "documents.h"
 
@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <set>
 
 namespace
@@ -17,23 +18,6 @@ namespace
 namespace fs = std::filesystem;
 namespace script = qx::script;
 using script::statementInfo;
-
-// Of the calculation of times, to which no statement leads.
-const std::set<std::string> failuresWithoutRow = {
-    "timeCalculation::createFrom: error parsing \"%s\"",
-    "timeCalculation::createFrom: missing second datatype",
-    "timeCalculation::createFrom: number of parameters < 2",
-    "unable to retrieve time",
-};
-
-std::set<std::string> documentedFailures()
-{
-    std::set<std::string> texts = failuresWithoutRow;
-    for (const statementInfo& statement : builtInStatements())
-        for (const qx::string& text : statement.failures)
-            texts.insert(text.utf8());
-    return texts;
-}
 
 TEST(reference, rowsAreComplete)
 {
@@ -55,59 +39,21 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     return text;
 }
 
-// The code of a source in front of its table, without the lines that are comments.
-std::string codeOf(const std::string& source)
+// The lines of the expectations, and of the tests where `sources`.
+std::vector<std::string> testedLines(bool sources)
 {
-    std::string code;
-    for (const std::string& line : linesOf(source.substr(0, source.find("// --- Table ---")))) {
-        const std::size_t first = line.find_first_not_of(' ');
-        if (first != std::string::npos && line.compare(first, 2, "//") != 0)
-            code.append(line, first).append(" ");
+    std::vector<std::string> all;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(QX_TESTS_DIR)) {
+        const fs::path& path = entry.path();
+        if (path.extension() != ".expected" &&
+            (!sources || path.extension() != ".cpp" || path.filename() == fs::path(__FILE__).filename()))
+            continue;
+        // A blank at the end of an expected line stands as \s.
+        const std::string text = replaced(replaced(contentOf(path), "\\\"", "\""), "\\s\n", " \n");
+        for (const std::string& line : linesOf(text))
+            all.push_back(line);
     }
-    return code;
-}
-
-bool isSentence(const std::string& text)
-{
-    const auto areLetters = [](char a, char b) { return a >= 'a' && a <= 'z' && b >= 'a' && b <= 'z'; };
-    return text.find(' ') != std::string::npos &&
-           std::adjacent_find(text.begin(), text.end(), areLetters) != text.end();
-}
-
-// The wide literals of some code that hold a word and a blank.
-std::vector<std::string> sentencesIn(const std::string& code)
-{
-    const std::string joined = replaced(code, "\" L\"", ""); // parts of one literal
-    std::vector<std::string> sentences;
-    for (std::size_t at = joined.find("L\""); at != std::string::npos; at = joined.find("L\"", at)) {
-        const std::size_t begin = at + 2;
-        for (at = begin; joined.at(at) != '"'; ++at)
-            at += joined[at] == '\\' ? 1u : 0u;
-        const std::string text = replaced(joined.substr(begin, at - begin), "\\\"", "\"");
-        if (isSentence(text))
-            sentences.push_back(text);
-        ++at;
-    }
-    return sentences;
-}
-
-TEST(reference, everyFailureOfAModuleIsInARow)
-{
-    const std::set<std::string> documented = documentedFailures();
-    std::size_t seen = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(treeRoot() / "libs/script/src/modules")) {
-        const std::string source = contentOf(entry.path());
-        if (source.find("execError(this") == std::string::npos &&
-            source.find("refuse(L") == std::string::npos)
-            continue; // the engine, whose failures belong to no statement
-        if (entry.path().filename() == "qxScriptHost.cpp")
-            continue; // statements of hosts have no rows
-        for (const std::string& text : sentencesIn(codeOf(source))) {
-            EXPECT_TRUE(documented.contains(text)) << entry.path().filename() << ": " << text;
-            ++seen;
-        }
-    }
-    EXPECT_GT(seen, 100u);
+    return all;
 }
 
 // Whether `line` holds the text, with anything in place of each %s.
@@ -170,22 +116,40 @@ const std::set<std::string> beyondScripts = {
 
 TEST(reference, everyFailureIsAssertedBySomeTest)
 {
-    std::vector<std::string> asserted;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(QX_TESTS_DIR)) {
-        const fs::path& path = entry.path();
-        if (path.extension() != ".expected" &&
-            (path.extension() != ".cpp" || path.filename() == fs::path(__FILE__).filename()))
-            continue;
-        // A blank at the end of an expected line stands as \s.
-        const std::string text = replaced(replaced(contentOf(path), "\\\"", "\""), "\\s\n", " \n");
-        for (const std::string& line : linesOf(text))
-            asserted.push_back(line);
-    }
-    for (const std::string& text : documentedFailures()) {
-        const bool isAsserted = std::any_of(asserted.begin(), asserted.end(),
+    const std::vector<std::string> lines = testedLines(true);
+    std::set<std::string> texts;
+    for (const statementInfo& statement : builtInStatements())
+        for (const qx::string& text : statement.failures)
+            texts.insert(text.utf8());
+    for (const std::string& text : texts) {
+        const bool isAsserted = std::any_of(lines.begin(), lines.end(),
                                             [&](const std::string& line) { return holds(line, text); });
         EXPECT_NE(isAsserted, beyondScripts.contains(text)) << text;
     }
+}
+
+// What a statement fails with when it runs: `Error executing script "NAME(...)" (FAILURE)`.
+TEST(reference, everyFailureThatTestsShowIsInTheRowOfItsStatement)
+{
+    std::map<std::string, std::vector<std::string>> failuresOf;
+    for (const statementInfo& statement : builtInStatements())
+        for (const qx::string& text : statement.failures)
+            failuresOf[statement.name.utf8()].push_back(text.utf8());
+    std::size_t seen = 0;
+    for (const std::string& line : testedLines(false)) {
+        const std::string start = "Error executing script \"";
+        const std::size_t name = line.find(start) + start.size();
+        if (line.find(start) == line.npos || line.find("\" (") == line.npos || line.ends_with("\" ()"))
+            continue;
+        const auto told = failuresOf.find(line.substr(name, line.find_first_of("<(", name + 1) - name));
+        if (told == failuresOf.end())
+            continue; // a statement of a host
+        EXPECT_TRUE(std::any_of(told->second.begin(), told->second.end(), [&](const std::string& text) {
+            return holds(line, text);
+        })) << line;
+        ++seen;
+    }
+    EXPECT_GT(seen, 200u);
 }
 
 // --- Data types ---
@@ -237,43 +201,72 @@ TEST(reference, statementsTakeTheTypesThatTheyTell)
 constexpr const char* generatedFromHere =
     "<!-- From here on written by `./dev docs` from the tables of the modules. -->\n";
 
-bool tellTheSame(const statementInfo& a, const statementInfo& b)
+std::vector<std::string> reachableFailures(const statementInfo& statement)
 {
-    return a.parameters == b.parameters && a.types == b.types && a.summary == b.summary &&
-           a.result == b.result;
+    std::vector<std::string> texts;
+    for (const qx::string& text : statement.failures)
+        if (!beyondScripts.contains(text.utf8()))
+            texts.push_back(text.utf8());
+    return texts;
 }
 
-// The entry of one statement, or of several that differ in their names alone.
-std::string entryFor(const std::string& names, const statementInfo& statement)
+// Whether both fail with the same, so that this is told once.
+bool areOneFamily(const statementInfo& a, const statementInfo& b)
 {
-    std::string entry = "\n### " + names + "\n\n`" + statement.name.utf8() + statement.parameters.utf8() +
-                        "`\n\n" + statement.summary.utf8() + "\n";
-    if (!statement.types.empty())
-        entry.append("\nTypes: ").append(statement.types.utf8()).append(".\n");
-    entry.append("\nResult: ").append(statement.result.utf8()).append(".\n");
-    if (!statement.failures.empty())
+    return a.module == b.module && a.types == b.types && a.result == b.result &&
+           reachableFailures(a) == reachableFailures(b) && !reachableFailures(a).empty();
+}
+
+using family = std::vector<statementInfo>;
+
+std::vector<family> families()
+{
+    std::vector<family> all;
+    for (const statementInfo& statement : builtInStatements()) {
+        const auto same = std::find_if(all.begin(), all.end(),
+                                       [&](const family& f) { return areOneFamily(f[0], statement); });
+        (same == all.end() ? all.emplace_back() : *same).push_back(statement);
+    }
+    return all;
+}
+
+std::string entryFor(const family& members)
+{
+    std::string names;
+    for (const statementInfo& member : members)
+        names.append(names.empty() ? "`" : ", `").append(member.name.utf8()).append("`");
+    std::string entry = "\n### " + names + "\n";
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        entry += "\n`" + members[i].name.utf8() + members[i].parameters.utf8() + "`\n";
+        if (i + 1 == members.size() || members[i + 1].summary != members[i].summary)
+            entry += "\n" + members[i].summary.utf8() + "\n";
+    }
+    const statementInfo& any = members[0];
+    if (!any.types.empty())
+        entry.append("\nTypes: ").append(any.types.utf8()).append(".\n");
+    entry.append("\nResult: ").append(any.result.utf8()).append(".\n");
+    const std::vector<std::string> failures = reachableFailures(any);
+    if (!failures.empty())
         entry.append("\nFailures:\n\n");
-    for (const qx::string& text : statement.failures)
-        entry.append("    ").append(text.utf8()).append("\n");
+    for (const std::string& text : failures)
+        entry.append("    ").append(text).append("\n");
     return entry;
 }
 
+// Module by module: first those that every script needs.
 std::string generatedReference()
 {
+    std::vector<qx::string> modules = {L"control", L"variable", L"operator", L"string"};
+    const std::vector<family> all = families();
+    for (const family& members : all)
+        if (std::find(modules.begin(), modules.end(), members[0].module) == modules.end())
+            modules.push_back(members[0].module);
     std::string text;
-    qx::string module;
-    const std::vector<statementInfo> all = builtInStatements();
-    for (auto at = all.begin(); at != all.end();) {
-        if (at->module != module) {
-            module = at->module;
-            text.append("\n## Module ").append(module.utf8()).append("\n");
-        }
-        std::string names;
-        auto end = at;
-        for (; end != all.end() && tellTheSame(*at, *end); ++end)
-            names.append(names.empty() ? "`" : ", `").append(end->name.utf8()).append("`");
-        text += entryFor(names, *at);
-        at = end;
+    for (const qx::string& module : modules) {
+        text.append("\n## Module ").append(module.utf8()).append("\n");
+        for (const family& members : all)
+            if (members[0].module == module)
+                text += entryFor(members);
     }
     return text;
 }
