@@ -23,7 +23,7 @@ bool callFromHost(const string& basePath, const codeCall& call, scriptcontext& c
     if (call.type() != codeTypeScript)
         return false;
     const epoch::outside host; // which may have done anything before, and may again
-    const sharedPtr<function> called = functionTable::instance().get(basePath, call);
+    const sharedPtr<function> called = functionTable::instance().getFunction(basePath, call);
     called->call(call.function(), arguments, context, function::callee::ofHost, result);
     return true;
 }

@@ -391,7 +391,7 @@ bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& 
     return isFound;
 }
 
-void findDefinitions(scrdefReader& reader, definitionTable& found)
+void readDefinitions(scrdefReader& reader, definitionTable& found)
 {
     visitDefinitions(reader, [&](const outline& parts) {
         cutOver(parts, found[string(std::wstring(parts.name)).toLower()]);

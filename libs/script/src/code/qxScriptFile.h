@@ -114,6 +114,6 @@ bool findDefinition(scrdefReader& reader, const string& name, scriptDefinition& 
 
 // All of them, by their lower-case names.
 using definitionTable = std::unordered_map<string, scriptDefinition>;
-void findDefinitions(scrdefReader& reader, definitionTable& found);
+void readDefinitions(scrdefReader& reader, definitionTable& found);
 
 } // namespace qx::script

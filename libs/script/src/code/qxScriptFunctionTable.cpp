@@ -101,7 +101,7 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
     const timestamp time = modificationTime(source);
     if (isRead && time == before && recent.isReadAgain(source, time)) {
         const auto all = std::make_shared<definitionTable>();
-        findDefinitions(reader, *all);
+        readDefinitions(reader, *all);
         recent.keep(source, time, all);
         return parseFrom(*all, name, source, time);
     }
@@ -147,7 +147,7 @@ functionTable& functionTable::instance()
     return *table;
 }
 
-sharedPtr<function> functionTable::get(const string& basePath, const codeCall& call)
+sharedPtr<function> functionTable::getFunction(const string& basePath, const codeCall& call)
 {
     const file source = findScriptFile(basePath, call.file());
     const timestamp time = modificationTime(source);
@@ -157,7 +157,7 @@ sharedPtr<function> functionTable::get(const string& basePath, const codeCall& c
     epoch::move(); // the parser asks the modules of hosts
     if (!loaded)
         throw scriptFunctionNotFoundException(call.function().c_str(), source);
-    return insert(call.key(), loaded);
+    return cacheFunction(call.key(), loaded);
 }
 
 sharedPtr<function> functionTable::find(const string& key)
@@ -168,7 +168,7 @@ sharedPtr<function> functionTable::find(const string& key)
 }
 
 // Gives what is in the table afterwards: of two functions that are equally new the one that came first.
-sharedPtr<function> functionTable::insert(const string& key, const sharedPtr<function>& loaded)
+sharedPtr<function> functionTable::cacheFunction(const string& key, const sharedPtr<function>& loaded)
 {
     sharedPtr<function> kept = loaded; // what it replaces ends after the mutex is released
     const std::lock_guard<std::mutex> guard(mMutex);
@@ -278,7 +278,7 @@ pinnedFunction pinnedFunction::find(const string& basePath, const codeCall& call
 
     autoPtr<remembered> made(new remembered);
     made->epoch = epoch::current; // as it is before the search, which may run code of a host's system
-    made->found = functionTable::instance().get(basePath, call);
+    made->found = functionTable::instance().getFunction(basePath, call);
     made->call = call.identity();
     made->tick = tick;
     made->basePath = basePath;

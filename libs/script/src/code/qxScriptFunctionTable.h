@@ -49,11 +49,11 @@ public:
 
     // Searches the file and gives its function, loaded anew if the file is newer. Throws
     // fileNotFoundException, scriptFunctionNotFoundException and what loading throws.
-    sharedPtr<function> get(const string& basePath, const codeCall& call);
+    sharedPtr<function> getFunction(const string& basePath, const codeCall& call);
 
 private:
     sharedPtr<function> find(const string& key);
-    sharedPtr<function> insert(const string& key, const sharedPtr<function>& loaded);
+    sharedPtr<function> cacheFunction(const string& key, const sharedPtr<function>& loaded);
 
     std::mutex mMutex;
     std::map<string, sharedPtr<function>> mFunctions;
@@ -65,7 +65,7 @@ class pinnedFunction
 {
 public:
     // The function of a call between scripts, by the memory of the thread where that holds. Throws what
-    // functionTable::get throws.
+    // functionTable::getFunction throws.
     static pinnedFunction find(const string& basePath, const codeCall& call);
 
     pinnedFunction(const pinnedFunction&) = delete;

@@ -1,6 +1,7 @@
 // Branches and loops, the signals that leave them, and the null reference.
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
+#include "modules/qxScriptCollections.h"
 #include "modules/qxScriptModules.h"
 #include "parser/qxScriptParsing.h"
 #include "qxScriptInterfaces.h"
@@ -211,9 +212,8 @@ class for_each final : public scriptbasestatement
 public:
     static constexpr const wchar_t* tooFew = L"for_each::createFrom: number of parameters < 3";
     static constexpr const wchar_t* unusable = L"for_each::createFrom: error parsing \"%s\"";
-    static constexpr const wchar_t* notWalkable = L"error converting \"%s\" to an iterator - object";
-    static constexpr const wchar_t* notShown = L"error converting variable to an iterator - object";
-    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, notWalkable, notShown};
+    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, noCollection,
+                                                  noCollectionWithoutText};
 
     for_each(const scString& name, ownedProvider collection, const sharedStatement& body)
         : mName(name), mpCollection(std::move(collection)), mBody(body)
@@ -232,21 +232,13 @@ public:
         else if (collection.getValue(elements))
             visit(elements, context, result);
         else
-            refuseCollection(collection);
+            refuseCollection(this, collection);
     }
 
     static statement* create(const callText& call);
 
 private:
     using step = void (forwardIterator::*)(unknown** out);
-
-    [[noreturn]] void refuseCollection(const genericValue& collection) const
-    {
-        string shown;
-        if (collection.getValue(shown))
-            execError(this, notWalkable, shown);
-        execError(this, notShown);
-    }
 
     // The elements are a copy: what the body does to the array changes nothing of what is visited.
     void visit(const valueArray& elements, codecontext& context, genericValue& result) const

@@ -108,9 +108,6 @@ public:
 
 struct disabledFlag
 {
-    static constexpr const wchar_t* setName = L"obj_setdisabled";
-    static constexpr const wchar_t* setMessageName = setName;
-    static constexpr const wchar_t* askName = L"obj_isdisabled";
     static constexpr declaredParameter flagParam{L"disabled", false};
     static constexpr bool isOpposite = false; // of what the object knows
     static constexpr auto set = &propertyaccess::setDisabled;
@@ -119,10 +116,6 @@ struct disabledFlag
 
 struct enabledFlag
 {
-    static constexpr const wchar_t* setName = L"obj_setenabled";
-    // REQUIRED: a wrong call of the one that sets is told under the name of its opposite.
-    static constexpr const wchar_t* setMessageName = disabledFlag::setName;
-    static constexpr const wchar_t* askName = L"obj_isenabled";
     static constexpr declaredParameter flagParam{L"enabled", false};
     static constexpr bool isOpposite = true;
     static constexpr auto set = &propertyaccess::setDisabled;
@@ -131,21 +124,52 @@ struct enabledFlag
 
 struct constantFlag
 {
-    static constexpr const wchar_t* setName = L"obj_setconstant";
-    static constexpr const wchar_t* setMessageName = setName;
-    static constexpr const wchar_t* askName = L"obj_isconstant";
     static constexpr declaredParameter flagParam{L"const", false};
     static constexpr bool isOpposite = false;
     static constexpr auto set = &propertyaccess::setConstant;
     static constexpr auto ask = &propertyaccess::isConstant;
 };
 
+struct obj_setdisabled : disabledFlag
+{
+    static constexpr const wchar_t* scriptName = L"obj_setdisabled";
+    static constexpr const wchar_t* messageName = scriptName;
+};
+
+struct obj_isdisabled : disabledFlag
+{
+    static constexpr const wchar_t* messageName = L"obj_isdisabled";
+};
+
+struct obj_setenabled : enabledFlag
+{
+    static constexpr const wchar_t* scriptName = L"obj_setenabled";
+    // REQUIRED: a wrong call is told under the name of its opposite.
+    static constexpr const wchar_t* messageName = obj_setdisabled::messageName;
+};
+
+struct obj_isenabled : enabledFlag
+{
+    static constexpr const wchar_t* messageName = L"obj_isenabled";
+};
+
+struct obj_setconstant : constantFlag
+{
+    static constexpr const wchar_t* scriptName = L"obj_setconstant";
+    static constexpr const wchar_t* messageName = scriptName;
+};
+
+struct obj_isconstant : constantFlag
+{
+    static constexpr const wchar_t* messageName = L"obj_isconstant";
+};
+
 template <class Flag>
 class setFlag final : public onField
 {
 public:
-    static constexpr const wchar_t* messageName = Flag::setMessageName;
-    static constexpr const wchar_t* scriptName = Flag::setName;
+    static constexpr const wchar_t* messageName = Flag::messageName;
+    static constexpr const wchar_t* scriptName = Flag::scriptName;
     static constexpr declaredParameter declared[] = {thisParam, nameParam, Flag::flagParam};
 
     statement* clone() const override { return new setFlag(*this); }
@@ -162,7 +186,7 @@ template <class Flag>
 class askFlag final : public onField
 {
 public:
-    static constexpr const wchar_t* messageName = Flag::askName;
+    static constexpr const wchar_t* messageName = Flag::messageName;
 
     statement* clone() const override { return new askFlag(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -229,13 +253,13 @@ public:
 
 // --- Events ---
 
-struct fieldChange
+struct obj_triggerfieldchange
 {
     static constexpr const wchar_t* name = L"obj_triggerfieldchange";
     static constexpr auto trigger = &triggerEvents::triggerFieldChange;
 };
 
-struct fieldInfoChange
+struct obj_triggerfieldinfochange
 {
     static constexpr const wchar_t* name = L"obj_triggerfieldinfochange";
     static constexpr auto trigger = &triggerEvents::triggerFieldInfoChange;
@@ -265,24 +289,24 @@ constexpr builtin rows[] = {
     namedRow<obj_isfieldvalid>(
         L"Tells whether a field meets its restriction; one without a restriction does.",
         resultRule::keepsType),
-    namedRow<setFlag<enabledFlag>>(L"Enables a field, or disables it where `enabled` is false.",
-                                   resultRule::none),
-    namedRow<askFlag<enabledFlag>>(L"Tells whether a field is enabled."),
-    namedRow<setFlag<disabledFlag>>(L"Disables a field, or enables it where `disabled` is false.",
-                                    resultRule::none),
-    namedRow<askFlag<disabledFlag>>(L"Tells whether a field is disabled."),
-    namedRow<setFlag<constantFlag>>(L"Makes a field constant, or changeable where `const` is false.",
-                                    resultRule::none),
-    namedRow<askFlag<constantFlag>>(L"Tells whether a field is constant."),
+    namedRow<setFlag<obj_setenabled>>(L"Enables a field, or disables it where `enabled` is false.",
+                                      resultRule::none),
+    namedRow<askFlag<obj_isenabled>>(L"Tells whether a field is enabled."),
+    namedRow<setFlag<obj_setdisabled>>(L"Disables a field, or enables it where `disabled` is false.",
+                                       resultRule::none),
+    namedRow<askFlag<obj_isdisabled>>(L"Tells whether a field is disabled."),
+    namedRow<setFlag<obj_setconstant>>(L"Makes a field constant, or changeable where `const` is false.",
+                                       resultRule::none),
+    namedRow<askFlag<obj_isconstant>>(L"Tells whether a field is constant."),
     namedRow<obj_setlabel>(L"Gives a field its label.", resultRule::none),
     namedRow<obj_setlabelswitch>(
         L"Gives a field the one label where `enabled` is true and the other where it is false; the label "
         L"that is not used is not evaluated.",
         resultRule::none),
     namedRow<obj_label>(L"Gives the label of a field."),
-    namedRow<triggerEvent<fieldChange>>(
+    namedRow<triggerEvent<obj_triggerfieldchange>>(
         L"Has the object tell its observers that the content of a field has changed.", resultRule::none),
-    namedRow<triggerEvent<fieldInfoChange>>(
+    namedRow<triggerEvent<obj_triggerfieldinfochange>>(
         L"Has the object tell its observers that the label or a state of a field has changed.",
         resultRule::none),
 };

@@ -179,7 +179,7 @@ statement* makeFor(ePrimitiveScriptType type, const callText& call, typelist<T..
 }
 
 template <template <class> class Operation, class Types, otherType Other = otherType::declined>
-statement* create(const callText& call)
+statement* createScriptOperation(const callText& call)
 {
     if (call.types.empty())
         refuse(noType, call.name);
@@ -191,12 +191,12 @@ statement* create(const callText& call)
 
 statement* createSubtract(const callText& call)
 {
-    return create<subtraction, subtractable>(call);
+    return createScriptOperation<subtraction, subtractable>(call);
 }
 
 statement* createMinus(const callText& call)
 {
-    return create<negation, signedNumbers>(call);
+    return createScriptOperation<negation, signedNumbers>(call);
 }
 
 statement* createMinusSign(const callText& call)
@@ -249,7 +249,7 @@ constexpr auto oneOrTwo = joined(typedOne, binaryoperands::failures, dateCalcula
 
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
-    {L"add", L"+", create<addition, summable>, two, summableWords, typedTwoOrDate,
+    {L"add", L"+", createScriptOperation<addition, summable>, two, summableWords, typedTwoOrDate,
      L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
      L"`days` later.",
      resultRule::keepsTypeButOfDate},
@@ -257,35 +257,38 @@ constexpr operatorRow operators[] = {
      L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
      L"earlier.",
      resultRule::keepsTypeButOfDate},
-    {L"multiply", L"*", create<multiplication, numbers>, two, numberWords, typedTwo, L"Gives the product."},
-    {L"divide", L"/", create<division, numbers>, two, numberWords, typedTwo,
+    {L"multiply", L"*", createScriptOperation<multiplication, numbers>, two, numberWords, typedTwo,
+     L"Gives the product."},
+    {L"divide", L"/", createScriptOperation<division, numbers>, two, numberWords, typedTwo,
      L"Gives the quotient; one of integers is cut to an integer."},
-    {L"maxof", nullptr, create<greater, numbers>, two, numberWords, typedTwo, L"Gives the greater number."},
-    {L"minof", nullptr, create<smaller, numbers>, two, numberWords, typedTwo, L"Gives the smaller number."},
-    {L"bitand", nullptr, create<bitsInBoth, integers, otherType::error>, two, integerWords, strictTwo,
-     L"Gives the bits that are set in both."},
-    {L"bitor", nullptr, create<bitsInEither, integers, otherType::error>, two, integerWords, strictTwo,
-     L"Gives the bits that are set in either."},
-    {L"round", nullptr, create<rounding, floats, otherType::error>, decimals, floatWords, strictTwo,
-     L"Gives the number rounded to so many decimals."},
-    {L"cutoff", nullptr, create<cutting, floats, otherType::error>, decimals, floatWords, strictTwo,
-     L"Gives the number cut off behind so many decimals."},
-    {L"isequal", L"==", create<isEqual, comparable>, two, comparableWords, typedTwo,
+    {L"maxof", nullptr, createScriptOperation<greater, numbers>, two, numberWords, typedTwo,
+     L"Gives the greater number."},
+    {L"minof", nullptr, createScriptOperation<smaller, numbers>, two, numberWords, typedTwo,
+     L"Gives the smaller number."},
+    {L"bitand", nullptr, createScriptOperation<bitsInBoth, integers, otherType::error>, two, integerWords,
+     strictTwo, L"Gives the bits that are set in both."},
+    {L"bitor", nullptr, createScriptOperation<bitsInEither, integers, otherType::error>, two, integerWords,
+     strictTwo, L"Gives the bits that are set in either."},
+    {L"round", nullptr, createScriptOperation<rounding, floats, otherType::error>, decimals, floatWords,
+     strictTwo, L"Gives the number rounded to so many decimals."},
+    {L"cutoff", nullptr, createScriptOperation<cutting, floats, otherType::error>, decimals, floatWords,
+     strictTwo, L"Gives the number cut off behind so many decimals."},
+    {L"isequal", L"==", createScriptOperation<isEqual, comparable>, two, comparableWords, typedTwo,
      L"Tells whether both are equal."},
-    {L"isnotequal", L"!=", create<isNotEqual, comparable>, two, comparableWords, typedTwo,
+    {L"isnotequal", L"!=", createScriptOperation<isNotEqual, comparable>, two, comparableWords, typedTwo,
      L"Tells whether both differ."},
-    {L"issmaller", L"<", create<isSmaller, ordered>, two, orderedWords, typedTwo,
+    {L"issmaller", L"<", createScriptOperation<isSmaller, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is smaller."},
-    {L"issmallerorequal", L"<=", create<isSmallerOrEqual, ordered>, two, orderedWords, typedTwo,
-     L"Tells whether the first is smaller or equal."},
-    {L"isbigger", L">", create<isBigger, ordered>, two, orderedWords, typedTwo,
+    {L"issmallerorequal", L"<=", createScriptOperation<isSmallerOrEqual, ordered>, two, orderedWords,
+     typedTwo, L"Tells whether the first is smaller or equal."},
+    {L"isbigger", L">", createScriptOperation<isBigger, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is greater."},
-    {L"isbiggerorequal", L">=", create<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
+    {L"isbiggerorequal", L">=", createScriptOperation<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
      L"Tells whether the first is greater or equal."},
     {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
     {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
      L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
-    {L"abs", nullptr, create<magnitude, signedNumbers>, one, signedWords, typedOne,
+    {L"abs", nullptr, createScriptOperation<magnitude, signedNumbers>, one, signedWords, typedOne,
      L"Gives the number without its sign."},
     {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, unaryoperand::failures,
      L"Gives the opposite of a truth value."},

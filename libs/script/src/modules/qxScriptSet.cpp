@@ -4,6 +4,7 @@
 // its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
 // here.
 #include "contexts/qxScriptEpoch.h"
+#include "modules/qxScriptCollections.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
 #include "qxScriptReference.h"
@@ -65,9 +66,7 @@ class createArray final : public scriptbasestatement
 public:
     static constexpr const wchar_t* unusable = L"createArray:::createFrom: error parsing \"%s\"";
     static constexpr const wchar_t* noSource = L"error retrieving iterator";
-    static constexpr const wchar_t* notWalkable = L"error converting \"%s\" to an iterator - object";
-    static constexpr const wchar_t* notShown = L"error converting variable to an iterator - object";
-    static constexpr const wchar_t* failures[] = {unusable, noSource, notWalkable, notShown};
+    static constexpr const wchar_t* failures[] = {unusable, noSource, noCollection, noCollectionWithoutText};
 
     explicit createArray(ownedProvider source) : mpSource(std::move(source)) {}
 
@@ -97,12 +96,8 @@ private:
             execError(this, noSource);
         reference object;
         valueArray array;
-        if (!source.getValue(object) && !source.getValue(array)) {
-            string text;
-            if (source.getValue(text))
-                execError(this, notWalkable, text);
-            execError(this, notShown);
-        }
+        if (!source.getValue(object) && !source.getValue(array))
+            refuseCollection(this, source);
         iterator walked(object);
         return walked.isValid() ? objectsOf(walked) : array;
     }

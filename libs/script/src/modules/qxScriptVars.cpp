@@ -552,7 +552,7 @@ constexpr builtin rows[] = {
                                      L"Writes a parameter of the function; gives its value afterwards."),
     setVariable<scopeGlobal>::row(L"setglobalvar", L"Writes a global variable; gives its value afterwards."),
     getVariable<scopeVariable>::row(
-        L"getvar", L"Gives the value of the innermost visible variable or parameter of this name."),
+        variableStatement, L"Gives the value of the innermost visible variable or parameter of this name."),
     variableAddress,
     renamed(variableAddress, L"&getvar"),
     getVariable<scopeParameter>::row(L"getparameter", L"Gives the value of a parameter of the function."),

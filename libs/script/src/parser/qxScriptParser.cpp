@@ -275,8 +275,8 @@ statement* parsing::variableFrom(const textPiece& name, int flags)
     stack::check();
     const auto text = [&] { return textSlice(L"getvar(" + name.text() + L")"); };
     try {
-        static const builtin* const row = findBuiltin(L"getvar");
-        if (statement* const made = ask({L"getvar", {}, {&name, 1}, flags}, row)) {
+        static const builtin* const row = findBuiltin(variableStatement);
+        if (statement* const made = ask({variableStatement, {}, {&name, 1}, flags}, row)) {
             nameAfter(*made, name, statementText::form::variable);
             return made;
         }

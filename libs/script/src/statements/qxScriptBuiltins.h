@@ -99,6 +99,9 @@ struct builtinModule
 // The sixteen modules, in the order in which the parser asks them.
 std::span<const builtinModule> builtinModules();
 
+// The statement that a bare name stands for.
+inline constexpr const wchar_t* variableStatement = L"getvar";
+
 // The row of a lower-case name among all modules; null for an unknown name.
 const builtin* findBuiltin(std::wstring_view name);
 
