@@ -24,6 +24,7 @@
 
 #include "statements/qxScriptBase.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
