@@ -201,10 +201,7 @@ public:
     static constexpr const wchar_t* noValue = L"Error retrieving value for variable \"%s\"";
     static constexpr const wchar_t* failures[] = {tooFew, noName, noVariable, noValue};
 
-    explicit setVariable(const callText& call) : assignment(Scope, call, tooFew, noName)
-    {
-        stayInside(this);
-    }
+    explicit setVariable(const callText& call) : assignment(Scope, call, tooFew, noName) { stayInside(this); }
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override

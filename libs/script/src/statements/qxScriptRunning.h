@@ -13,8 +13,8 @@ namespace qx::script
 
 class textScratch;
 
-// What the value of a statement is when it is the body of a function, where that is known: a block has none but
-// what it returns, and a `return` ends with what it returns.
+// What the value of a statement is when it is the body of a function, where that is known: a block has none
+// but what it returns, and a `return` ends with what it returns.
 enum class ending : unsigned char
 {
     any,
