@@ -290,9 +290,10 @@ std::string joined(const std::vector<std::string>& words)
 std::vector<std::string> refusedCalls()
 {
     const std::set<string> leftOut = {L"control", L"directory", L"file", L"library"};
+    std::set<string> shown; // a statement under another name refuses the same
     std::vector<std::string> rows;
     for (const qx::script::statementInfo& built : builtInStatements()) {
-        if (leftOut.contains(built.module))
+        if (leftOut.contains(built.module) || !shown.insert(built.summary).second)
             continue;
         const std::string name = built.name.utf8();
         const std::string parameters = built.parameters.utf8();
