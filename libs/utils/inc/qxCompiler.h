@@ -52,7 +52,8 @@ inline std::uintptr_t frameAddress() noexcept
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 #else
     const volatile char here = 0;
-    return reinterpret_cast<std::uintptr_t>(&here);
+    const auto address = reinterpret_cast<std::uintptr_t>(&here);
+    return address;
 #endif
 }
 
