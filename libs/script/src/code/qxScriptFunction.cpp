@@ -78,14 +78,11 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
         for (const inParameter& parameter : mParameters) {
             if (parameter.name().empty())
                 continue;
-            genericValue value;
-            if (next < arguments.size()) {
-                if (kind == callee::ofHost)
-                    value = arguments[next]; // here, where what fails is told as the parameter's failure
-                else
-                    value = std::move(arguments[next]);
-                ++next;
-            }
+            // Those of a host are copied here, where what fails is told as the parameter's failure.
+            genericValue value(next == arguments.size() ? genericValue()
+                               : kind == callee::ofHost ? genericValue(arguments[next])
+                                                        : genericValue(std::move(arguments[next])));
+            next += next < arguments.size();
             if (value.isNull())
                 parameter.resolve(value);
             if (root)
