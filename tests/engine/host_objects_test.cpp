@@ -252,8 +252,9 @@ TEST(statementOfAFunction, takesAndGivesWhatTheFunctionDoes)
         throw qx::unexpectedErrorException(L"own %s", how);
     });
     host::addStatement(L"hostpart", {L"object"}, [](const refPtr<part>& object) { return !object; });
-    host::addStatement(L"hostorder", {L"a", L"b", L"c"},
-                       [](string a, const string& b, string&& c) noexcept { return string(std::move(a) + b + c); });
+    host::addStatement(L"hostorder", {L"a", L"b", L"c"}, [](string a, const string& b, string&& c) noexcept {
+        return string(std::move(a) + b + c);
+    });
     host::addStatement(L"hostcaptured", {L"serial"},
                        [added = std::make_unique<int>(5)](qx::uint64 serial) { return serial + *added; });
     const struct
