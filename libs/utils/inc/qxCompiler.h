@@ -51,9 +51,11 @@ inline std::uintptr_t frameAddress() noexcept
 #if QX_GNU_COMPILER
     return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 #else
-    const volatile char here = 0;
-    const auto address = reinterpret_cast<std::uintptr_t>(&here);
-    return address;
+    // Assigned and not initialised: compilers refuse the plain address of a local that is returned, or make it null.
+    const char here = 0;
+    const volatile char* volatile place = nullptr;
+    place = &here;
+    return reinterpret_cast<std::uintptr_t>(place);
 #endif
 }
 
