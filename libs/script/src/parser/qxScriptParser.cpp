@@ -5,7 +5,7 @@
 #include "parser/qxScriptParsing.h"
 #include "parser/qxScriptSplitter.h"
 #include "qxStack.h"
-#include "statements/qxScriptBase.h"
+#include "statements/qxScriptBlock.h"
 #include "statements/qxScriptRunning.h"
 
 #include <algorithm>

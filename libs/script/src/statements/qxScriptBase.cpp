@@ -1,7 +1,5 @@
-// Blocks, and the binding of parameters by name.
+// The results of statements, and the binding of parameters by name.
 #include "statements/qxScriptBase.h"
-
-#include "contexts/qxScriptSignals.h"
 
 #include "qxScString.h"
 
@@ -11,7 +9,7 @@
 namespace qx::script
 {
 
-// --- Results and operands ---
+// --- Results ---
 
 void writeToSlot(genericValue& result, string&& text)
 {
@@ -23,54 +21,6 @@ void writeToSlot(genericValue& result, string&& text)
         made.getValue(text); // somebody else has written meanwhile
     }
     writeToSlot(result, std::as_const(text));
-}
-
-bool boundOperand::readLongText(codecontext& context, textScratch& text) const
-{
-    genericValue value;
-    if (!write(context, value))
-        return false;
-    if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
-        return true;
-    string read;
-    if (string* const sole = soleText(value))
-        read.swap(*sole);
-    else if (!value.getValue(read))
-        return false;
-    text.own(std::move(read));
-    return true;
-}
-
-// --- compoundstatement ---
-
-bool compoundstatement::add(statement* child)
-{
-    if (!child)
-        return false;
-    mStatements.emplace_back(child);
-    return true;
-}
-
-void compoundstatement::execute(codecontext& context, genericValue& result) const
-{
-    run(context);
-    if (raisedIn(context) == raised::returned)
-        copyReturned(context, result);
-}
-
-void compoundstatement::run(codecontext& context) const
-{
-    blockcontext block(context);
-    runInside(block);
-}
-
-void compoundstatement::runInside(codecontext& block) const
-{
-    for (const sharedPtr<statement>& child : mStatements) {
-        inside::exec(*child, block);
-        if (isAnythingRaised(block))
-            return;
-    }
 }
 
 // --- singlefunction ---

@@ -37,8 +37,8 @@ struct callText
 class callOfTexts
 {
 public:
-    QXSCRIPT_API callOfTexts(const string& name, const std::vector<string>& types,
-                             const std::vector<string>& params, int flags);
+    callOfTexts(const string& name, const std::vector<string>& types, const std::vector<string>& params,
+                int flags);
     callOfTexts(const callOfTexts&) = delete;
     callOfTexts& operator=(const callOfTexts&) = delete;
 

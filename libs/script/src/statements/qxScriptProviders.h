@@ -13,7 +13,7 @@ namespace qx::script
 {
 
 // A literal.
-class QXSCRIPT_API constantProvider final : public valueProvider, public fromFreeLists
+class constantProvider final : public valueProvider, public fromFreeLists
 {
 public:
     explicit constantProvider(std::wstring_view text) : mText(std::wstring(text)) {}
@@ -27,7 +27,7 @@ private:
 };
 
 // A nested call, or a variable.
-class QXSCRIPT_API statementProvider final : public valueProvider, public fromFreeLists
+class statementProvider final : public valueProvider, public fromFreeLists
 {
 public:
     // A null statement fails each read.
@@ -42,7 +42,7 @@ private:
 };
 
 // valueProvider::createFrom for a piece of a text that is being parsed.
-QXSCRIPT_API valueProvider* providerFrom(const textPiece& text, int flags);
+valueProvider* providerFrom(const textPiece& text, int flags);
 
 // The provider as one of these classes; null where it is another.
 template <class Provider>

@@ -51,7 +51,7 @@ enum class writing : unsigned char
 };
 
 // The engine's access to a statement.
-class QXSCRIPT_API inside
+class inside
 {
 public:
     // exec between statements of the engine, where nothing else has run in between. Whoever is not sure calls
