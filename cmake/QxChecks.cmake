@@ -4,9 +4,6 @@
 # all together, as a compiler sees them of which no more than the standard is known.
 function(qx_header_check library folder)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*)
-    if(NOT TARGET ${library} OR NOT headers)
-        return()
-    endif()
     set(sources "")
     foreach(header ${headers})
         set(source ${CMAKE_CURRENT_BINARY_DIR}/headers/${library}/${header}.cpp)
@@ -27,9 +24,6 @@ endfunction()
 
 # qx_exports_check(LIBRARY LIST): the strong symbols that the library exports are those in the list.
 function(qx_exports_check library list)
-    if(NOT TARGET ${library})
-        return()
-    endif()
     add_test(NAME exports.${library}
         COMMAND ${PROJECT_SOURCE_DIR}/cmake/checks/exports.sh compare $<TARGET_FILE:${library}> ${list})
     set_tests_properties(exports.${library} PROPERTIES LABELS release)
@@ -37,9 +31,6 @@ endfunction()
 
 # qx_header_cost_check(LIBRARY HEADER SECONDS): including the header alone costs less than that.
 function(qx_header_cost_check library header seconds)
-    if(NOT TARGET ${library})
-        return()
-    endif()
     add_test(NAME header-cost.${header}
         COMMAND ${PROJECT_SOURCE_DIR}/cmake/checks/header-cost.sh ${header} ${seconds} ${CMAKE_CXX_COMPILER} -std=c++20
             "-I$<JOIN:$<TARGET_PROPERTY:${library}Headers,INCLUDE_DIRECTORIES>,;-I>"

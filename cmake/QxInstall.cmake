@@ -3,10 +3,6 @@
 # tools.
 include(CMakePackageConfigHelpers)
 
-if(NOT TARGET qxScript)
-    return()
-endif()
-
 set_target_properties(qxUtils PROPERTIES EXPORT_NAME utils)
 set_target_properties(qxScript PROPERTIES EXPORT_NAME script INSTALL_RPATH "$ORIGIN")
 install(TARGETS qxUtils qxScript EXPORT qxScriptTargets

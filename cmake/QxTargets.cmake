@@ -41,9 +41,9 @@ function(qx_common target)
     endif()
 endfunction()
 
-# qx_library(NAME EXPORT_DEFINITION): a shared library, or a static one where QXSCRIPT_STATIC says so, of the folder's src, with its public headers in inc. src/posix
-# and src/win32 hold the two implementations of what is wanted from the operating system; one is built. A folder
-# without a source makes no target.
+# qx_library(NAME EXPORT_DEFINITION): a shared library, or a static one where QXSCRIPT_STATIC says so, of the folder's
+# src, with its public headers in inc. src/posix and src/win32 hold the two implementations of what is wanted from the
+# operating system; one is built. Its objects are a target of their own, for tests that reach what is not exported.
 function(qx_library name export_definition)
     if(WIN32)
         set(otherPlatform posix)
@@ -52,33 +52,39 @@ function(qx_library name export_definition)
     endif()
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS src/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/src/${otherPlatform}/")
-    if(NOT sources)
-        message(STATUS "${name}: no source yet, skipped")
-        return()
-    endif()
+    set(objects ${name}Objects)
+    add_library(${objects} OBJECT ${sources})
+    set(kind SHARED)
     if(QXSCRIPT_STATIC)
-        add_library(${name} STATIC ${sources})
-        target_compile_definitions(${name} PUBLIC QXSCRIPT_STATIC)
-    else()
-        add_library(${name} SHARED ${sources})
+        set(kind STATIC)
+        target_compile_definitions(${objects} PUBLIC QXSCRIPT_STATIC)
     endif()
+    qx_common(${objects})
+    set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_compile_definitions(${objects} PRIVATE ${export_definition})
+    target_include_directories(${objects} PUBLIC inc PRIVATE src)
+    if(NOT WIN32)
+        # A call inside the library need not go through the table that lets a program replace it.
+        target_compile_options(${objects} PRIVATE -fno-semantic-interposition)
+    endif()
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Which statement stands behind a virtual call cannot be guessed: 1 to 2 % of all instructions.
+        target_compile_options(${objects} PRIVATE -fno-devirtualize-speculatively)
+    endif()
+
+    add_library(${name} ${kind} $<TARGET_OBJECTS:${objects}>)
     string(REGEX REPLACE "^qx" "" short ${name})
     string(TOLOWER ${short} short)
     add_library(qx::${short} ALIAS ${name})
     qx_common(${name})
-    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-    target_compile_definitions(${name} PRIVATE ${export_definition})
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    if(QXSCRIPT_STATIC)
+        target_compile_definitions(${name} PUBLIC QXSCRIPT_STATIC)
+    endif()
     target_include_directories(${name}
-        PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/inc> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/qxScript>
-        PRIVATE src)
+        PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/inc> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/qxScript>)
     target_link_libraries(${name} PRIVATE Threads::Threads ${CMAKE_DL_LIBS})
     if(NOT WIN32)
-        # A call inside the library need not go through the table that lets a program replace it.
-        target_compile_options(${name} PRIVATE -fno-semantic-interposition)
         target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)
-    endif()
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # Which statement stands behind a virtual call cannot be guessed: 1 to 2 % of all instructions.
-        target_compile_options(${name} PRIVATE -fno-devirtualize-speculatively)
     endif()
 endfunction()

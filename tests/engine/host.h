@@ -76,9 +76,9 @@ public:
 
     explicit hostModule(answer made) : mAnswer(std::move(made))
     {
-        // The parser keeps a module for good, so one object in static memory serves every test. Static memory
-        // of the program lies below that of the library.
-        static qx::script::scriptModule module(ask);
+        // The parser keeps a module for good, so one object in static memory serves every test. Initialised
+        // data of the program lies below that of the engine.
+        static constinit qx::script::scriptModule module(ask);
         module.registerModule();
         mCurrent = this;
     }
