@@ -16,7 +16,7 @@ FLOORS = [
 ]
 # The parser makes the one statement that is grammar and not a module's, the block, and gives all their texts.
 PARSER = "libs/script/src/parser/qxScriptParser.cpp"
-ALLOWED = {(PARSER, "qxScriptBlock.h"), (PARSER, "qxScriptRunning.h")}
+ALLOWED = {(PARSER, "qxScriptBlock.h"), (PARSER, "qxScriptStatementText.h")}
 # What hosts see includes nothing that they do not get.
 PUBLIC = {"libs/utils/inc", "libs/script/inc", "tools"}
 

@@ -14,9 +14,9 @@
 #include "qxGenericValue.h"
 #include "qxScriptException.h"
 #include "qxScriptExport.h"
-#include "qxScriptStatementText.h"
 #include "qxSharedPtr.h"
 
+#include <cstdint>
 #include <span>
 #include <type_traits>
 #include <vector>
@@ -26,6 +26,7 @@ namespace qx::script
 
 class codecontext;
 class inside;
+class statementText;
 class valueProvider;
 struct callText;
 struct shortCuts;
@@ -54,8 +55,8 @@ public:
 
     // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
     // valid as long as the statement.
-    const string& text() const { return mText.shown(); }
-    void setText(const string& source) { mText.set(source); }
+    const string& text() const;
+    void setText(const string& source);
 
     // For execute: report a failure. Formats are printf-style (qxFormat.h); a null format gives no text.
     template <class... Args>
@@ -81,7 +82,7 @@ public:
 
 protected:
     statement() = default;
-    statement(const statement&) = default;
+    statement(const statement& other);
     statement& operator=(const statement&) = delete;
 
 private:
@@ -90,24 +91,26 @@ private:
                                          const string& detail);
 
     friend class inside; // the engine's own access
+    friend class statementText;
     friend struct qx::counterPlace<statement>;
 
-    // Where sharedPtr counts; a copy has users of its own.
-    struct userCount
+    // A piece of the text that the statement was parsed from, or the text that was made of it; for the
+    // engine.
+    struct storedText
     {
-        userCount() = default;
-        userCount(const userCount&) noexcept {}
-
-        ulong32 count{0u};
+        mutable std::uintptr_t word = 0;
+        std::uint32_t start = 0;
+        std::uint8_t length = 0;
+        std::uint8_t form = 0;
     };
 
     // For the engine, which sets these for statements of its own.
     static constexpr unsigned char noShortCut = 255;
     static const shortCuts noShortCuts;
 
-    statementText mText;
+    storedText mText;
     const shortCuts* mpShortCuts = &noShortCuts; // lasts for good
-    userCount mUsers;
+    ulong32 mUsers{0u};                          // where sharedPtr counts; a copy has users of its own
     unsigned char mShortCutDepth = noShortCut;
     bool mKeepsType = false;
     bool mGivesText = false;
@@ -168,8 +171,6 @@ protected:
     // The same with the declared names in a list.
     bool parse(const wchar_t* function, const std::vector<string>& params, int flags,
                const std::vector<declaredParameter>& declared);
-    // The same for a call that is being parsed, with names that last for good.
-    bool parse(const wchar_t* function, const callText& call, std::span<const declaredParameter> declared);
 
     // Evaluates the parameter `name` (exactly as declared) into `value`, anew at each call. False, with
     // `value` untouched, when the call did not give it.
@@ -196,8 +197,12 @@ private:
         autoPtr<valueProvider> provider;
     };
 
+    friend class inside; // the engine's own access
+
     bool parseDeclared(const wchar_t* function, const std::vector<string>& params, int flags,
                        const declarationItem* items);
+    // Binds the texts of a call that is being parsed. The names last for good.
+    void bind(const wchar_t* function, const callText& call, std::span<const declaredParameter> declared);
     const parameter* find(const wchar_t* name) const;
 
     std::vector<parameter> mParams;
@@ -209,7 +214,7 @@ private:
 template <>
 struct qx::counterPlace<qx::script::statement>
 {
-    static ulong32* obtain(qx::script::statement* counted) noexcept { return &counted->mUsers.count; }
+    static ulong32* obtain(qx::script::statement* counted) noexcept { return &counted->mUsers; }
     template <class Delete>
     static void end(qx::script::statement* object, ulong32*) noexcept
     {

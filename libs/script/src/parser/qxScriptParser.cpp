@@ -6,7 +6,7 @@
 #include "parser/qxScriptSplitter.h"
 #include "qxStack.h"
 #include "statements/qxScriptBlock.h"
-#include "statements/qxScriptRunning.h"
+#include "statements/qxScriptStatementText.h"
 
 #include <algorithm>
 #include <functional>
@@ -153,14 +153,14 @@ statement* ask(const callText& call, const builtin* row)
 // Not inline: next to no statement comes here.
 [[gnu::noinline]] void nameByText(statement& made, const textPiece& piece, statementText::form how)
 {
-    inside::textOf(made).set(piece.view(), how);
+    statementText(made).set(piece.view(), how);
 }
 
 void nameAfter(statement& made, const textPiece& piece, statementText::form how)
 {
-    if (!inside::textOf(made).canKeep(piece.start())) [[unlikely]]
+    if (!statementText(made).canKeep(piece.start())) [[unlikely]]
         return nameByText(made, piece, how);
-    inside::textOf(made).keep(piece.source().takeCount(), piece.start(), piece.size(), how);
+    statementText(made).keep(piece.source().takeCount(), piece.start(), piece.size(), how);
 }
 
 statement* createSingle(const textPiece& text, const textPiece& body, const marks::head& start, int flags)

@@ -22,8 +22,6 @@ const wchar_t* const loggerName = L"qx::script::statement::exec";
 
 constinit const shortCuts statement::noShortCuts = shortCutsOf<statement>();
 
-statement::~statement() = default;
-
 statement* statement::createFrom(const string& text, int flags)
 {
     return statementParser::instance()->createStatementFrom(text, flags);

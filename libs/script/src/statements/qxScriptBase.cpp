@@ -52,11 +52,12 @@ bool singlefunction::parse(const wchar_t* function, const std::vector<string>& p
     std::vector<declaredParameter> lasting(declared);
     for (declaredParameter& d : lasting)
         d.name = scString::createFrom(d.name).c_str();
-    return parse(function, callOfTexts(L"", {}, params, flags).text(), lasting);
+    bind(function, callOfTexts(L"", {}, params, flags).text(), lasting);
+    return true;
 }
 
-bool singlefunction::parse(const wchar_t* function, const callText& call,
-                           std::span<const declaredParameter> declared)
+void singlefunction::bind(const wchar_t* function, const callText& call,
+                          std::span<const declaredParameter> declared)
 {
     try {
         uint required = 0;
@@ -76,7 +77,6 @@ bool singlefunction::parse(const wchar_t* function, const callText& call,
                                                declared[i].name);
             mParams.push_back({declared[i].name, std::move(provider)});
         }
-        return true;
     } catch (const exception& caught) {
         throw errParsingException(string::sformat(L"%s(...)", function).c_str(), &caught);
     } catch (...) {

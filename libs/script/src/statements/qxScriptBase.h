@@ -67,9 +67,8 @@ template <class Statement>
 statement* createNamed(const callText& call)
 {
     autoPtr<Statement> made(new Statement);
-    scriptbasesinglefunction& bound = *made;
-    bound.parse(Statement::messageName, call, Statement::declared);
-    bound.parsed();
+    inside::bind(*made, Statement::messageName, call, Statement::declared);
+    static_cast<scriptbasesinglefunction&>(*made).parsed();
     return made.release();
 }
 

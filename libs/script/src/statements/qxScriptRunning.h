@@ -70,6 +70,13 @@ public:
     static bool givesText(const statement& asked) noexcept { return asked.mGivesText; }
     static ending ends(const statement& asked) noexcept { return asked.mpShortCuts->ends; }
 
+    // singlefunction::parse for a call that is being parsed, with names that last for good.
+    static void bind(singlefunction& made, const wchar_t* function, const callText& call,
+                     std::span<const declaredParameter> declared)
+    {
+        made.bind(function, call, declared);
+    }
+
     // To be asked only of a statement that has a depth.
     static cell::word smallValue(const statement& asked, codecontext& context)
     {
@@ -86,9 +93,6 @@ public:
 
     // The text of the small value, for statements without a short cut of their own for texts.
     static bool showSmallValue(const statement& self, codecontext& context, textScratch& text);
-
-    // What the statement is called, for the parser to set.
-    static statementText& textOf(statement& named) noexcept { return named.mText; }
 
     // For stayInside and offerShortCuts.
     static void setShortCuts(statement& offering, const shortCuts& offered) noexcept

@@ -1,5 +1,5 @@
-// The texts of statements.
-#include "qxScriptStatementText.h"
+// The texts of statements: kept as a piece of the parsed text until the first who asks makes a text of it.
+#include "statements/qxScriptStatementText.h"
 
 #include <memory>
 
@@ -48,37 +48,40 @@ const sharedText* statementText::wholeIn(std::uintptr_t word) noexcept
     return made ? made->whole.get() : reinterpret_cast<const sharedText*>(word);
 }
 
-statementText::statementText(const statementText& other)
-    : mStart(other.mStart), mLength(other.mLength), mForm(other.mForm)
+void statementText::copy(const statement& other)
 {
-    const std::uintptr_t word = other.word();
+    mStored = other.mText;
+    mStored.word = 0;
+    const std::uintptr_t word = atomics::loadAcquire(other.mText.word);
     if (const sharedText* const whole = wholeIn(word)) {
         whole->addRef();
-        mWord = reinterpret_cast<std::uintptr_t>(whole);
+        mStored.word = reinterpret_cast<std::uintptr_t>(whole);
     } else if (const shownText* const made = shownIn(word)) {
         assign(made->text);
     }
 }
 
-statementText::~statementText()
+void statementText::drop() noexcept
 {
-    if (mWord & shownMark)
-        delete shownIn(mWord);
-    else if (mWord != 0)
-        wholeIn(mWord)->release();
+    if (mStored.word & shownMark)
+        delete shownIn(mStored.word);
+    else if (mStored.word != 0)
+        wholeIn(mStored.word)->release();
 }
 
-const string& statementText::shown() const
+const string& statementText::shown(const statement& named)
 {
-    std::uintptr_t current = word();
+    const storedText& stored = named.mText;
+    std::uintptr_t current = atomics::loadAcquire(stored.word);
     if (!shownIn(current)) {
         auto made = std::make_unique<shownText>();
         if (const sharedText* const whole = wholeIn(current))
-            made->text = textOf(whole->view().substr(mStart, mLength), mForm);
+            made->text =
+                textOf(whole->view().substr(stored.start, stored.length), static_cast<form>(stored.form));
         const std::uintptr_t marked = reinterpret_cast<std::uintptr_t>(made.get()) | shownMark;
         made->whole = refPtr<const sharedText>(wholeIn(current));
         // Where another thread comes first, what it made counts, and `current` becomes that.
-        if (__atomic_compare_exchange_n(&mWord, &current, marked, false, __ATOMIC_ACQ_REL,
+        if (__atomic_compare_exchange_n(&stored.word, &current, marked, false, __ATOMIC_ACQ_REL,
                                         __ATOMIC_ACQUIRE)) {
             if (const sharedText* const whole = made->whole.get())
                 whole->release(); // the word's own count
@@ -101,17 +104,41 @@ void statementText::set(std::wstring_view piece, form how)
 
 void statementText::assign(string text)
 {
-    if (shownText* const made = shownIn(mWord)) {
+    if (shownText* const made = shownIn(mStored.word)) {
         made->text.swap(text);
         made->whole = refPtr<const sharedText>();
         return;
     }
     auto made = std::make_unique<shownText>();
     made->text.swap(text);
-    const sharedText* const before = wholeIn(mWord);
-    mWord = reinterpret_cast<std::uintptr_t>(made.release()) | shownMark;
+    const sharedText* const before = wholeIn(mStored.word);
+    mStored.word = reinterpret_cast<std::uintptr_t>(made.release()) | shownMark;
     if (before)
         before->release();
+}
+
+// --- What the statement makes of it ---
+
+statement::statement(const statement& other)
+    : mpShortCuts(other.mpShortCuts), mShortCutDepth(other.mShortCutDepth), mKeepsType(other.mKeepsType),
+      mGivesText(other.mGivesText), mStaysInside(other.mStaysInside)
+{
+    statementText(*this).copy(other);
+}
+
+statement::~statement()
+{
+    statementText(*this).drop();
+}
+
+const string& statement::text() const
+{
+    return statementText::shown(*this);
+}
+
+void statement::setText(const string& source)
+{
+    statementText(*this).set(source);
 }
 
 } // namespace qx::script
