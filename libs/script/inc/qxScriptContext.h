@@ -7,8 +7,12 @@
 //     qx::script::scriptcontext context;
 //     context.setGlobalContextVariable(qx::scString::createFrom(L"user"), qx::genericValue(name));
 //
-// Names compare exactly; the statements of the language lower-case theirs. A context is for one thread at a
-// time.
+// Names compare exactly; the statements of the language lower-case theirs, so a host that wants scripts to
+// find a variable gives it a name in lower case. Values are copied on their way in. A context is for one
+// thread at a time, and must outlive the runs in it and the contexts of blocks inside it.
+//
+// A host may derive a class of its own, to have names that are computed or stored elsewhere: the engine then
+// asks the virtual operations for each look-up, and takes no other way to variables.
 #pragma once
 
 #include "qxGenericSet.h"
@@ -35,22 +39,33 @@ public:
     virtual bool hasVariable(const scString& name) const;
 
     // What concerns the call and not the block goes outward to the root, see scriptcontext.
+    //
+    // Global variables are shared by all calls of a run: what one script function sets, those that it calls
+    // and its caller find. False where a root does not have them or does not store them.
     virtual bool hasGlobalContextVariable(const scString& name) const;
     virtual bool setGlobalContextVariable(const scString& name, const genericValue& value);
-    // Throws globalVarNotFoundException.
+    // The variable itself, as long as it is not replaced. Throws globalVarNotFoundException.
     virtual genericValue& globalContextVariable(const scString& name);
     virtual const genericValue& globalContextVariable(const scString& name) const;
+    // The variable for keeps: it lives as long as somebody has the pointer. Null for an unknown name.
     virtual sharedPtr<genericValue> globalContextVariableAddress(const scString& name);
+    // Parameters belong to one call: the arguments that a function was called with, and what it has returned.
     virtual bool hasParameter(const scString& name) const;
+    // Makes the parameter or replaces its value. False where the root does not take it.
     virtual bool setParameter(const scString& name, const genericValue& value);
+    // False for an unknown name.
     virtual bool deleteParameter(const scString& name);
-    // Throws parameterNotFoundException.
+    // The parameter itself, as long as it is not deleted. Throws parameterNotFoundException.
     virtual genericValue& parameter(const scString& name);
     virtual const genericValue& parameter(const scString& name) const;
+    // The parameter for keeps. Null for an unknown name.
     virtual sharedPtr<genericValue> parameterAddress(const scString& name);
+    // Signals are how `break`, `continue` and `return` reach the statements around them: whoever raises one
+    // sets it, the statement that it is meant for clears it.
     virtual bool setScriptSignal(const scString& name, const genericValue& value);
     // The value of a raised signal; a null pointer when it is not raised.
     virtual sharedPtr<genericValue> scriptSignal(const scString& name);
+    // Nothing happens where it is not raised.
     virtual void clearScriptSignal(const scString& name);
 
     // Makes a local variable of this block. False, with nothing changed, when the name is visible already in
@@ -94,9 +109,13 @@ private:
     genericSet mVariables;
 };
 
+// The root: parameters, signals and global variables of one call. To call a function, make one, set the
+// globals that the script expects, and give it to codeManager or to statement::exec. It may serve any number
+// of runs; what they leave behind stays: globals, parameters, the returned value.
 class QXSCRIPT_API scriptcontext : public codecontext
 {
 public:
+    // Begins without anything; the global variables come with the first one that is set.
     scriptcontext();
     // Ends the global variables too, unless they belong to another context.
     ~scriptcontext() override;

@@ -41,17 +41,19 @@ inline constexpr bool fieldType<refPtr<T>> = true;
 template <class T>
 inline constexpr bool fieldType<std::vector<T>> = fieldType<T>;
 
-// One field of a class: a name, and how it is read and written.
+// One field of a class: a name, and how it is read and written. Immutable; used by any thread that may use
+// the object.
 template <class Owner>
 class field
 {
 public:
-    // A member.
+    // A member, read and written in place. `name` and `label` are literals, here and below; the label is what
+    // an editor shows until somebody sets another.
     template <class T>
     field(const wchar_t* name, T Owner::*member, const wchar_t* label = L"")
         : mName(name), mLabel(label), mAccess(new memberAccess<T>(member))
     {}
-    // What a function gives.
+    // What a function gives: scripts read it only.
     template <class T>
     field(const wchar_t* name, T (Owner::*getter)() const, const wchar_t* label = L"")
         : mName(name), mLabel(label), mAccess(new computedAccess<std::remove_cvref_t<T>, T>(getter))
@@ -64,12 +66,15 @@ public:
           mAccess(new propertyAccess<std::remove_cvref_t<T>, T, Set, Done>(getter, setter))
     {}
 
+    // What the table says.
     std::wstring_view name() const { return mName; }
     const wchar_t* label() const { return mLabel; }
+    // True for a member or a pair of functions whose type scripts can give.
     bool isWritable() const { return mAccess->isWritable(); }
 
+    // The content in the field's own type; then converted into a T, or false, with `out` untouched, where it
+    // does not convert.
     genericValue get(const Owner& owner) const { return mAccess->read(owner); }
-    // False where the field's type does not convert.
     template <class T>
     bool get(const Owner& owner, T& out) const
     {
@@ -83,6 +88,7 @@ public:
     bool set(Owner& owner, const genericValue& value) const { return mAccess->write(owner, value); }
 
 private:
+    // How one kind of field is reached; T is the field's type. Copies of the field share it.
     class access
     {
     public:
@@ -94,6 +100,7 @@ private:
         virtual bool write(Owner& owner, const genericValue& value) const = 0;
     };
 
+    // What a script can give, as a whole.
     template <class T>
     static constexpr bool written = holdable<T> || std::is_same_v<T, genericValue>;
 
@@ -191,10 +198,11 @@ public:
         });
     }
 
+    // The fields, in the order of the table; `index` is below size().
     std::size_t size() const { return mFields.size(); }
     const field<Owner>& operator[](std::size_t index) const { return mFields[index]; }
 
-    // Null for a name that no field has.
+    // Borrowed from the table; null for a name that no field has.
     const field<Owner>* find(const wchar_t* name) const
     {
         const field<Owner>* const first = mFields.data();
@@ -233,7 +241,7 @@ private:
     std::vector<std::size_t> mByName; // the places in order of the names
 };
 
-// fieldaccess as such, unless the object offers an interface that extends it.
+// The base of fieldObject: fieldaccess as such, unless the object offers an interface that extends it.
 template <class... More>
 using withFields = std::conditional_t<
     (std::is_base_of_v<intrface::fieldaccess, More> || ...),
@@ -249,6 +257,9 @@ template <class Derived, class... More>
 class fieldObject : public withFields<More...>
 {
 public:
+    // --- fieldaccess: each name is looked for in the table, in its exact spelling. False for a name that
+    // none has, and where the field's type and the asked one do not convert into each other.
+
     bool hasField(const wchar_t* name) override { return table().find(name) != nullptr; }
 
     bool getValue(const wchar_t* name, genericValue& value) override
@@ -286,10 +297,14 @@ public:
     bool setValue(const wchar_t* name, short value) override { return set(name, value); }
     bool setValue(const wchar_t* name, bool value) override { return set(name, value); }
 
+    // --- arrayfieldaccess: fields that are vectors; false for others.
+
     bool getValue(const wchar_t* name, std::vector<genericValue>* value) override
     {
         return get(name, *value);
     }
+
+    // --- propertyaccess: kept for this object alone; false for a name that no field has.
 
     bool setDisabled(const wchar_t* name, bool disabled) override
     {
@@ -315,6 +330,7 @@ private:
         string label;
     };
 
+    // Made at the first use, once for all objects of the class.
     static const fieldTable<Derived>& table()
     {
         static const fieldTable<Derived>& known = Derived::fields();

@@ -29,27 +29,32 @@ struct statementInfo; // qxScriptInspect.h
 namespace qx::host
 {
 
-// Makes the statements of one name. Lives as long as the process.
+// Makes the statements of one name, for hosts that want more than a function: types in angle brackets,
+// parameters that are not evaluated, a statement of a class of their own. Lives as long as the process, and
+// is asked from whatever threads parse.
 class statementMaker
 {
 public:
     virtual ~statementMaker() = default;
-    // As a script::statementFactory, for calls of its name.
+    // As a script::statementFactory, for calls of its name: a statement that the caller owns, or null to
+    // decline, which makes the call an unknown one.
     virtual script::statement* make(const std::vector<string>& types, const std::vector<string>& params,
                                     int flags) const = 0;
     // For script::listStatements: adds to the entry of its name, which is all that is told without this.
     virtual void describe(script::statementInfo&) const {}
 };
 
-// Enters a name, which scripts may write in any case and with blanks. Throws unexpectedErrorException for a
-// name that exists, and for one that no script can reach: that is empty, or holds what scripts are cut at,
-// which is any of `( ) { } , ; "`, both `<` and `>`, or `//`. Must not run while another thread parses or
-// registers.
+// Enters a name for good, which scripts may write in any case and with blanks. Throws
+// unexpectedErrorException for a name that exists, and for one that no script can reach: that is empty, or
+// holds what scripts are cut at, which is any of `( ) { } , ; "`, both `<` and `>`, or `//`. Must not run
+// while another thread parses or registers.
 QXSCRIPT_API void addStatement(const string& name, std::unique_ptr<const statementMaker> maker);
 
+// How a function becomes a statement; nothing for hosts to use.
 namespace detail
 {
 
+// One parameter of a function: whether a call has to give it, and how its value is read.
 template <class T>
 struct argument
 {
@@ -121,6 +126,7 @@ QXSCRIPT_API void addFunction(const string& name, std::initializer_list<const wc
                               const wchar_t* summary, std::span<const bool> required,
                               boundFunction&& function);
 
+// The code for all functions of one signature.
 template <class Result, class... Args>
 class signature
 {
@@ -213,9 +219,12 @@ struct taken<Result (Class::*)(Args...) const noexcept> : taken<Result (*)(Args.
 } // namespace detail
 
 // Makes a statement of a function, or of a function object whose call operator is const and no template; it
-// is called from whatever threads run scripts. `parameters` names them, for messages and lists: literals, as
-// many as the function has, no two the same. `summary` is a literal too, a sentence for
-// script::listStatements.
+// is called from whatever threads run scripts, several at once, and is kept for good. `parameters` names
+// them, for messages and lists: literals, as many as the function has, no two the same. `summary` is a
+// literal too, a sentence for script::listStatements.
+//
+//     qx::host::addStatement(L"log", {L"text"}, [](const qx::string& text) { append(text); },
+//                            L"Writes a line into the application's log.");
 //
 // Failures are those of the other addStatement, and unexpectedErrorException for another number of names, one
 // that is null, and one that occurs twice. Whatever the function throws ends the statement; the text of a

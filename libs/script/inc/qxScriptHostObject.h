@@ -46,6 +46,7 @@ public:
     object(const object&) = delete;
     object& operator=(const object&) = delete;
 
+    // unknown: counts, from any thread; the last release deletes.
     uint addRef() override { return interlockedIncrement(&mReferences); }
     uint release() override
     {
@@ -70,6 +71,7 @@ public:
     unknown* root() noexcept { return static_cast<First*>(this); }
 
 protected:
+    // For derived classes; nobody else ends an object but by its last reference.
     object() = default;
     virtual ~object() = default;
 
@@ -125,7 +127,8 @@ reference referenceTo(const refPtr<T>& object)
     return referenceTo(object.get());
 }
 
-// The object behind a pointer that came from a script, when it is a T of this host; null otherwise.
+// The object behind a pointer that came from a script, with a reference of its own, when it is a T of this
+// host; null otherwise, and for null. Works across libraries that share T's type information.
 template <class T>
 refPtr<T> objectOf(unknown* pointer)
 {
@@ -152,6 +155,11 @@ void handOut(const refPtr<T>& object, unknown** out)
 }
 
 // A value of what C++ code has: held types, objects (as references), and vectors of such.
+//
+//     valueOf(3.5)                            a double
+//     valueOf(qx::string(L"text"))            a text
+//     valueOf(buyer)                          a reference to an object; a null refPtr gives a null reference
+//     valueOf(std::vector<qx::string>{...})   an array, whose elements are values of their own
 template <holdable T>
 genericValue valueOf(const T& held)
 {
@@ -176,6 +184,11 @@ requires(!std::is_same_v<T, genericValue>) genericValue valueOf(const std::vecto
     return genericValue(array);
 }
 
+//     qx::refPtr<customer> buyer;
+//     if (!readValue(value, buyer)) ...       // no reference, or to something that is no customer
+//     std::vector<int> numbers;
+//     if (!readValue(value, numbers)) ...     // no array, or one with an element that is no int
+//
 // Reads a value as what C++ code wants, converting as scripts do. False, with `out` untouched, where it does
 // not read; a reference to another class of object does not. A null reference reads as a null object.
 template <readable T>
@@ -235,6 +248,7 @@ requires(!std::is_same_v<T, genericValue>) bool readValue(const genericValue& va
 class objectIterator final : public object<intrface::forwardIterator>
 {
 public:
+    // Null references in between are handed out as null objects.
     explicit objectIterator(std::vector<reference> objects) : mObjects(std::move(objects)) {}
 
     void first(unknown** out) override
@@ -262,7 +276,14 @@ private:
     std::size_t mAt = 0;
 };
 
-// An iterator over a container of refPtr or of plain pointers to objects.
+// An iterator over a container of refPtr or of plain pointers to objects, for an operation that hands one
+// out:
+//
+//     bool getRelations(const wchar_t*, unknown** out) override
+//     {
+//         qx::host::handOut(qx::host::iterate(mParts), out);
+//         return true;
+//     }
 template <class Container>
 refPtr<objectIterator> iterate(const Container& objects)
 {

@@ -27,13 +27,15 @@ namespace qx::intrface
 class unknown
 {
 public:
-    // Add and drop one reference. Both give the new count. Copies of values count under a lock of the value,
-    // so addRef counts and does nothing else; release may run whatever the end of the object does.
+    // Add and drop one reference. Both give the new count, which is for the curious: nobody may decide by it,
+    // as another thread may have changed it since. Copies of values count under a lock of the value, so
+    // addRef counts and does nothing else; release may run whatever the end of the object does.
     virtual uint addRef() = 0;
     virtual uint release() = 0;
     // Sets `*out` to null; if the object offers the interface, sets it to that interface's pointer, with one
     // reference for the caller, and gives true. The caller looks at the pointer alone. Every statement on an
     // object asks at least once, so a plain comparison of names is best.
+    // The const form gives the same pointer to readers.
     virtual bool queryInterface(const wchar_t* name, const void** out) const = 0;
     virtual bool queryInterface(const wchar_t* name, void** out) = 0;
 
@@ -41,7 +43,8 @@ protected:
     ~unknown() = default;
 };
 
-// Reads and writes the named fields of an object, in the type that the script states.
+// Reads and writes the named fields of an object, in the type that the script states. What `obj_get`,
+// `obj_set` and their relatives need; a field is whatever the host takes for one.
 class fieldaccess : public unknown
 {
 public:
@@ -70,8 +73,8 @@ public:
     // The engine never calls it.
     virtual void reserved() {}
 
-    // Write `value` to the field. False: the field does not take it. There is none for int: the engine sends
-    // an int as long32.
+    // Write `value` to the field. False: the field does not take it, which the script is told as a failure.
+    // There is none for int: the engine sends an int as long32.
     virtual bool setValue(const wchar_t* name, timestamp value) = 0;
     virtual bool setValue(const wchar_t* name, time value) = 0;
     virtual bool setValue(const wchar_t* name, date value) = 0;
@@ -89,7 +92,7 @@ protected:
     ~fieldaccess() = default;
 };
 
-// Reads fields that hold arrays.
+// Reads fields that hold arrays. Scripts get a copy; there is no operation that writes one back.
 class arrayfieldaccess : public unknown
 {
 public:
@@ -100,15 +103,21 @@ protected:
     ~arrayfieldaccess() = default;
 };
 
-// States of fields that an editor of the object shows.
+// States of fields that an editor of the object shows. They say what the user may do, and bind nobody: what a
+// script may write is for fieldaccess to decide.
 class propertyaccess : public unknown
 {
 public:
-    // The engine does not look at the results of the three that set.
+    // The engine does not look at the results of the three that set; false is meant for a field that does not
+    // exist. The three that ask give false, or an empty text, for such a field.
+    //
+    // A disabled field is shown, and not to be used for the moment.
     virtual bool setDisabled(const wchar_t* name, bool disabled) = 0;
     virtual bool isDisabled(const wchar_t* name) = 0;
+    // A constant field is shown, and never changed by the user.
     virtual bool setConstant(const wchar_t* name, bool constant) = 0;
     virtual bool isConstant(const wchar_t* name) = 0;
+    // What stands beside the field, in the user's language.
     virtual bool setLabel(const wchar_t* name, const string& label) = 0;
     virtual string getLabel(const wchar_t* name) = 0;
 
@@ -116,20 +125,23 @@ protected:
     ~propertyaccess() = default;
 };
 
-// Conditions that the values of fields have to meet.
+// Conditions that the values of fields have to meet (qxCondition.h). Who checks them, and when, is the host's
+// affair: an editor mostly, before it takes what the user has typed. An object that offers it answers to
+// fieldaccess too, with the same pointer.
 class restrictionsaccess : public fieldaccess
 {
 public:
     // Keeps the condition, shared with the script's own value. The engine does not look at the result.
     virtual bool setRestriction(const wchar_t* name, const sharedPtr<conditions::condition>& restriction) = 0;
-    // Null when the field has none.
+    // The condition that is kept, shared. Null when the field has none.
     virtual sharedPtr<conditions::condition> getRestriction(const wchar_t* name) = 0;
 
 protected:
     ~restrictionsaccess() = default;
 };
 
-// Tells the observers of an object that a field has changed. The engine does not look at the results.
+// Tells the observers of an object that a field has changed. Writing a field tells nobody by itself: a script
+// says when it is done. The engine does not look at the results.
 class triggerEvents : public unknown
 {
 public:
@@ -142,10 +154,12 @@ protected:
     ~triggerEvents() = default;
 };
 
-// Named links from an object to others.
+// Named links from an object to others. A relation has one end, which may be empty, or several, which scripts
+// read through an iterator.
 class relationaccess : public unknown
 {
 public:
+    // Asked before each of the others; a relation that does not exist is a failure of the script.
     virtual bool hasRelation(const wchar_t* name) = 0;
     // Sets `*out`, null on entry, to the object at the other end, with one reference for the caller, and
     // gives true; null there is an empty relation. On false `*out` stays null.
@@ -163,10 +177,12 @@ protected:
     ~relationaccess() = default;
 };
 
-// Objects that are attached to an object under a name for a while and are no part of it.
+// Objects that are attached to an object under a name for a while and are no part of it: what a script or a
+// part of the host wants to find again where the object turns up next. They are not stored with the object.
 class transientdataaccess : public unknown
 {
 public:
+    // False too where data was removed again.
     virtual bool hasTransientData(const wchar_t* name) = 0;
     // Takes a reference of its own if it keeps the pointer; null removes what is there. False: not taken.
     virtual bool setTransientData(const wchar_t* name, unknown* data) = 0;
@@ -177,20 +193,24 @@ protected:
     ~transientdataaccess() = default;
 };
 
-// Messages that the user sees at an object. The engine does not look at the results.
+// Messages that the user sees at an object, such as what an editor shows beside a field. The engine does not
+// look at the results.
 class messagesaccess : public unknown
 {
 public:
-    // A copy of `message` is shown under `id`.
+    // A copy of `message` is shown under `id`, by which it is removed; a second one under the same id is the
+    // host's to sort out. `severity` is what the script gave; its meaning is the host's.
     virtual bool addMessage(const wchar_t* id, int severity, const locString& message) = 0;
+    // Ends what is shown under `id`, if anything.
     virtual bool removeMessage(const wchar_t* id) = 0;
 
 protected:
     ~messagesaccess() = default;
 };
 
-// A walk over objects. Every caller does: `first`; while not `isEnd`: use the element, `next`. A second walk
-// begins with `first` again, and must give as many elements as the one before.
+// A walk over objects, behind `for_each` and the statements that make arrays of objects. Every caller does:
+// `first`; while not `isEnd`: use the element, `next`. A second walk begins with `first` again, and must give
+// as many elements as the one before.
 class forwardIterator : public unknown
 {
 public:
@@ -211,7 +231,12 @@ class bidirectionalIterator;
 class backwardIterator;
 class object;
 
-// The name by which an interface is asked for.
+// The name by which an interface is asked for. An interface of a host's own needs one to take part in
+// interfaceptr and qx::host::object:
+//
+//     template <>
+//     inline constexpr const wchar_t* qx::intrface::interfaceName<printing> = L"printing";
+//
 template <class T>
 inline constexpr const wchar_t* interfaceName = nullptr;
 // The texts have one address for all who share this library, where the system's loader sees to that: equal

@@ -2,7 +2,8 @@
 //
 // The language has three forms of parameter: a literal in quotation marks, a nested call, and a bare word
 // that names a variable. A provider is made once from the parameter's text and asked for its value on each
-// run; nothing is cached.
+// run; nothing is cached. Only factories of statements deal with providers: those of a host take the texts of
+// the parameters that they are given, make a provider of each, and own it.
 #pragma once
 
 #include "qxGenericValue.h"
@@ -13,6 +14,7 @@ namespace qx::script
 
 class codecontext;
 
+// Immutable once made: one provider may be asked by several threads, each with a context of its own.
 class QXSCRIPT_API valueProvider
 {
 public:

@@ -4,7 +4,15 @@
 //     qx::intrface::interfaceptr<qx::intrface::fieldaccess> fields(object);
 //     if (fields.isValid() && fields->hasField(L"length"))
 //
-// A pointer that is not null owns exactly one reference. The pointers themselves are not locked.
+// A pointer that is not null owns exactly one reference, which it drops at its end. A pointer itself is for
+// one thread at a time; two pointers to one object may be used by two threads, as far as the object allows
+// it.
+//
+// A value that holds a reference is a genericValue of interfaceptr<unknown>:
+//
+//     qx::genericValue value(qx::intrface::interfaceptr<qx::intrface::unknown>::share(object));
+//     qx::intrface::interfaceptr<qx::intrface::unknown> back;
+//     if (value.getValue(back) && back.isValid()) ...
 #pragma once
 
 #include "qxScriptInterfaces.h"
@@ -14,10 +22,12 @@
 namespace qx::intrface
 {
 
-// What all pointers have in common, whatever their interface.
+// What all pointers have in common, whatever their interface: enough to ask the object for another one. Not
+// to be derived from by hosts.
 class const_interfaceptrbase
 {
 public:
+    // False for a null pointer.
     virtual bool isValid() const = 0;
     // Borrowed; null for a null pointer.
     virtual const unknown* getConstUnknown() const = 0;
@@ -26,6 +36,7 @@ protected:
     ~const_interfaceptrbase() = default;
 };
 
+// The same of pointers through which the object may be changed.
 class interfaceptrbase
 {
 public:
@@ -44,6 +55,7 @@ class QX_SHARED const_interfaceptr : public const_interfaceptrbase
     static_assert(interfaceName<T>[0] != L'\0', "the interface has no name to ask for");
 
 public:
+    // A null pointer.
     const_interfaceptr() noexcept = default;
     // Asks `object`, which may be null, for T. Null when the object declines. Whatever the query throws goes
     // on.
@@ -68,6 +80,7 @@ public:
         return *this;
     }
 
+    // The object as its interface; borrowed, null for a null pointer. `->` must not be used on that.
     bool isValid() const override { return mpInterface != nullptr; }
     const unknown* getConstUnknown() const override { return mpInterface; }
     virtual ~const_interfaceptr() { drop(); }
@@ -100,6 +113,7 @@ template <class T>
 class QX_SHARED interfaceptr : public const_interfaceptr<T>, public interfaceptrbase
 {
 public:
+    // A null pointer.
     interfaceptr() noexcept = default;
     // Asks the object of `other` for T; null when there is none or it declines. `other` keeps its own
     // reference. Whatever the query throws goes on.
@@ -132,6 +146,7 @@ public:
         return made;
     }
 
+    // Borrowed; null for a null pointer.
     unknown* getUnknown() override { return this->mpInterface; }
 
     // Drops what it holds and gives the place where an operation that hands out an object puts its pointer,
@@ -142,6 +157,7 @@ public:
         return &this->mpInterface;
     }
 
+    // As those of the const pointer, for operations that change the object.
     T* get() const noexcept { return this->mpInterface; }
     T* operator->() const noexcept { return this->mpInterface; }
 };

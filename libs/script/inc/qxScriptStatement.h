@@ -31,6 +31,12 @@ class valueProvider;
 struct callText;
 struct shortCuts;
 
+// A host brings statements of its own by deriving from singlefunction below, or from this class where it
+// reads its parameters by itself, and gives them to the parser through a scriptModule (qxScriptParser.h);
+// most are made shorter by qx::host::addStatement. It overrides clone, destroy and execute, and calls
+// execError.
+//
+// Counted: sharedPtr<statement> keeps a tree, and trees may share their parts.
 class QXSCRIPT_API statement
 {
 public:
@@ -40,17 +46,22 @@ public:
     virtual statement* clone() const = 0;
     // Ends the statement, in the library that made it.
     virtual void destroy() = 0;
-    // The statement's own work, for exec alone to call. A statement without a value leaves `result` as it is.
+    // The statement's own work, for exec alone to call. A statement without a value leaves `result` as it is;
+    // one with a value replaces what is there, or converts into the type that is there, as it documents. May
+    // run on several threads at once, so it changes no member. Reports failures by execError; whatever else
+    // it throws becomes a failure of the statement too.
     virtual void execute(codecontext& context, genericValue& result) const = 0;
 
-    // Parses `text`, see statementParser::createStatementFrom.
+    // Parses `text`, see statementParser::createStatementFrom: owned by the caller, null for a text without a
+    // statement. `flags` are 0 outside a loop.
     static statement* createFrom(const string& text, int flags);
 
-    // The guarded run. Whatever the statement throws leaves as a scriptExecException that names it, with what
-    // was caught as its reason; a qx::string thrown by the script passes as it is. `result` is this run's
-    // alone while it lasts.
+    // The guarded run, the one way to run a statement: from a host, and from the execute of a host's
+    // statement for those inside it. `context` is borrowed for the run. Whatever the statement throws leaves
+    // as a scriptExecException that names it, with what was caught as its reason; a qx::string thrown by the
+    // script passes as it is. `result` is this run's alone while it lasts.
     void exec(codecontext& context, genericValue& result) const;
-    // The same for a caller that does not want the value.
+    // The same for a caller that drops the value, which saves making it.
     void exec(codecontext& context) const;
 
     // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
@@ -58,7 +69,9 @@ public:
     const string& text() const;
     void setText(const string& source);
 
-    // For execute: report a failure. Formats are printf-style (qxFormat.h); a null format gives no text.
+    // For execute: reports a failure of the statement that runs, with a text of its own, and does not return.
+    // The first argument tells who fails, for those who read the code. Formats are printf-style (qxFormat.h);
+    // a null format gives no text.
     template <class... Args>
     [[noreturn]] static void execError(const statement*, const wchar_t* format, const Args&... arguments)
     {
@@ -117,11 +130,11 @@ private:
     bool mStaysInside = false;
 };
 
-// A declared parameter of a built-in function.
+// A declared parameter of a function.
 struct declaredParameter
 {
-    const wchar_t* name;
-    bool required;
+    const wchar_t* name; // for getParamValue, help texts and messages; scripts give parameters by position
+    bool required;       // a call without it does not parse
     const wchar_t* failure = nullptr; // of a run in which it does not read; null where that is none
 };
 

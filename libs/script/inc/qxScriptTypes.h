@@ -1,4 +1,10 @@
-// The data type keywords of the language.
+// The data type keywords of the language, as they stand between angle brackets and in declarations:
+//
+//     createvar<int>(count)
+//     in string name
+//
+// They name held types of values (qxGenericValue.h); which of them a statement takes is told by its entry in
+// listStatements (qxScriptInspect.h).
 #pragma once
 
 #include "qxScriptExport.h"
@@ -7,10 +13,11 @@
 namespace qx::script
 {
 
+// The numbers are stable: hosts may store them.
 enum ePrimitiveScriptType
 {
     scriptTypeVoid = 0, // also any text that is no keyword
-    scriptTypeBool = 1,
+    scriptTypeBool = 1, // `bool`, and so on: the keyword is the name
     scriptTypeShort = 2,
     scriptTypeInt = 3,
     scriptTypeLong = 4, // 32 bits, as all integers of the language but short and ushort
@@ -20,12 +27,12 @@ enum ePrimitiveScriptType
     scriptTypeFloat = 8,
     scriptTypeDouble = 9,
     scriptTypeString = 10,
-    scriptTypeDate = 11,
-    scriptTypeTime = 12,
-    scriptTypeTimestamp = 13,
-    scriptTypeBinary = 14, // a keyword without values
-    scriptTypeUnknownptr = 15,
-    scriptTypeArray = 16
+    scriptTypeDate = 11,       // a day
+    scriptTypeTime = 12,       // a time of day
+    scriptTypeTimestamp = 13,  // both
+    scriptTypeBinary = 14,     // a keyword without values
+    scriptTypeUnknownptr = 15, // a reference to an object of the host
+    scriptTypeArray = 16       // of values
 };
 
 // The type whose keyword `text` is, in any case, whole and exactly; scriptTypeVoid for every other text.
