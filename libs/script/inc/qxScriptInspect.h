@@ -71,7 +71,8 @@ protected:
 // read.
 QXSCRIPT_API scriptFileInfo checkFunctions(const file& scriptFile, checkListener& listener);
 
-// The same with a function in place of the listener.
+// checkFunctions with a function `told(const functionInfo&, const exception* failure)` in place of a
+// listener.
 template <class Told>
 scriptFileInfo checkFunctions(const file& scriptFile, const Told& told)
 {

@@ -217,7 +217,7 @@ public:
     // Moves to the first element and sets `*out`, null on entry, to it, with one reference for the caller.
     // Without an element `*out` stays null and isEnd becomes true.
     virtual void first(unknown** out) = 0;
-    // The same for the element after the current one.
+    // Moves to the element after the current one, and hands it out as `first` does.
     virtual void next(unknown** out) = 0;
     // True when there is no current element.
     virtual bool isEnd() = 0;

@@ -76,7 +76,7 @@ public:
     // statement: blank, or without any bracket. Throws errParsingException, with the reason as its previous
     // one, for text that cannot become a statement.
     statement* createStatementFrom(const string& text, int flags) const;
-    // The same with a text that may be emptied.
+    // An overload for a text that may be emptied, which saves a copy.
     statement* createStatementFrom(string&& text, int flags) const;
 
 private:

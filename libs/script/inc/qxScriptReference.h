@@ -36,7 +36,7 @@ protected:
     ~const_interfaceptrbase() = default;
 };
 
-// The same of pointers through which the object may be changed.
+// What all pointers have in common through which the object may be changed.
 class interfaceptrbase
 {
 public:

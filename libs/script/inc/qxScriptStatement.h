@@ -61,7 +61,7 @@ public:
     // as a scriptExecException that names it, with what was caught as its reason; a qx::string thrown by the
     // script passes as it is. `result` is this run's alone while it lasts.
     void exec(codecontext& context, genericValue& result) const;
-    // The same for a caller that drops the value, which saves making it.
+    // The guarded run for a caller that drops the value, which saves making it.
     void exec(codecontext& context) const;
 
     // What the statement is called in messages: its text, at most 126 characters of it. The reference stays
@@ -181,7 +181,7 @@ protected:
                                          declarationItem(nullptr)};
         return parseDeclared(function, params, flags, items);
     }
-    // The same with the declared names in a list.
+    // An overload with the declared names in a list.
     bool parse(const wchar_t* function, const std::vector<string>& params, int flags,
                const std::vector<declaredParameter>& declared);
 

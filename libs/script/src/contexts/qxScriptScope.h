@@ -22,7 +22,8 @@ public:
         return context.mpPlainRoot ? context.mpPlainRoot : findPlainRoot(context);
     }
 
-    // The same for a context that is a root mostly, as at the beginning of a run.
+    // Finds out whether the chain of a context is plain, for a context that is a root mostly: at the
+    // beginning of a run.
     static void knowPlainRoot(codecontext& context) noexcept
     {
         if (context.mpPlainRoot)

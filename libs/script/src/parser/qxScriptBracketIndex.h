@@ -39,7 +39,7 @@ public:
     // Where the bracket or brace at `open` closes; 0 for one that never does, for one with unbalanced angle
     // brackets in it, and while it is unknown.
     std::size_t closing(std::size_t open) const noexcept { return mEntries[open].closing & placeBits; }
-    // The same for a bracket with neither semicolons nor braces in it; 0 for others.
+    // Where a bracket closes with neither semicolons nor braces in it; 0 for others.
     std::size_t closingOfPlain(std::size_t open) const noexcept
     {
         const std::uint32_t closing = mEntries[open].closing;

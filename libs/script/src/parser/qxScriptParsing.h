@@ -12,7 +12,7 @@ namespace qx::script::parsing
 
 // Null for a text that holds no statement.
 statement* statementFrom(const textPiece& text, int flags);
-// The same for one that is a call; `start` is its head.
+// statementFrom for a text that is a call; `start` is its head.
 statement* callFrom(const textPiece& text, const marks::head& start, int flags);
 // The statement behind a bare word, `getvar(NAME)`; `name` holds nothing that parsing would cut at.
 statement* variableFrom(const textPiece& name, int flags);

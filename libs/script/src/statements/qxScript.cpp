@@ -137,8 +137,8 @@ void inside::execInBlock(const statement& run, codecontext& fresh)
     return !cell::isHolder(before) && cell::access::storeIf(result, before, written);
 }
 
-// The same for a text. Not inline, so that statements without a text do not have the room for one on the
-// stack.
+// Writes a text that comes by a short cut. Not inline, so that statements without a text do not have the room
+// for one on the stack.
 [[gnu::noinline]] bool inside::takeText(const statement& run, codecontext& context, genericValue& result)
 {
     const cell::word before = cell::access::load(result);

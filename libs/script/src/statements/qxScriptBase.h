@@ -43,7 +43,7 @@ protected:
         return value.getValue(out);
     }
 
-    // The same for a parameter that has to be there: raises its failure otherwise.
+    // Reads a parameter that has to be there: raises its failure otherwise.
     template <readable T>
     T require(const declaredParameter& asked, codecontext& context) const
     {
@@ -88,7 +88,7 @@ void writeToSlot(genericValue& result, const T& value)
         throw false;
 }
 
-// The same with a text that may be emptied.
+// writeToSlot for a text that may be emptied.
 void writeToSlot(genericValue& result, string&& text);
 
 // The result becomes a fresh value, whatever it held.

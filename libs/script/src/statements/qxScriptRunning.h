@@ -27,12 +27,12 @@ struct shortCuts
 {
     // The work for a caller that drops the value.
     void (*run)(const statement& self, codecontext& context);
-    // The same in a block that has just been opened for it: a statement that opens one does not need to.
+    // `run` in a block that has just been opened for it: a statement that opens one does not need to.
     void (*runInside)(const statement& self, codecontext& fresh);
     // The word of the value that exec would write into a null value, see qxCell.h: `refused` unless that is
     // small and comes about without any effect.
     cell::word (*smallValue)(const statement& self, codecontext& context);
-    // The same value as text. False, with `text` unusable, where it declines.
+    // The value as text. False, with `text` unusable, where it declines.
     bool (*textValue)(const statement& self, codecontext& context, textScratch& text);
     // The variable itself where the statement would give a copy of it; until something has an effect. Null
     // unless nobody else can reach it.
@@ -58,7 +58,7 @@ public:
     // exec.
     static void exec(const statement& run, codecontext& context, genericValue& result);
     static void exec(const statement& run, codecontext& context);
-    // The same in a block that has just been opened for it.
+    // exec in a block that has just been opened for it.
     static void execInBlock(const statement& run, codecontext& fresh);
 
     // How many short cuts lie within each other below a statement; noShortCut if there is none to ask for.
@@ -175,8 +175,8 @@ void stayInside(Statement* made) noexcept
     inside::setShortCuts(*made, offered);
 }
 
-// The same, and it offers short cuts to values with the depth of its operands' (0 for literals). Where that
-// is too great it has none, so that short cuts take a bounded piece of the stack.
+// stayInside for a statement that offers short cuts to values with the depth of its operands' (0 for
+// literals). Where that is too great it has none, so that short cuts take a bounded piece of the stack.
 template <class Statement>
 void offerShortCuts(Statement* made, unsigned operandDepth, writing written) noexcept
 {

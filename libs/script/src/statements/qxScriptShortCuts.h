@@ -65,7 +65,7 @@ public:
             return true;
         }
     }
-    // The same for a value that nobody else can reach, with a text of its own in place.
+    // show for a value that nobody else can reach; a text of its own is borrowed in place.
     inline bool showInPlace(const genericValue& value);
     // A text of so many characters, for the caller to write. Short ones lie in here, without an allocation.
     wchar_t* room(std::size_t size)
@@ -119,8 +119,8 @@ template <class T>
     return static_cast<T*>(static_cast<exactly&>(holder).exactly::heldAddress()); // no virtual call
 }
 
-// The same in a value; null for one without a holder. For values that nobody else can reach at this moment,
-// or whose holder somebody keeps.
+// What a value holds, if that is exactly a T; null for one without a holder. For values that nobody else can
+// reach at this moment, or whose holder somebody keeps.
 template <class T>
 [[gnu::always_inline]] inline T* heldInPlace(const genericValue& value) noexcept
 {
