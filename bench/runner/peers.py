@@ -42,8 +42,8 @@ def known_peers(build):
     tcl = SCRIPTS / "tcl/bench.tcl"
     return [
         Peer(OURS, "qxScript", build / "bin/qxworkloads", BENCH / "workloads/workloads.qxscr", "qxscr",
-             common + " W1s W8e W9c"),
-        Peer(YARDSTICK, "Lua 5.4", programs / "lua54", lua, "lua", common + " W1f"),
+             common + " W1s W2h W8r W8e W9k W9c"),
+        Peer(YARDSTICK, "Lua 5.4", programs / "lua54", lua, "lua", common + " W1f W2h W9k"),
         Peer("luajit", "LuaJIT", programs / "luajit", lua, "lua", common + " W1f"),
         Peer("luajit-off", "LuaJIT, interpreted", programs / "luajit", lua, "lua", common + " W1f", {"JOFF": "1"}),
         Peer("luajit-ffi", "LuaJIT, by FFI", programs / "luajit", SCRIPTS / "lua/bench_ffi.lua", "lua", "W7"),
@@ -72,7 +72,7 @@ class Runner:
     def command(self, peer, workload, size, functions=None):
         """`functions` are those of the file of W9c, which calls `size` of them."""
         script = peer.script
-        if workload.name == "W9":
+        if workload.name in ("W9", "W9k"):
             script = self.functions(peer.extension, size)
         elif workload.name == "W9c":
             script = self.functions(peer.extension, functions or workload.size)

@@ -1,3 +1,4 @@
+// Loads by the clock: all functions of a file, dropped or kept, or some by their first calls.
 #include "loading.h"
 
 namespace workloads
@@ -16,6 +17,17 @@ measured loadFunctions(const scriptFile& scripts)
                                        ++loaded;
                                    });
         return loaded;
+    });
+}
+
+measured keepFunctions(const scriptFile& scripts)
+{
+    using qx::script::statement;
+    std::vector<qx::sharedPtr<statement>> kept;
+    return byTheClock([&] {
+        for (const qx::script::functionInfo& function : qx::script::listFunctions(scripts.file()).functions)
+            kept.emplace_back(statement::createFrom(function.body, 0));
+        return static_cast<long long>(kept.size());
     });
 }
 

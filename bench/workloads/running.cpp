@@ -1,3 +1,4 @@
+// Runs by the clock: a function with its size for an argument, a tree, and calls from the host.
 #include "running.h"
 
 #include "hostObject.h"
@@ -75,10 +76,31 @@ measured runTogether(const loadedFunction& function, int threads)
     return all;
 }
 
+// The sum of what calls with 0 to `n` - 1 give, after one that loads.
+template <class Call>
+measured sumOfCalls(int n, const Call& once)
+{
+    once(0);
+    return byTheClock([&] {
+        long long sum = 0;
+        for (int i = 0; i < n; ++i)
+            sum += once(i);
+        return sum;
+    });
+}
+
+// What W2h calls.
+void addHostStatement()
+{
+    qx::host::addStatement(L"hostsum", {L"a", L"b"}, [](int a, int b) { return a + b; });
+}
+
 } // namespace
 
 measured runFunction(const scriptFile& scripts, const string& function, int n, int threads)
 {
+    if (function == L"W2h")
+        addHostStatement();
     const loadedFunction loaded(scripts, function, {genericValue(n)});
     return threads == 1 ? byTheClock([&] { return loaded.run(); }) : runTogether(loaded, threads);
 }
@@ -109,6 +131,19 @@ measured runTree(int n)
     });
 }
 
+measured runResolvedCall(const scriptFile& scripts, int n)
+{
+    const qx::script::resolvedCall call(scripts.directory(), scripts.call(L"sum"));
+    const auto once = [&](int i) {
+        scriptcontext context;
+        std::vector<genericValue> arguments{genericValue(i), genericValue(1)};
+        genericValue result;
+        demand(call.execute(context, arguments, result), L"there is nothing to run");
+        return read<int>(result);
+    };
+    return sumOfCalls(n, once);
+}
+
 measured runCalls(const scriptFile& scripts, int n)
 {
     const string call = scripts.call(L"sum");
@@ -117,13 +152,7 @@ measured runCalls(const scriptFile& scripts, int n)
         std::vector<genericValue> arguments{genericValue(i), genericValue(1)};
         return read<int>(scripts.run(call, context, arguments));
     };
-    once(0);
-    return byTheClock([&] {
-        long long sum = 0;
-        for (int i = 0; i < n; ++i)
-            sum += once(i);
-        return sum;
-    });
+    return sumOfCalls(n, once);
 }
 
 } // namespace workloads

@@ -17,6 +17,9 @@ measured runOnObject(const scriptFile& scripts, int n);
 // W8: `n` times a tree that was parsed once, each in a context of its own with two parameters.
 measured runTree(int n);
 
+// W8r: `n` calls of a function that was resolved once.
+measured runResolvedCall(const scriptFile& scripts, int n);
+
 // W8e: `n` calls of a function by its name.
 measured runCalls(const scriptFile& scripts, int n);
 

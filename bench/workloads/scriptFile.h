@@ -15,6 +15,7 @@ public:
 
     const qx::file& file() const { return mFile; }
 
+    const qx::string& directory() const { return mDirectory; }
     // The code call of a function.
     qx::string call(const qx::string& function) const { return mCall + function; }
 
