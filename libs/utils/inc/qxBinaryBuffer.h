@@ -22,14 +22,14 @@ class QXUTILS_API binaryBuffer
 {
 public:
     // Files of more bytes are taken for a mistake: script files, and those with settings or texts.
-    static constexpr std::size_t mostOfScript = std::size_t(64) << 20;
+    static constexpr std::size_t mostOfText = std::size_t(64) << 20;
     static constexpr std::size_t mostOfSettings = std::size_t(16) << 20;
 
     // Replaces the content by that of the whole file. `cancelled` is asked before each piece, and true ends
     // the reading; an empty function never does. False, with the buffer empty, when it was cancelled, the
     // file cannot be read or holds more than `most` bytes. Throws nothing.
     bool readFromFile(const file& source, const std::function<bool()>& cancelled,
-                      std::size_t most = mostOfScript);
+                      std::size_t most = mostOfText);
 
     // Scrambles in place: byte i is exclusive-ored with byte i of the key, which repeats. Doing it twice
     // restores. A null or empty key changes nothing.

@@ -180,7 +180,7 @@ private:
     // Lets go of the holder that a word names which nobody can read any more.
     static void end(std::uint64_t word) noexcept;
 
-    mutable std::uint64_t mWord = 0; // see qxCell.h; hosts need not know
+    mutable std::uint64_t mWord = 0; // null, a small value or the address of a holder
 };
 
 using valueArray = std::vector<genericValue>;

@@ -10,7 +10,6 @@
 #pragma once
 
 #include "qxGenericValue.h"
-#include "qxStack.h"
 #include "qxTypeConversion.h"
 
 #include <new>
@@ -94,7 +93,6 @@ public:
 
     holderbase* clone() const override
     {
-        stack::check();
         const genericValueHolderLocker guard(this->mLocker);
         return make(mValue);
     }

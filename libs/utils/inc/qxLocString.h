@@ -17,14 +17,15 @@
 
 #include "qxSharedPtr.h"
 #include "qxString.h"
-#include "qxTextSlice.h"
 
+#include <string_view>
 #include <vector>
 
 namespace qx
 {
 
 class locString;
+class textSlice;
 
 // Directories that hold language files, asked in order.
 class QXUTILS_API searchPath

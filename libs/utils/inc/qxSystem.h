@@ -159,11 +159,11 @@ public:
     // --- Processes ---
 
     // Starts a program without a shell. `exe` is searched for as the system does unless it holds a separator;
-    // `params` is split by the rules of splitCommandLine (qxCommandLine.h). An empty `workingDirectory` is
-    // the current one. True when the program was started, with processWait when it has also ended. The
-    // outputs may be null and are unchanged on failure: the process id; a handle of the first thread (null
-    // where there is none); a handle of the process. Handles that were asked for stay valid until
-    // closeProcess.
+    // `params` is split at blanks outside quotation marks, as programs of Windows split theirs. An empty
+    // `workingDirectory` is the current one. True when the program was started, with processWait when it has
+    // also ended. The outputs may be null and are unchanged on failure: the process id; a handle of the first
+    // thread (null where there is none); a handle of the process. Handles that were asked for stay valid
+    // until closeProcess.
     virtual bool startProcess(const string& exe, const string& params, int flags, ulong32* idOut,
                               void** firstHandleOut, void** processHandleOut,
                               const string& workingDirectory) = 0;

@@ -1,12 +1,10 @@
-// Everything that a host may want of the library beneath the engine. A source that needs one thing does
-// better to include the header of that. qxHeldValue.h is left out: it is for the source that brings a held
-// type of its own.
+// Everything that a host may want of this library. A source that needs one thing does better to include the
+// header of that.
 #pragma once
 
 #include "qxAssert.h"
 #include "qxAutoPtr.h"
 #include "qxBinaryBuffer.h"
-#include "qxCommandLine.h"
 #include "qxCompiler.h"
 #include "qxCondition.h"
 #include "qxConfigReader.h"
@@ -28,21 +26,14 @@
 #include "qxLocks.h"
 #include "qxLog.h"
 #include "qxMath.h"
-#include "qxNumberText.h"
-#include "qxOutside.h"
 #include "qxPlatformSystem.h"
 #include "qxRefPtr.h"
-#include "qxReference.h"
 #include "qxRgbColor.h"
 #include "qxScString.h"
 #include "qxSharedPtr.h"
-#include "qxStack.h"
 #include "qxString.h"
 #include "qxSystem.h"
-#include "qxTextSlice.h"
-#include "qxTextView.h"
 #include "qxTime.h"
 #include "qxTimestamp.h"
 #include "qxTypeConversion.h"
 #include "qxTypes.h"
-#include "qxValueTraits.h"

@@ -9,7 +9,7 @@
 namespace qx::cell
 {
 
-std::atomic<unsigned> longWayReasons = 0;
+constinit std::atomic<bool> hasAddedConversions = false;
 
 namespace
 {
@@ -135,7 +135,8 @@ try {
         else
             return make(value);
     });
-} catch (...) { // without memory, or from a converter of a host: whoever goes the long way meets it again
+} catch (...) { // without memory, or from a converter of a host: a caller that converts by the manager meets
+                // it again
     return refused;
 }
 

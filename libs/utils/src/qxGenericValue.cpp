@@ -9,6 +9,7 @@
 
 #include "qxFreeLists.h"
 #include "qxHeldTypes.h"
+#include "qxStack.h"
 
 #include <thread>
 
@@ -160,6 +161,7 @@ genericValue& genericValue::operator=(const genericValue& other)
         return *this;
     }
     sharedPtr<holderbase> replacement;
+    stack::check(); // copying what a holder holds may come back here for each level of nesting
     if (const sharedPtr<holderbase> shared = other.holderCopy())
         replacement = sharedPtr<holderbase>(shared->clone());
     exchange(reinterpret_cast<cell::word>(replacement.detach()));

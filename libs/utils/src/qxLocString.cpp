@@ -4,6 +4,7 @@
 #include "qxMessageCatalogue.h"
 #include "qxNumberText.h"
 #include "qxStack.h"
+#include "qxTextSlice.h"
 
 #include <algorithm>
 #include <atomic>

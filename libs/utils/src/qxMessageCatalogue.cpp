@@ -2,7 +2,7 @@
 
 #include "qxBinaryBuffer.h"
 #include "qxDirectory.h"
-#include "qxOutside.h"
+#include "qxHooks.h"
 #include "qxSystem.h"
 #include "qxTextView.h"
 
@@ -84,7 +84,7 @@ bool messageCatalogue::find(const string& id, const wchar_t* language, const str
     if (id.empty() || languages.empty())
         return false;
     const bool isFound = find(id, languages, file.empty() ? string(commonFile) : file, path, text);
-    outside::note(); // the system may be the host's own
+    hooks::call(hooks::foreignCode); // the system may be the host's own
     return isFound;
 }
 

@@ -7,9 +7,10 @@
 
 #include "qxCell.h"
 #include "qxHeldTypes.h"
-#include "qxOutside.h"
+#include "qxHooks.h"
 #include "qxPlainConversion.h"
 #include "qxReference.h"
+#include "qxStack.h"
 
 #include <algorithm>
 #include <atomic>
@@ -159,7 +160,8 @@ struct typeConversionManager::tables
             concernsSmallValues |= isPlain(converter->sourceType()) && isPlain(converter->destinationType());
         }
         addedPairs.store(bits, std::memory_order_release);
-        cell::setLongWay(cell::longWayConverters, concernsSmallValues);
+        cell::hasAddedConversions.store(concernsSmallValues, std::memory_order_release);
+        hooks::call(hooks::conversions);
     }
 };
 
@@ -195,7 +197,7 @@ bool typeConversionManager::convert(const std::type_info& toType, void* to, cons
     std::size_t end = SIZE_MAX;
     while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end)) {
         const bool isConverted = converter->convert(to, from, format, formatText);
-        outside::note();
+        hooks::call(hooks::foreignCode);
         if (isConverted)
             return true;
     }

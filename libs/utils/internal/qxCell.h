@@ -221,17 +221,13 @@ QXUTILS_API bool convert(word w, T& out);
     USE(qx::time)                                                                                            \
     USE(qx::timestamp)
 
-// The integers in a range of kinds, and the texts among them, which have the int's value.
-constexpr bool isInteger(word w)
-{
-    return kindIn(w) - intKind <= uint64Kind - intKind;
-}
 constexpr bool isUnsigned(word w)
 {
     return kindIn(w) == uintKind || kindIn(w) == ulongKind || kindIn(w) == uint64Kind;
 }
 
-// The same, in place for what occurs most. For short cuts: it knows the library's own conversions alone.
+// `convert`, in place for what occurs most. A fast path for where onlyOwnConversions: no other converter is
+// asked.
 template <class T>
 inline bool read(word w, T& out)
 {
@@ -242,17 +238,17 @@ inline bool read(word w, T& out)
         }
     }
     if constexpr (std::is_same_v<T, int> || std::is_same_v<T, long32>) {
-        if (isInteger(w)) {
+        if (isIntegral(w)) {
             out = valueTraits<T>::wrap(payloadIn(w));
             return true;
         }
     } else if constexpr (std::is_same_v<T, uint>) {
-        if (isInteger(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
+        if (isIntegral(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
             out = payloadIn(w);
             return true;
         }
     } else if constexpr (std::is_same_v<T, double>) {
-        if (isInteger(w)) {
+        if (isIntegral(w)) {
             out = isUnsigned(w) ? static_cast<double>(payloadIn(w))
                                 : static_cast<double>(static_cast<int>(payloadIn(w)));
             return true;
@@ -332,36 +328,16 @@ QXUTILS_API bool copyHeld(const genericValue& value, genericValue::holderbase& d
 // A value that holds `text`, which is emptied.
 QXUTILS_API genericValue made(string&& text);
 
-// --- Short cuts ---
+// --- Conversions that others add ---
 
-// Why whoever runs scripts has to go the long way.
-enum longWay : unsigned
-{
-    longWayWanted = 1,    // somebody switched the short cuts off
-    longWayTraced = 2,    // somebody listens to the run of each statement
-    longWayConverters = 4 // the conversions between small values and text are not the library's own alone
-};
-extern QXUTILS_API std::atomic<unsigned> longWayReasons;
+// True while some converter that was added to the conversion manager reads or writes a small value. Kept by
+// the manager.
+extern QXUTILS_API std::atomic<bool> hasAddedConversions;
 
-inline bool shortCutsAllowed() noexcept
-{
-    return longWayReasons.load(std::memory_order_relaxed) == 0;
-}
-inline bool isTraced() noexcept
-{
-    return longWayReasons.load(std::memory_order_relaxed) & longWayTraced;
-}
 // False where the conversion manager has to be asked, even between small values.
 inline bool onlyOwnConversions() noexcept
 {
-    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
-}
-inline void setLongWay(longWay reason, bool applies) noexcept
-{
-    if (applies)
-        longWayReasons.fetch_or(reason, std::memory_order_relaxed);
-    else
-        longWayReasons.fetch_and(~static_cast<unsigned>(reason), std::memory_order_relaxed);
+    return !hasAddedConversions.load(std::memory_order_acquire);
 }
 
 } // namespace qx::cell
