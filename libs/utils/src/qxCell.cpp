@@ -3,6 +3,7 @@
 
 #include "qxHeldTypes.h"
 #include "qxPlainConversion.h"
+#include "qxTextView.h"
 
 #include <cmath>
 
@@ -89,7 +90,7 @@ word makeDecimal(std::wstring_view text) noexcept
         return refused;
     long long number = 0;
     for (const wchar_t c : digits) {
-        if (c < L'0' || c > L'9')
+        if (!isDigit(c))
             return refused;
         number = number * 10 + (c - L'0');
     }

@@ -4,7 +4,7 @@
 #include "qxDirectory.h"
 #include "qxHooks.h"
 #include "qxSystem.h"
-#include "qxTextView.h"
+#include "qxTextLines.h"
 
 namespace qx
 {
@@ -18,22 +18,16 @@ constexpr const wchar_t* directoryBesideProgram = L"lang";
 // Comments, sections and lines without an id are passed over. A later text of an id replaces the earlier.
 std::unordered_map<string, string> textsOf(std::string_view bytes)
 {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (bytes.starts_with(byteOrderMark))
-        bytes.remove_prefix(byteOrderMark.size());
+    takeByteOrderMark(bytes);
     const string content = string::fromUtf8(bytes);
     std::wstring_view rest = content;
     std::unordered_map<string, string> texts;
     while (!rest.empty()) {
-        const std::size_t end = rest.find(L'\n');
-        const std::wstring_view line = trimmed(rest.substr(0, end));
-        rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
-        const std::size_t equals = line.find(L'=');
-        if (equals == line.npos || line.find_first_of(L";#[") == 0)
-            continue;
-        const std::wstring_view id = trimmed(line.substr(0, equals));
-        if (!id.empty())
-            texts[string(std::wstring(id))] = std::wstring(trimmed(line.substr(equals + 1)));
+        const std::wstring_view line = takeLine(rest, L"\n");
+        std::wstring_view id;
+        std::wstring_view text;
+        if (line.find_first_of(L";#[") != 0 && splitPair(line, L"=", id, text))
+            texts[string(std::wstring(id))] = std::wstring(text);
     }
     return texts;
 }

@@ -1,6 +1,8 @@
 // Numbers as text and back.
 #include "qxNumberText.h"
 
+#include "qxTextView.h"
+
 #include <algorithm>
 #include <array>
 #include <cfloat>
@@ -12,22 +14,6 @@ namespace qx
 
 namespace
 {
-
-bool isDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
-// Without the blanks, tabs and line ends around it.
-std::wstring_view withoutBlanks(std::wstring_view text)
-{
-    const auto isBlank = [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; };
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 // `word` is lower case ASCII.
 bool equalsWord(std::wstring_view text, std::string_view word)
@@ -188,7 +174,7 @@ private:
 template <class T>
 bool readAnyFloating(std::wstring_view text, T& out)
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const bool negative = takeSign(text);
     T number = 0;
     if (readShort(text, number)) {
@@ -289,7 +275,7 @@ std::string_view floatingText(char (&buffer)[48], T value)
 
 bool detail::readSigned(std::wstring_view text, long long min, long long max, long long& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const bool negative = takeSign(text);
     // The magnitude of the least number is one more than that of the greatest.
     const auto limit =
@@ -303,7 +289,7 @@ bool detail::readSigned(std::wstring_view text, long long min, long long max, lo
 
 bool detail::readUnsigned(std::wstring_view text, unsigned long long max, unsigned long long& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     return !takeSign(text) && readDigits(text, max, out);
 }
 
@@ -319,7 +305,7 @@ bool detail::readFloating(std::wstring_view text, double& out) noexcept
 
 bool detail::readBool(std::wstring_view text, bool& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const auto isAnyOf = [text](auto... words) { return (equalsWord(text, words) || ...); };
     const bool yes = isAnyOf("true", "1", "yes");
     if (!yes && !isAnyOf("false", "0", "no"))
