@@ -278,13 +278,13 @@ public:
         if (isHolder(before))
             genericValue::end(before);
     }
-    // The same for a value that others may write: `before` is what it had, and no holder. False, with nothing
+    // store for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.
     static bool storeIf(genericValue& value, word before, word small) noexcept
     {
         return atomics::replaceRelease(value.mWord, before, small);
     }
-    // The same with all that `source` holds, which is null then.
+    // storeIf with all that `source` holds, which is null then.
     static bool moveIf(genericValue& value, word before, genericValue& source) noexcept
     {
         if (!storeIf(value, before, source.mWord))

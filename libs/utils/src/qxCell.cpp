@@ -1,4 +1,5 @@
-// Small values: their conversions, and their way into holders.
+// Small values: their conversions by the rules of qxPlainConversion.h, the decimal texts
+// that are kept as ints, and the way of a word into a holder.
 #include "qxCell.h"
 
 #include "qxHeldTypes.h"

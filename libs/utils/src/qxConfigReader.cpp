@@ -1,3 +1,5 @@
+// Readers of configuration files: the whole file is decoded when it is opened, and lines
+// are views into that text.
 #include "qxConfigReader.h"
 
 #include "qxBinaryBuffer.h"

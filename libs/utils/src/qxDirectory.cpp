@@ -1,3 +1,4 @@
+// The walk over a directory: listed at once, filtered by the patterns, and sorted by name.
 #include "qxDirectory.h"
 
 #include "qxSystem.h"

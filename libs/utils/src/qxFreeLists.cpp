@@ -1,4 +1,9 @@
 // Thread-caching free lists.
+//
+// Each thread has one singly linked list for each size class, found through a pointer of
+// its own, so the fast path of taking and giving is a handful of instructions without a
+// lock. A block may be given back on another thread than the one that took it: it then
+// serves that one. Whatever is too large, or finds its list full, is the heap's.
 #include "qxFreeLists.h"
 
 #include <cstdlib>

@@ -1,4 +1,5 @@
-// Localised messages.
+// Localised messages: the list of parameters, shared until it is changed, and filling a
+// text in. The texts themselves come from the catalogue (qxMessageCatalogue.h).
 #include "qxLocString.h"
 
 #include "qxMessageCatalogue.h"

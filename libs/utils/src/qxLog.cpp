@@ -1,5 +1,5 @@
-// Loggers and the sink behind them: two atomics, since every statement of a program may ask whether somebody
-// listens.
+// Loggers and the sink behind them. Level and sink are two atomics, read relaxed, since all
+// code of a program may ask whether somebody listens.
 #include "qxLog.h"
 
 #include "qxHooks.h"

@@ -1,3 +1,6 @@
+// The language files. Each is read when it is first asked for and again when its time has
+// changed; what was read is immutable and shared, so no lock is held while a file is read
+// or a text looked up.
 #include "qxMessageCatalogue.h"
 
 #include "qxBinaryBuffer.h"

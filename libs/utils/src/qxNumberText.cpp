@@ -1,4 +1,8 @@
 // Numbers as text and back.
+//
+// Both directions have a fast path for what is common (few digits; whole numbers), exact by
+// construction, and fall back on the standard's shortest-digits conversion in narrow
+// characters. No locale, no allocation.
 #include "qxNumberText.h"
 
 #include "qxTextView.h"

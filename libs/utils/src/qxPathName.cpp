@@ -1,3 +1,5 @@
+// Work on the text of file names: separators, and the parts `.` and `..`. A name that is
+// normal already, as most are, is told by one pass without a copy.
 #include "qxPathName.h"
 
 #include "qxPlatform.h"

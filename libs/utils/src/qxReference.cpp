@@ -1,4 +1,4 @@
-// References to variables, as conversions follow them.
+// The walk along a chain of references, which ends at the variable or after too many.
 #include "qxReference.h"
 
 #include "qxCell.h"

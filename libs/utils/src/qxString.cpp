@@ -1,4 +1,4 @@
-// Wide text: case mapping, trimming, cutting.
+// Wide text: case mapping by generated tables (qxCaseTable.py), trimming, cutting.
 #include "qxString.h"
 
 #include "qxCaseTable.h"

@@ -1,8 +1,8 @@
 // The manager of conversions between held types.
 //
-// What the library itself converts is one table, made once out of lists of types and never changed. What
-// others add stands in a list of its own, which a conversion looks at only when the pair of types may be in
-// it.
+// What the library itself converts is one table, made once out of lists of types and never
+// changed. What others add stands in a list of its own, under a mutex that a conversion
+// takes only when the pair of types may be in that list, which one word of bits tells.
 #include "qxTypeConversion.h"
 
 #include "qxCell.h"
