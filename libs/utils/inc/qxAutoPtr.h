@@ -1,8 +1,8 @@
 // autoPtr: a pointer with a single owner, deleted with it.
 //
-//     qx::autoPtr<qx::script::statement> parsed(parser.parse(text)); // takes over what the call gives
-//     other = std::move(parsed);                                      // parsed is null now
-//     return other.release();                                         // the caller owns it
+//     qx::autoPtr<qx::conditions::condition> parsed(qx::conditions::condition::parse(text));
+//     other = std::move(parsed); // parsed is null now
+//     return other.release();    // the caller owns it
 //
 // It moves and does not copy. Not locked: one autoPtr is for one thread at a time. Deleting
 // runs the object's destructor and nothing else.

@@ -22,8 +22,8 @@ namespace qx
 class QXUTILS_API binaryBuffer
 {
 public:
-    // Files of more bytes are taken for a mistake: script files, and those with settings or
-    // texts.
+    // Files of more bytes are taken for a mistake: those of program text, and those with
+    // settings or texts.
     static constexpr std::size_t mostOfText = std::size_t(64) << 20;
     static constexpr std::size_t mostOfSettings = std::size_t(16) << 20;
 

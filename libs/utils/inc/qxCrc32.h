@@ -5,8 +5,8 @@
 //     ~checksum.state(); // 0xCBF43926
 //
 // It can be fed piece by piece: what counts is the sequence of bytes, not how it was cut. A
-// value can hold one, so that a script may carry a checksum on. Nothing is thrown; not
-// locked.
+// value can hold one, which carries a checksum on from one piece to the next. Nothing is
+// thrown; not locked.
 #pragma once
 
 #include "qxExport.h"

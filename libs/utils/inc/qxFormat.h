@@ -59,7 +59,7 @@ public:
     formatArgument(unsigned int value) : mKind(kind::unsignedInteger), mUnsigned(value) {}
     formatArgument(unsigned long value) : mKind(kind::unsignedInteger), mUnsigned(value) {}
     formatArgument(unsigned long long value) : mKind(kind::unsignedInteger), mUnsigned(value) {}
-    // `long` and `ulong` of the language, where they are classes (qxTypes.h).
+    // `long` and `ulong` of 32 bits, where they are classes (qxTypes.h).
     formatArgument(detail::distinctInteger<int> value) : formatArgument(static_cast<int>(value)) {}
     formatArgument(detail::distinctInteger<uint> value) : formatArgument(static_cast<uint>(value)) {}
     // A float arrives as a double.

@@ -73,10 +73,9 @@ enum heldForms : unsigned
 //     directory                                    getValue, out of a text
 //     void*, the maps of qxGenericMap.h            constructor
 //
-// References to the objects of a host are added by the engine above. A type that is not
-// named here or specialised by the library that owns it cannot be held. The list is closed
-// for everybody else: a library that holds a type has to instantiate its holders for all
-// others.
+// A library above may add types of its own. A type that is not named here or specialised by
+// the library that owns it cannot be held. The list is closed for everybody else: a library
+// that holds a type has to instantiate its holders for all others.
 template <class T>
 inline constexpr unsigned heldAs = 0;
 
@@ -234,7 +233,7 @@ private:
     mutable std::uint64_t mWord = 0; // null, a small value or the address of a holder
 };
 
-// An array of the language: itself a held type, so arrays nest.
+// An array: itself a held type, so arrays nest.
 using valueArray = std::vector<genericValue>;
 
 // The counter stands at the head of the holder's block, in front of it: a shared pointer to
@@ -265,38 +264,49 @@ struct QXUTILS_API deleteObj<genericValue::holderbase>
     static void destroy(genericValue::holderbase* holder) noexcept;
 };
 
-// A value with its counter, in one block. Of the shares that are counted, `held` are those
-// of the thread that owns the variable, see genericSet::hold.
-struct sharedVariable
+// What is counted of a variable, at the start of a block.
+struct variableCount
 {
-    // Shares of the block, those of `held` included.
+    // In place of `held`: the value lies elsewhere.
+    static constexpr uint apart = static_cast<uint>(-1);
+
+    // All shares.
     ulong32 counter;
-    // Changed by the thread of the set alone.
+    // Those among them of the thread that owns the variable, which alone changes this; see
+    // genericSet::hold.
     uint held;
-    // What everybody with an address reads and writes.
+};
+
+// A variable in one block: the count, and the value that everybody with an address reads
+// and writes.
+struct sharedVariable : variableCount
+{
     genericValue value;
 };
 
-// Ends a variable in whichever form it is: such a block, or a value and a counter of their
-// own where somebody made a shared pointer of a new value.
+// Variables that a set hands out are such blocks. Where somebody makes a shared pointer of
+// a value of his own, the count stands apart.
 template <>
 struct QXUTILS_API counterPlace<genericValue>
 {
-    static ulong32* obtain(genericValue*) { return shptr::allocCounter(); }
+    // A new count for `value`; throws std::bad_alloc.
+    static ulong32* obtain(genericValue* value);
+
     template <class Delete>
     static void end(genericValue* value, ulong32* counter) noexcept
     {
-        // Two blocks of their own are too far from each other for this.
-        if (reinterpret_cast<char*>(value) ==
-            reinterpret_cast<char*>(counter) + offsetof(sharedVariable, value))
+        // The counter is the first member of its count, so both have one address.
+        if (reinterpret_cast<const variableCount*>(counter)->held != variableCount::apart)
             return endShared(value, counter);
         Delete::destroy(value);
-        shptr::releaseCounter(counter);
+        endCount(counter);
     }
 
 private:
     // Ends a sharedVariable: the value, then its block.
     static void endShared(genericValue* value, ulong32* counter) noexcept;
+    // Ends a count that stands apart.
+    static void endCount(ulong32* counter) noexcept;
 };
 
 } // namespace qx

@@ -9,9 +9,9 @@
 // live on several threads; one sharedPtr object is not to be written by two threads at once
 // (sharedPtrLocker is for those). The object is as safe as its class makes it.
 //
-// What differs from the standard's pointer: no casts between types, so whoever owns a T owns
-// it as a T; no weak pointers; a deleter that is part of the type; and one layout for every
-// compiler and standard library, so that it may cross between libraries.
+// What differs from the standard's pointer: no casts between types, so whoever owns a T
+// owns it as a T; no weak pointers; a deleter that is part of the type; and one layout for
+// every compiler and standard library, so that it may cross between libraries.
 #pragma once
 
 #include "qxAssert.h"

@@ -2,7 +2,7 @@
 //
 // system::current() is the system in force: the platform's, until a host puts its own in
 // its place. Nothing else in the libraries reaches the operating system, so one object can
-// govern what scripts may do, and a test can stand in for a failing disk or a clock.
+// govern what runs within it may do, and a test can stand in for a failing disk or a clock.
 //
 //     class quietSystem : public qx::platformSystem          // qxPlatformSystem.h
 //     {
@@ -207,7 +207,7 @@ public:
 
     // Called for an integer division that has no result. Does not return. The platform's
     // raises the processor's fault, which ends the process unless somebody handles it; a
-    // host's may throw what shall reach the caller of the script.
+    // host's may throw what shall reach whoever asked for the division.
     [[noreturn]] virtual void divisionFault() = 0;
 
     // --- Ticks ---

@@ -50,7 +50,7 @@ public:
     // does not exist.
     static bool parse(std::wstring_view text, time& out);
 
-    // The language's names for three times of day; the first two are the same.
+    // Names for three times of day; the first two are the same.
     static time daystart() { return time(); }          // 0:00
     static time midnight() { return time(); }          // 0:00
     static time lunchtime() { return time(12, 0, 0); } // 12:00
@@ -105,8 +105,7 @@ private:
     uint mQuantity;
 };
 
-// Sixty minutes each.
-// Sixty minutes each. All four add and subtract as time_duration tells.
+// Sixty minutes each. Sixty minutes each. All four add and subtract as time_duration tells.
 class QXUTILS_API hours : public time_duration
 {
 public:

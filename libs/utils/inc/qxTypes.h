@@ -1,6 +1,6 @@
 // Ground types: numbers of fixed width, the same on every platform.
 //
-// The language's `long` and `ulong` have 32 bits everywhere. Where the platform's own
+// `long` and `ulong`, as held types, have 32 bits everywhere. Where the platform's own
 // `long` has 32 bits they are that type; elsewhere they are small value classes of their
 // own, so that `long` and `int` stay two types to a value:
 //
@@ -20,7 +20,7 @@
 namespace qx
 {
 
-// The names that the language has for these.
+// Short names for what the standard spells out.
 using ushort = unsigned short;
 using uint = unsigned int;
 using uint64 = unsigned long long;

@@ -11,8 +11,8 @@
 // false where a program breaks a rule that it could have checked, and std::bad_alloc.
 #pragma once
 
-// Values, what they hold, and conversion between it. A host that hands parameters to
-// scripts and reads results needs these; most need the first alone.
+// Values, what they hold, and conversion between it: parameters that a host hands over, and
+// results that it reads.
 #include "qxGenericMap.h"
 #include "qxGenericSet.h"
 #include "qxGenericValue.h"

@@ -9,7 +9,9 @@
 // is kept as that int until somebody wants the text. What does not fit (a great uint64, a NaN with a payload)
 // lies in a holder like everything else.
 //
-// For the libraries and what builds on their insides; hosts use genericValue, which does the same.
+// For the two libraries; hosts use genericValue, which does the same. Words are values: who has one of a
+// holder may use it only as long as the value that it was loaded from keeps it. Nothing here throws but
+// std::bad_alloc from texts.
 #pragma once
 
 #include "qxCompiler.h"

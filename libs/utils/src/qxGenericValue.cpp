@@ -139,6 +139,19 @@ void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* hold
     --nesting;
 }
 
+ulong32* counterPlace<genericValue>::obtain(genericValue*)
+{
+    void* const storage = freelists::take(sizeof(variableCount));
+    if (!storage)
+        throw std::bad_alloc();
+    return &(new (storage) variableCount{ulong32(0u), variableCount::apart})->counter;
+}
+
+void counterPlace<genericValue>::endCount(ulong32* counter) noexcept
+{
+    freelists::give(counter, sizeof(variableCount));
+}
+
 void counterPlace<genericValue>::endShared(genericValue* value, ulong32* counter) noexcept
 {
     value->~genericValue();
