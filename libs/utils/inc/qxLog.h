@@ -7,9 +7,9 @@
 //     qxlog::logManager::setSink(&sink);
 //     qxlog::logManager::setLevel(qxlog::level::trace);
 //
-// All functions may be called at any time from any thread. None of them takes a lock, so a
-// sink may log itself; whoever wants lines of several threads in order has to see to that
-// in the sink.
+// All functions may be called at any time from any thread. No lock is held while a sink
+// writes, so it may log itself; one that wants the lines of several threads in order has to
+// lock by itself.
 //
 // A sink, and a logger that a program keeps for as long as it likes:
 //
