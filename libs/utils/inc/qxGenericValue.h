@@ -298,11 +298,17 @@ struct QXUTILS_API counterPlace<genericValue>
         // The counter is the first member of its count, so both have one address.
         if (reinterpret_cast<const variableCount*>(counter)->held != variableCount::apart)
             return endShared(value, counter);
-        Delete::destroy(value);
-        endCount(counter);
+        endApart<Delete>(value, counter);
     }
 
 private:
+    // Not inline: rare, and g++ 12 takes the delete for one of a sharedVariable's value.
+    template <class Delete>
+    QX_NOINLINE static void endApart(genericValue* value, ulong32* counter) noexcept
+    {
+        Delete::destroy(value);
+        endCount(counter);
+    }
     // Ends a sharedVariable: the value, then its block.
     static void endShared(genericValue* value, ulong32* counter) noexcept;
     // Ends a count that stands apart.

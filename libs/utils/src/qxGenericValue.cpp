@@ -90,8 +90,8 @@ genericValue::holderbase* promoted(cell::word word) noexcept
     });
 }
 
-// Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level
-// works off.
+// Destructors of nested values recurse to this depth. Holders below it are queued on a work list of the
+// thread, which the deepest level drains.
 constexpr int nestedAtMost = 32;
 constinit QX_THREAD_LOCAL int nesting = 0;
 constinit QX_THREAD_LOCAL blockHeader* waiting = nullptr;

@@ -58,9 +58,9 @@ bool readDigits(std::wstring_view text, unsigned long long max, unsigned long lo
     return true;
 }
 
-// Reads a text of so few digits that they and the power of ten that divides them are exact: then one division
-// rounds as it should. False for every other text. Most numbers are such; this is five times as fast as what
-// reads all of them.
+// The fast path for most numbers: as few digits as T holds exactly, with a power of ten that it holds
+// exactly too, so that one division rounds as it should. False for every other text. Five times as fast as
+// the general way.
 template <class T>
 bool readShort(std::wstring_view text, T& out)
 {

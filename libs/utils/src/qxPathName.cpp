@@ -12,7 +12,8 @@ namespace qx
 namespace
 {
 
-// True when what stands behind a root is just the normal parts, with one separator between them: most names.
+// The fast path for most names: true when what follows the root is normalised already, so nothing has to be
+// rebuilt.
 bool isNormal(std::wstring_view behindRoot)
 {
     while (!behindRoot.empty()) {

@@ -65,8 +65,8 @@ std::size_t endOfHighHalves(std::string_view bytes, std::size_t at)
     return at;
 }
 
-// Whether what begins at `at` becomes a low half, in whatever way it is read. No run of high halves begins
-// there.
+// True when the next unit will be a low surrogate, decoded or escaped. No run of high surrogates begins at
+// `at`.
 bool beginsWithLowHalf(std::string_view bytes, std::size_t at)
 {
     if (at == bytes.size())
