@@ -41,9 +41,14 @@ function(qx_common target)
     endif()
 endfunction()
 
+# qx_internal_headers(TARGET): lets a target of this project include what both libraries share and hosts do not get.
+function(qx_internal_headers target)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/libs/utils/internal)
+endfunction()
+
 # qx_library(NAME EXPORT_DEFINITION): a shared library, or a static one where QXSCRIPT_STATIC says so, of the folder's
-# src, with its public headers in inc. src/posix and src/win32 hold the two implementations of what is wanted from the
-# operating system; one is built. Its objects are a target of their own, for tests that reach what is not exported.
+# src, with its public headers in inc; no others are installed. src/posix and src/win32 hold the two implementations of
+# what is wanted from the operating system; one is built. Its objects are a target of their own, for tests that reach what is not exported.
 function(qx_library name export_definition)
     if(WIN32)
         set(otherPlatform posix)
@@ -63,6 +68,7 @@ function(qx_library name export_definition)
     set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_compile_definitions(${objects} PRIVATE ${export_definition})
     target_include_directories(${objects} PUBLIC inc PRIVATE src)
+    qx_internal_headers(${objects})
     if(NOT WIN32)
         # A call inside the library need not go through the table that lets a program replace it.
         target_compile_options(${objects} PRIVATE -fno-semantic-interposition)

@@ -9,7 +9,7 @@ from pathlib import Path
 
 # From the ground up; a file may include those of its own floor and of all below.
 FLOORS = [
-    "libs/utils/inc", "libs/utils/src",
+    "libs/utils/inc", "libs/utils/internal", "libs/utils/src",
     "libs/script/inc", "libs/script/src/contexts", "libs/script/src/parser", "libs/script/src/statements",
     "libs/script/src/code", "libs/script/src/modules",
     "tools",
@@ -19,6 +19,8 @@ PARSER = "libs/script/src/parser/qxScriptParser.cpp"
 ALLOWED = {(PARSER, "qxScriptBlock.h"), (PARSER, "qxScriptStatementText.h")}
 # What hosts see includes nothing that they do not get.
 PUBLIC = {"libs/utils/inc", "libs/script/inc", "tools"}
+# What a library keeps to itself.
+PRIVATE = {"libs/utils/src"}
 
 
 def floor_of(path):
@@ -26,20 +28,23 @@ def floor_of(path):
 
 
 def wrong(tree):
-    paths = [path.relative_to(tree).as_posix() for pattern in ("*.h", "*.cpp") for path in tree.glob("[lt]*/**/" + pattern)]
-    homes = {path.rsplit("/", 1)[1]: floor_of(path) for path in paths if path.endswith(".h")}
+    files = (path for path in tree.glob("[lt]*/**/*") if path.suffix in ("", ".h", ".cpp") and path.is_file())
+    paths = [path.relative_to(tree).as_posix() for path in files]
+    homes = {path.rsplit("/", 1)[1]: floor_of(path) for path in paths if not path.endswith(".cpp")}
     for path in sorted(paths):
         here = floor_of(path)
         if not here:
             continue
-        for name in re.findall(r'^#include ["<](?:.*/)?(\w+\.h)[">]', (tree / path).read_text(encoding="utf-8"), re.M):
+        for name in re.findall(r'^#include ["<](?:.*/)?([\w.]+)[">]', (tree / path).read_text(encoding="utf-8"), re.M):
             there = homes.get(name)
             if not there or there == here or (path, name) in ALLOWED:
                 continue
-            if FLOORS.index(there) > FLOORS.index(here):
-                yield "%s includes %s, which lies above it in %s" % (path, name, there)
-            elif here in PUBLIC and there not in PUBLIC:
+            if here in PUBLIC and there not in PUBLIC:
                 yield "%s includes %s, which hosts do not get" % (path, name)
+            elif FLOORS.index(there) > FLOORS.index(here):
+                yield "%s includes %s, which lies above it in %s" % (path, name, there)
+            elif there in PRIVATE:
+                yield "%s includes %s, which its library keeps to itself" % (path, name)
 
 
 if __name__ == "__main__":

@@ -60,7 +60,7 @@ std::string standardInput()
     char piece[16 * 1024];
     for (std::size_t size = 1; size > 0; content.append(piece, size)) {
         size = std::fread(piece, 1, sizeof piece, stdin);
-        if (content.size() + size > qx::binaryBuffer::mostOfScript) {
+        if (content.size() + size > qx::binaryBuffer::mostOfText) {
             throw qx::unexpectedErrorException(L"Standard input is too large");
         }
     }

@@ -17,10 +17,12 @@
 
 #include "qxScriptInterfaces.h"
 
-#include "qxOutside.h"
-
 namespace qx::intrface
 {
+
+// Told by every pointer that has released the last reference to an object: its end may have run anything, so
+// what the thread has cached of files is looked up anew.
+QXSCRIPT_API void objectEnded() noexcept;
 
 // What all pointers have in common, whatever their interface: enough to ask the object for another one. Not
 // to be derived from by hosts.
@@ -101,7 +103,7 @@ protected:
         if (T* const dropped = mpInterface) {
             mpInterface = nullptr;
             if (dropped->release() == 0)
-                outside::note();
+                objectEnded();
         }
     }
 

@@ -18,12 +18,14 @@ namespace qx
 inline constexpr int DI_HIDDEN = 0x2; // lets hidden files into the walk
 inline constexpr int DI_SYSTEM = 0x4; // lets system files into the walk
 
-// Stands on one file after the other, in the order of their names. A value; it holds what was there when it
-// was made.
+// Stands on one file after the other, in the order of their names. A value; it holds what
+// was there when it was made, so files that come or go during the walk make no difference.
+// Not locked.
 class QXUTILS_API fileIterator
 {
 public:
     fileIterator() = default;
+    // Stands on the first of these, which are walked as they come.
     explicit fileIterator(std::vector<file> files) : mFiles(std::move(files)) {}
 
     // True while it stands on a file.
@@ -33,7 +35,8 @@ public:
     // Moves on; without effect at the end.
     void next();
 
-    // The current file; throws false at the end. Valid until the iterator is assigned to or ends.
+    // The current file; throws false at the end. Valid until the iterator is assigned to or
+    // ends.
     const file& operator*() const;
     const file* operator->() const { return &**this; }
 
@@ -42,6 +45,8 @@ private:
     std::size_t mPosition = 0;
 };
 
+// A directory by name; that it exists is not required. A value, and immutable but for
+// assignment.
 class QXUTILS_API directory : public fsEntry
 {
 public:
@@ -59,10 +64,11 @@ public:
     // Makes this the current directory of the process; false when it cannot be entered.
     bool makeCurrent() const;
 
-    // The files, not directories nor links that lead nowhere, directly in this directory. `filter` is a list
-    // of patterns with `*` and
-    // `?`, split by `;`, compared without regard to case; null or empty admits all. `attributes` is an or of
-    // DI_HIDDEN and DI_SYSTEM. A directory that cannot be read has no files.
+    // The files, not directories nor links that lead nowhere, directly in this directory.
+    // `filter` is a list of patterns with `*` and `?`, split by `;`, compared without
+    // regard to case; blanks and tabs around a pattern do not count; null or empty admits
+    // all. `attributes` is an or of DI_HIDDEN and DI_SYSTEM. A directory that cannot be
+    // read has no files.
     fileIterator fileIt(const wchar_t* filter, int attributes) const;
 };
 

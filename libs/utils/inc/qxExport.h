@@ -6,7 +6,8 @@
 //                       the export attribute
 //     QX_THREAD_LOCAL   a variable of each thread, one for each library that uses it
 //
-// QXSCRIPT_STATIC stands for libraries that are linked into the program, where nothing crosses.
+// QXSCRIPT_STATIC stands for libraries that are linked into the program, where nothing
+// crosses.
 #pragma once
 
 #include "qxCompiler.h"
@@ -26,6 +27,6 @@
 #define QX_SHARED QX_VISIBLE
 #endif
 
-// A variable of each thread that is read without a call, for what is read all the time. Where the system's
-// loader does not offer that, it is an ordinary one.
+// A variable of each thread that is read without a call, for what is read all the time.
+// Where the system's loader does not offer that, it is an ordinary one.
 #define QX_THREAD_LOCAL thread_local QX_INITIAL_EXEC

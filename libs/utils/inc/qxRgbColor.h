@@ -3,6 +3,8 @@
 //     qx::rgbColor colour;
 //     colour.setRGB(255, 128, 0);
 //     colour.colorValue(); // 255 + 128 * 256
+//
+// A value of four bytes. Nothing fails.
 #pragma once
 
 #include "qxExport.h"
@@ -14,6 +16,7 @@ namespace qx
 class QXUTILS_API rgbColor
 {
 public:
+    // Each part from 0, nothing of it, to 255.
     void setRGB(unsigned char red, unsigned char green, unsigned char blue);
 
     // red + green * 256 + blue * 65536.

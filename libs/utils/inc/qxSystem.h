@@ -1,8 +1,8 @@
 // Everything that is wanted from the operating system, behind one class.
 //
-// system::current() is the system in force: the platform's, until a host puts its own in its place. Nothing
-// else in the libraries reaches the operating system, so one object can govern what scripts may do, and a
-// test can stand in for a failing disk or a clock.
+// system::current() is the system in force: the platform's, until a host puts its own in
+// its place. Nothing else in the libraries reaches the operating system, so one object can
+// govern what runs within it may do, and a test can stand in for a failing disk or a clock.
 //
 //     class quietSystem : public qx::platformSystem          // qxPlatformSystem.h
 //     {
@@ -15,10 +15,10 @@
 //     static quietSystem quiet;
 //     qx::system::setCurrent(&quiet);
 //
-// Names of files are texts with the platform's separator; a relative one is taken from the current directory.
-// A name that is empty or holds a zero character names nothing. The platform's system may be used from
-// several threads, and one that replaces it has to allow the same. The operations throw nothing but
-// std::bad_alloc unless they say so.
+// Names of files are texts with the platform's separator; a relative one is taken from the
+// current directory. A name that is empty or holds a zero character names nothing. The
+// platform's system may be used from several threads, and one that replaces it has to allow
+// the same. The operations throw nothing but std::bad_alloc unless they say so.
 #pragma once
 
 #include "qxExport.h"
@@ -59,7 +59,8 @@ class QXUTILS_API byteSink
 public:
     virtual ~byteSink();
 
-    // Takes the next `size` bytes; false ends the reading. What it throws passes on to whoever reads.
+    // Takes the next `size` bytes; false ends the reading. What it throws passes on to
+    // whoever reads.
     virtual bool take(const char* bytes, std::size_t size) = 0;
 };
 
@@ -90,8 +91,8 @@ enum eMessageBoxButton
     buttonContinue = 11
 };
 
-// The buttons that the low four bits of a message box's flags ask for, from left to right; never empty. An
-// unknown set is that of 0, the single button ok.
+// The buttons that the low four bits of a message box's flags ask for, from left to right;
+// never empty. An unknown set is that of 0, the single button ok.
 QXUTILS_API std::vector<eMessageBoxButton> messageBoxButtons(uint flags);
 
 class QXUTILS_API system
@@ -102,8 +103,8 @@ public:
     // The system in force.
     static system& current();
 
-    // Puts `replacement` in force for the whole process; null restores the platform's. Borrows the object
-    // until another takes its place and no thread uses it any more.
+    // Puts `replacement` in force for the whole process; null restores the platform's.
+    // Borrows the object until another takes its place and no thread uses it any more.
     static void setCurrent(system* replacement);
 
     // The platform's own system, whatever is in force. Never destroyed.
@@ -114,31 +115,34 @@ public:
     // Follows links. False when there is no such entry; `status` is then unchanged.
     virtual bool status(const string& name, fileStatus& status) = 0;
 
-    // Hands the content of a file to `sink`, piece by piece. False when the file cannot be opened, a read
-    // fails or the sink ended it; what the sink took by then stays taken. Only regular files can be read: no
-    // directory, and no pipe or device, for which nobody waits.
+    // Hands the content of a file to `sink`, piece by piece. False when the file cannot be
+    // opened, a read fails or the sink ended it; what the sink took by then stays taken.
+    // Only regular files can be read: no directory, and no pipe or device, for which nobody
+    // waits.
     virtual bool readFile(const string& name, byteSink& sink) = 0;
 
     // Adds the bytes to the end of the file in one write, and creates a missing file.
     virtual appendResult appendToFile(const string& name, std::string_view bytes) = 0;
 
-    // Copies a file. Without `overwrite` an existing `to` of any kind makes it fail. On failure no partial
-    // copy is left, and what stood under `to` before is unchanged.
+    // Copies a file. Without `overwrite` an existing `to` of any kind makes it fail. On
+    // failure no partial copy is left, and what stood under `to` before is unchanged.
     virtual bool copyFile(const string& from, const string& to, bool overwrite) = 0;
 
     // Deletes a file; false for a directory.
     virtual bool removeFile(const string& name) = 0;
 
-    // Puts the entries of a directory into `entries`, in no particular order and without "." and "..". False
-    // when it cannot be read; `entries` is then empty.
+    // Puts the entries of a directory into `entries`, in no particular order and without
+    // "." and "..". False when it cannot be read; `entries` is then empty.
     virtual bool listDirectory(const string& name, std::vector<directoryEntry>& entries) = 0;
 
-    // The full name of the process's current directory; empty when there is none (it was deleted, say).
+    // The full name of the process's current directory; empty when there is none (it was
+    // deleted, say).
     virtual string currentDirectory() = 0;
     virtual bool setCurrentDirectory(const string& name) = 0;
 
-    // The full name of the directory in which the module of this name lies: a library that is loaded, or with
-    // an empty name the running program. False, with `directoryName` unchanged, when there is no such module.
+    // The full name of the directory in which the module of this name lies: a library that
+    // is loaded, or with an empty name the running program. False, with `directoryName`
+    // unchanged, when there is no such module.
     virtual bool modulePath(const string& moduleName, string& directoryName) = 0;
 
     // --- Clock ---
@@ -149,28 +153,31 @@ public:
 
     // --- Default ANSI code page ---
 
-    // The character of one byte that stands alone. False, with `unit` unchanged, when it has none.
+    // The character of one byte that stands alone. False, with `unit` unchanged, when it
+    // has none.
     virtual bool widenByte(unsigned char byte, wchar_t& unit) = 0;
 
-    // Whole texts. A byte without a character becomes '?', and so does what the code page lacks.
+    // Whole texts. A byte without a character becomes '?', and so does what the code page
+    // lacks.
     virtual string widen(std::string_view bytes) = 0;
     virtual std::string narrow(std::wstring_view text) = 0;
 
     // --- Processes ---
 
-    // Starts a program without a shell. `exe` is searched for as the system does unless it holds a separator;
-    // `params` is split by the rules of splitCommandLine (qxCommandLine.h). An empty `workingDirectory` is
-    // the current one. True when the program was started, with processWait when it has also ended. The
-    // outputs may be null and are unchanged on failure: the process id; a handle of the first thread (null
-    // where there is none); a handle of the process. Handles that were asked for stay valid until
-    // closeProcess.
+    // Starts a program without a shell. `exe` is searched for as the system does unless it
+    // holds a separator; `params` is split at blanks outside quotation marks, as programs
+    // of Windows split theirs. An empty `workingDirectory` is the current one. True when
+    // the program was started, with processWait when it has also ended. The outputs may be
+    // null and are unchanged on failure: the process id; a handle of the first thread (null
+    // where there is none); a handle of the process. Handles that were asked for stay valid
+    // until closeProcess.
     virtual bool startProcess(const string& exe, const string& params, int flags, ulong32* idOut,
                               void** firstHandleOut, void** processHandleOut,
                               const string& workingDirectory) = 0;
 
-    // The exit code of a process from startProcess; on posix 128 + signal for one that a signal ended. False,
-    // with `code` unchanged, while it runs, for a null or unknown handle, and when somebody else collected
-    // the code.
+    // The exit code of a process from startProcess; on posix 128 + signal for one that a
+    // signal ended. False, with `code` unchanged, while it runs, for a null or unknown
+    // handle, and when somebody else collected the code.
     virtual bool getExitCodeProcess(void* process, long32* code) = 0;
 
     // Gives a handle from startProcess back; the process goes on. Null is allowed.
@@ -190,22 +197,24 @@ public:
     // The main window of the program, as owner of message boxes; null when there is none.
     virtual void* mainHWND() = 0;
 
-    // Shows a modal message box, waits for the answer and returns the number of the button. Flags are a set
-    // of buttons (low four bits) plus an icon: 16 stop, 32 question, 48 warning, 64 information. On a
-    // platform without boxes the text goes to standard error and the answer is the first button.
+    // Shows a modal message box, waits for the answer and returns the number of the button.
+    // Flags are a set of buttons (low four bits) plus an icon: 16 stop, 32 question, 48
+    // warning, 64 information. On a platform without boxes the text goes to standard error
+    // and the answer is the first button.
     virtual int messageBox(void* window, const string& text, const string& caption, uint flags) = 0;
 
     // --- Faults ---
 
-    // Called for an integer division that has no result. Does not return. The platform's raises the
-    // processor's fault, which ends the process unless somebody handles it; a host's may throw what shall
-    // reach the caller of the script.
+    // Called for an integer division that has no result. Does not return. The platform's
+    // raises the processor's fault, which ends the process unless somebody handles it; a
+    // host's may throw what shall reach whoever asked for the division.
     [[noreturn]] virtual void divisionFault() = 0;
 
     // --- Ticks ---
 
-    // A count that moves on every few milliseconds, and is quick to ask: whoever wants to know whether time
-    // has passed at all. Unless a system says otherwise, the milliseconds of utcNow.
+    // A count that moves on every few milliseconds, and is quick to ask: whoever wants to
+    // know whether time has passed at all. Unless a system says otherwise, the milliseconds
+    // of utcNow.
     virtual uint64 tick();
 
 protected:

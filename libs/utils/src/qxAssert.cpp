@@ -1,4 +1,5 @@
-// Reporting.
+// Reports and the failed check. The handler is one atomic pointer; without one a report is
+// a line on standard error.
 #include "qxAssert.h"
 
 #include <atomic>

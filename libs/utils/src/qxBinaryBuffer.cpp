@@ -1,3 +1,6 @@
+// The content of a file in memory. It comes through a byte sink that asks before each piece
+// whether to go on; the cursor of read() is an address in the buffer, checked against its
+// bounds at each step.
 #include "qxBinaryBuffer.h"
 
 #include "qxSystem.h"

@@ -1,15 +1,17 @@
-// Small values: their conversions, and their way into holders.
+// Small values: their conversions by the rules of qxPlainConversion.h, the decimal texts
+// that are kept as ints, and the way of a word into a holder.
 #include "qxCell.h"
 
 #include "qxHeldTypes.h"
 #include "qxPlainConversion.h"
+#include "qxTextView.h"
 
 #include <cmath>
 
 namespace qx::cell
 {
 
-std::atomic<unsigned> longWayReasons = 0;
+constinit std::atomic<bool> hasAddedConversions = false;
 
 namespace
 {
@@ -89,7 +91,7 @@ word makeDecimal(std::wstring_view text) noexcept
         return refused;
     long long number = 0;
     for (const wchar_t c : digits) {
-        if (c < L'0' || c > L'9')
+        if (!isDigit(c))
             return refused;
         number = number * 10 + (c - L'0');
     }
@@ -135,7 +137,8 @@ try {
         else
             return make(value);
     });
-} catch (...) { // without memory, or from a converter of a host: whoever goes the long way meets it again
+} catch (...) { // without memory, or from a converter of a host: a caller that converts by the manager meets
+                // it again
     return refused;
 }
 

@@ -1,3 +1,5 @@
+// Splits a line of parameters in one pass. `open` tells an empty parameter in quotation
+// marks from none.
 #include "qxCommandLine.h"
 
 #include <utility>

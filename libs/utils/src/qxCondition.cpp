@@ -247,11 +247,6 @@ bool isLetter(wchar_t c)
     return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
 }
 
-bool isDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
 // The tokens of a condition, one at a time.
 class scanner
 {

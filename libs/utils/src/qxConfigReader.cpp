@@ -1,8 +1,10 @@
+// Readers of configuration files: the whole file is decoded when it is opened, and lines
+// are views into that text.
 #include "qxConfigReader.h"
 
 #include "qxBinaryBuffer.h"
 #include "qxSystem.h"
-#include "qxTextView.h"
+#include "qxTextLines.h"
 
 #include <algorithm>
 
@@ -17,10 +19,7 @@ constexpr std::wstring_view lineEnds = L"\r\n";
 
 string decoded(std::string_view bytes)
 {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (bytes.starts_with(byteOrderMark))
-        return string::fromUtf8(bytes.substr(byteOrderMark.size()));
-    return system::current().widen(bytes);
+    return takeByteOrderMark(bytes) ? string::fromUtf8(bytes) : system::current().widen(bytes);
 }
 
 // Whether a line opens a section, which is then put into `name`.
@@ -65,11 +64,10 @@ void keyValueFileReader::rewind(long long position)
 
 bool keyValueFileReader::readLine(std::wstring_view& line)
 {
-    const std::wstring_view content = mContent;
-    while (mPosition < content.size()) {
-        const std::size_t end = std::min(content.find_first_of(lineEnds, mPosition), content.size());
-        const std::wstring_view found = trimmed(content.substr(mPosition, end - mPosition));
-        mPosition = end + 1;
+    std::wstring_view rest = std::wstring_view(mContent).substr(mPosition);
+    while (!rest.empty()) {
+        const std::wstring_view found = takeLine(rest, lineEnds);
+        mPosition = mContent.size() - rest.size();
         if (found.empty() || (!mComment.empty() && found.starts_with(mComment)))
             continue;
         line = found;
@@ -100,12 +98,12 @@ bool keyValueFileReader::readKey(string& key, string& value)
             mPosition = before;
             return false;
         }
-        const std::size_t separator = line.find(mSeparator);
-        const std::wstring_view found = trimmed(line.substr(0, separator));
-        if (separator == line.npos || found.empty())
+        std::wstring_view foundKey;
+        std::wstring_view foundValue;
+        if (!splitPair(line, mSeparator, foundKey, foundValue))
             continue;
-        key.assign(found);
-        value.assign(trimmed(line.substr(separator + mSeparator.size())));
+        key.assign(foundKey);
+        value.assign(foundValue);
         return true;
     }
     return false;

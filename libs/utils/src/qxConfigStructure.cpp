@@ -1,3 +1,5 @@
+// The store of settings. Names are found by a walk while they are few, beyond by two maps,
+// one of them by lower-case names; a deque keeps references to sections valid.
 #include "qxConfigStructure.h"
 
 namespace qx

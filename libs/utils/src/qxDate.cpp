@@ -1,3 +1,5 @@
+// The calendar: a date is the number of its day, and year, month and day are worked out of
+// that by whole cycles of the Gregorian calendar.
 #include "qxDate.h"
 
 #include "qxDateText.h"

@@ -20,7 +20,7 @@ public:
     {
         std::size_t count = 0;
         int result = 0;
-        while (count < most && count < mRest.size() && mRest[count] >= L'0' && mRest[count] <= L'9') {
+        while (count < most && count < mRest.size() && isDigit(mRest[count])) {
             result = result * 10 + static_cast<int>(mRest[count] - L'0');
             ++count;
         }

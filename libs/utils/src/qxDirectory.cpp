@@ -1,3 +1,4 @@
+// The walk over a directory: listed at once, filtered by the patterns, and sorted by name.
 #include "qxDirectory.h"
 
 #include "qxSystem.h"
@@ -17,7 +18,7 @@ std::vector<string> patternsOf(const wchar_t* filter)
     if (filter)
         string(filter).lower().splitAt(L";", patterns, false);
     for (string& pattern : patterns)
-        pattern.deleteLeading(L" \t").deleteTrailing(L" \t");
+        pattern = std::wstring(trimmed(pattern, L" \t"));
     patterns.erase(std::remove(patterns.begin(), patterns.end(), string()), patterns.end());
     return patterns;
 }

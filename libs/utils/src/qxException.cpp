@@ -1,4 +1,5 @@
-// Exceptions: a chain of shared, immutable messages.
+// Exceptions: a chain of shared, immutable links, each with its message and a counted
+// pointer to the link before. Chains are long, so they end in a loop and not by recursion.
 #include "qxException.h"
 
 #include "qxFile.h"

@@ -1,3 +1,5 @@
+// Names of entries, worked out from their text alone, and the operations on files, which go
+// to system::current().
 #include "qxFile.h"
 
 #include "qxPathName.h"

@@ -1,4 +1,6 @@
-// Interprets printf-style formats over typed arguments.
+// Interprets printf-style formats over typed arguments: reads a directive, takes the next
+// argument, and shows it as the directive says or, where the two do not fit, in the
+// argument's own way. Nothing is handed to the C library's printf.
 #include "qxFormatter.h"
 
 #include <algorithm>

@@ -1,4 +1,9 @@
 // Thread-caching free lists.
+//
+// Each thread has one singly linked list for each size class, found through a pointer of
+// its own, so the fast path of taking and giving is a handful of instructions without a
+// lock. A block may be given back on another thread than the one that took it: it then
+// serves that one. Whatever is too large, or finds its list full, is the heap's.
 #include "qxFreeLists.h"
 
 #include <cstdlib>
@@ -23,8 +28,8 @@ constexpr bool cached = true;
 constexpr bool cached = true;
 #endif
 
-// The sizes of blocks are those that a heap with a word of its own before each block wastes nothing of: 8,
-// 24, 40 and so on.
+// Block sizes for which malloc allocates nothing in vain: it keeps one word in front of each block, so they
+// are 8, 24, 40 and so on.
 constexpr std::size_t granule = 16;
 constexpr std::size_t smallest = 8;
 constexpr std::size_t classes = 17;
@@ -43,8 +48,8 @@ struct cache
     unsigned room[classes]; // for how many more blocks
 };
 
-// What threads have in place of lists before they first give something back, and once they end. Nothing is
-// taken from there and nothing finds room, so all threads share them.
+// Empty caches, shared by all threads: `before` is that of a thread until it frees its first block,
+// `behind` that of one which has ended. They hold no block and have no room, so nobody writes them.
 constinit cache before = {};
 constinit cache behind = {};
 
@@ -105,8 +110,8 @@ void* take(std::size_t size) noexcept
 namespace
 {
 
-// Gives back what has no room in the lists of the thread; the first time makes the lists, if there is memory
-// for them. Not inline, so that `give` saves no registers.
+// The slow path of `give`: frees what the thread's cache has no room for, and on the first call of a thread
+// allocates its cache. Not inline, so that `give` saves no registers.
 [[gnu::noinline]] void giveElsewhere(void* freed, std::size_t size) noexcept
 {
     if (!cached || !freed || size > largest || local != &before)

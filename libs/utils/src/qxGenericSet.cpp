@@ -18,7 +18,7 @@ sharedPtr<qx::genericValue> genericSet::entry::address()
         void* const storage = freelists::take(sizeof(sharedVariable));
         if (!storage)
             throw std::bad_alloc();
-        mpShared = new (storage) sharedVariable{ulong32(1u), 0, std::move(mValue)};
+        mpShared = new (storage) sharedVariable{{ulong32(1u), 0}, std::move(mValue)};
     }
     interlockedIncrement(&mpShared->counter);
     return sharedPtr<qx::genericValue>::attach(&mpShared->value, &mpShared->counter);

@@ -9,6 +9,7 @@
 
 #include "qxFreeLists.h"
 #include "qxHeldTypes.h"
+#include "qxStack.h"
 
 #include <thread>
 
@@ -89,8 +90,8 @@ genericValue::holderbase* promoted(cell::word word) noexcept
     });
 }
 
-// Values end nested in each other only so far; what lies deeper waits in a list, which the deepest level
-// works off.
+// Destructors of nested values recurse to this depth. Holders below it are queued on a work list of the
+// thread, which the deepest level drains.
 constexpr int nestedAtMost = 32;
 constinit QX_THREAD_LOCAL int nesting = 0;
 constinit QX_THREAD_LOCAL blockHeader* waiting = nullptr;
@@ -138,6 +139,19 @@ void deleteObj<genericValue::holderbase>::destroy(genericValue::holderbase* hold
     --nesting;
 }
 
+ulong32* counterPlace<genericValue>::obtain(genericValue*)
+{
+    void* const storage = freelists::take(sizeof(variableCount));
+    if (!storage)
+        throw std::bad_alloc();
+    return &(new (storage) variableCount{ulong32(0u), variableCount::apart})->counter;
+}
+
+void counterPlace<genericValue>::endCount(ulong32* counter) noexcept
+{
+    freelists::give(counter, sizeof(variableCount));
+}
+
 void counterPlace<genericValue>::endShared(genericValue* value, ulong32* counter) noexcept
 {
     value->~genericValue();
@@ -160,6 +174,7 @@ genericValue& genericValue::operator=(const genericValue& other)
         return *this;
     }
     sharedPtr<holderbase> replacement;
+    stack::check(); // copying what a holder holds may come back here for each level of nesting
     if (const sharedPtr<holderbase> shared = other.holderCopy())
         replacement = sharedPtr<holderbase>(shared->clone());
     exchange(reinterpret_cast<cell::word>(replacement.detach()));

@@ -1,4 +1,5 @@
-// The one place where the holders of the library's types are instantiated.
+// The one place where the holders of the library's types are instantiated: one type_info
+// for each, exported, so that dynamic casts agree in all libraries.
 #include "qxHeldTypes.h"
 
 #include "qxHeldValue.h"

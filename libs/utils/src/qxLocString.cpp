@@ -1,9 +1,11 @@
-// Localised messages.
+// Localised messages: the list of parameters, shared until it is changed, and filling a
+// text in. The texts themselves come from the catalogue (qxMessageCatalogue.h).
 #include "qxLocString.h"
 
 #include "qxMessageCatalogue.h"
 #include "qxNumberText.h"
 #include "qxStack.h"
+#include "qxTextSlice.h"
 
 #include <algorithm>
 #include <atomic>

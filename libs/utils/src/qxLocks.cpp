@@ -1,4 +1,5 @@
-// Locks.
+// Spin locks that yield. A thread is known by the address of a variable of its own, which
+// costs no call to ask for.
 #include "qxLocks.h"
 
 #include <thread>

@@ -1,7 +1,8 @@
-// Loggers and the sink behind them.
+// Loggers and the sink behind them. Level and sink are two atomics, read relaxed, since all
+// code of a program may ask whether somebody listens.
 #include "qxLog.h"
 
-#include "qxCell.h"
+#include "qxHooks.h"
 #include "qxLocks.h"
 
 #include <atomic>
@@ -14,14 +15,6 @@ namespace
 
 std::atomic<int> mostWritten{static_cast<int>(level::off)};
 std::atomic<sink*> target{nullptr};
-
-// Whoever listens at trace level sees each statement run, so none takes a short cut.
-void tellWhetherTraced() noexcept
-{
-    static constinit qx::spinLockerRecursive lock;
-    const qx::genericValueHolderLocker guard(lock);
-    qx::cell::setLongWay(qx::cell::longWayTraced, logManager::listens(level::trace));
-}
 
 } // namespace
 
@@ -63,7 +56,7 @@ bool logManager::listens(level severity) noexcept
 void logManager::setLevel(level most) noexcept
 {
     mostWritten.store(static_cast<int>(most), std::memory_order_relaxed);
-    tellWhetherTraced();
+    qx::hooks::call(qx::hooks::logging);
 }
 
 level logManager::currentLevel() noexcept
@@ -74,7 +67,7 @@ level logManager::currentLevel() noexcept
 sink* logManager::setSink(sink* receiver) noexcept
 {
     sink* const previous = target.exchange(receiver, std::memory_order_acq_rel);
-    tellWhetherTraced();
+    qx::hooks::call(qx::hooks::logging);
     return previous;
 }
 

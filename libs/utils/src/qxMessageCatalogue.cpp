@@ -1,10 +1,13 @@
+// The language files. Each is read when it is first asked for and again when its time has
+// changed; what was read is immutable and shared, so no lock is held while a file is read
+// or a text looked up.
 #include "qxMessageCatalogue.h"
 
 #include "qxBinaryBuffer.h"
 #include "qxDirectory.h"
-#include "qxOutside.h"
+#include "qxHooks.h"
 #include "qxSystem.h"
-#include "qxTextView.h"
+#include "qxTextLines.h"
 
 namespace qx
 {
@@ -18,22 +21,16 @@ constexpr const wchar_t* directoryBesideProgram = L"lang";
 // Comments, sections and lines without an id are passed over. A later text of an id replaces the earlier.
 std::unordered_map<string, string> textsOf(std::string_view bytes)
 {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (bytes.starts_with(byteOrderMark))
-        bytes.remove_prefix(byteOrderMark.size());
+    takeByteOrderMark(bytes);
     const string content = string::fromUtf8(bytes);
     std::wstring_view rest = content;
     std::unordered_map<string, string> texts;
     while (!rest.empty()) {
-        const std::size_t end = rest.find(L'\n');
-        const std::wstring_view line = trimmed(rest.substr(0, end));
-        rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
-        const std::size_t equals = line.find(L'=');
-        if (equals == line.npos || line.find_first_of(L";#[") == 0)
-            continue;
-        const std::wstring_view id = trimmed(line.substr(0, equals));
-        if (!id.empty())
-            texts[string(std::wstring(id))] = std::wstring(trimmed(line.substr(equals + 1)));
+        const std::wstring_view line = takeLine(rest, L"\n");
+        std::wstring_view id;
+        std::wstring_view text;
+        if (line.find_first_of(L";#[") != 0 && splitPair(line, L"=", id, text))
+            texts[string(std::wstring(id))] = std::wstring(text);
     }
     return texts;
 }
@@ -84,7 +81,7 @@ bool messageCatalogue::find(const string& id, const wchar_t* language, const str
     if (id.empty() || languages.empty())
         return false;
     const bool isFound = find(id, languages, file.empty() ? string(commonFile) : file, path, text);
-    outside::note(); // the system may be the host's own
+    hooks::call(hooks::foreignCode); // the system may be the host's own
     return isFound;
 }
 

@@ -1,5 +1,11 @@
 // Numbers as text and back.
+//
+// Both directions have a fast path for what is common (few digits; whole numbers), exact by
+// construction, and fall back on the standard's shortest-digits conversion in narrow
+// characters. No locale, no allocation.
 #include "qxNumberText.h"
+
+#include "qxTextView.h"
 
 #include <algorithm>
 #include <array>
@@ -12,22 +18,6 @@ namespace qx
 
 namespace
 {
-
-bool isDigit(wchar_t c)
-{
-    return c >= L'0' && c <= L'9';
-}
-
-// Without the blanks, tabs and line ends around it.
-std::wstring_view withoutBlanks(std::wstring_view text)
-{
-    const auto isBlank = [](wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; };
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 // `word` is lower case ASCII.
 bool equalsWord(std::wstring_view text, std::string_view word)
@@ -68,9 +58,9 @@ bool readDigits(std::wstring_view text, unsigned long long max, unsigned long lo
     return true;
 }
 
-// Reads a text of so few digits that they and the power of ten that divides them are exact: then one division
-// rounds as it should. False for every other text. Most numbers are such; this is five times as fast as what
-// reads all of them.
+// The fast path for most numbers: as few digits as T holds exactly, with a power of ten that it holds
+// exactly too, so that one division rounds as it should. False for every other text. Five times as fast as
+// the general way.
 template <class T>
 bool readShort(std::wstring_view text, T& out)
 {
@@ -188,7 +178,7 @@ private:
 template <class T>
 bool readAnyFloating(std::wstring_view text, T& out)
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const bool negative = takeSign(text);
     T number = 0;
     if (readShort(text, number)) {
@@ -208,50 +198,69 @@ bool readAnyFloating(std::wstring_view text, T& out)
     return true;
 }
 
-// Lays the shortest digits of a finite number out; gives the end of what was written.
-template <class T>
-char* layOut(char* to, T value)
+// The shortest digits of a finite number, and the three ways to write them.
+class shortestDigits
 {
-    char scientific[32];
-    const char* const end =
-        std::to_chars(scientific, scientific + sizeof scientific, value, std::chars_format::scientific).ptr;
-    const char* const mark = std::find(static_cast<const char*>(scientific), end, 'e');
-    char digits[24];
-    char* digitsEnd = std::remove_copy(static_cast<const char*>(scientific), mark, digits, '.');
-    const bool negative = digits[0] == '-';
-    const char* first = digits + negative;
-    int exponent = 0;
-    std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
-
-    constexpr int leastPlain = -7;
-    constexpr int beyondPlain = 21;
-    if (negative)
-        *to++ = '-';
-    const std::ptrdiff_t count = digitsEnd - first;
-    if (exponent < leastPlain || exponent >= beyondPlain) {
-        *to++ = *first;
-        if (count > 1) {
-            *to++ = '.';
-            to = std::copy(first + 1, static_cast<const char*>(digitsEnd), to);
-        }
-        *to++ = 'e';
-        if (exponent > 0)
-            *to++ = '+';
-        return std::to_chars(to, to + 8, exponent).ptr;
+public:
+    template <class T>
+    explicit shortestDigits(T value)
+    {
+        char text[32];
+        const char* const end =
+            std::to_chars(text, text + sizeof text, value, std::chars_format::scientific).ptr;
+        const char* const mark = std::find(static_cast<const char*>(text), end, 'e');
+        mEnd = std::remove_copy(static_cast<const char*>(text), mark, mText, '.');
+        mFirst += mText[0] == '-';
+        std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, mExponent);
     }
-    if (exponent < 0) {
+
+    // Gives the end of what was written.
+    char* write(char* to) const
+    {
+        constexpr int leastPlain = -7;
+        constexpr int beyondPlain = 21;
+        if (mFirst != mText)
+            *to++ = '-';
+        if (mExponent < leastPlain || mExponent >= beyondPlain)
+            return writeWithExponent(to);
+        return mExponent < 0 ? writeFraction(to) : writePlain(to);
+    }
+
+private:
+    char* writeWithExponent(char* to) const // 1.5e+30
+    {
+        *to++ = *mFirst;
+        if (mEnd - mFirst > 1)
+            *to++ = '.';
+        to = std::copy(mFirst + 1, mEnd, to);
+        *to++ = 'e';
+        if (mExponent > 0)
+            *to++ = '+';
+        return std::to_chars(to, to + 8, mExponent).ptr;
+    }
+    char* writeFraction(char* to) const // 0.0015
+    {
         *to++ = '0';
         *to++ = '.';
-        to = std::fill_n(to, -exponent - 1, '0');
-        return std::copy(first, static_cast<const char*>(digitsEnd), to);
+        to = std::fill_n(to, -mExponent - 1, '0');
+        return std::copy(mFirst, mEnd, to);
     }
-    for (std::ptrdiff_t i = 0; i < std::max<std::ptrdiff_t>(count, exponent + 1); ++i) {
-        if (i == exponent + 1)
-            *to++ = '.';
-        *to++ = i < count ? first[i] : '0';
+    char* writePlain(char* to) const // 1.5, 1500
+    {
+        const std::ptrdiff_t count = mEnd - mFirst;
+        const std::ptrdiff_t beforePoint = mExponent + 1;
+        to = std::copy_n(mFirst, std::min(count, beforePoint), to);
+        if (count <= beforePoint)
+            return std::fill_n(to, beforePoint - count, '0');
+        *to++ = '.';
+        return std::copy(mFirst + beforePoint, mEnd, to);
     }
-    return to;
-}
+
+    char mText[24]; // a minus, if any, and the digits
+    const char* mFirst = mText;
+    const char* mEnd = mText;
+    int mExponent = 0; // of ten, for a point behind the first digit
+};
 
 // The digits of an integer below this are the shortest that read back: there is no other value between it and
 // its neighbours.
@@ -282,14 +291,14 @@ std::string_view floatingText(char (&buffer)[48], T value)
         return "nan";
     if (std::isinf(value))
         return value < 0 ? "-inf" : "inf";
-    return {buffer, static_cast<std::size_t>(layOut(buffer, value) - buffer)};
+    return {buffer, static_cast<std::size_t>(shortestDigits(value).write(buffer) - buffer)};
 }
 
 } // namespace
 
 bool detail::readSigned(std::wstring_view text, long long min, long long max, long long& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const bool negative = takeSign(text);
     // The magnitude of the least number is one more than that of the greatest.
     const auto limit =
@@ -303,7 +312,7 @@ bool detail::readSigned(std::wstring_view text, long long min, long long max, lo
 
 bool detail::readUnsigned(std::wstring_view text, unsigned long long max, unsigned long long& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     return !takeSign(text) && readDigits(text, max, out);
 }
 
@@ -319,7 +328,7 @@ bool detail::readFloating(std::wstring_view text, double& out) noexcept
 
 bool detail::readBool(std::wstring_view text, bool& out) noexcept
 {
-    text = withoutBlanks(text);
+    text = trimmed(text);
     const auto isAnyOf = [text](auto... words) { return (equalsWord(text, words) || ...); };
     const bool yes = isAnyOf("true", "1", "yes");
     if (!yes && !isAnyOf("false", "0", "no"))

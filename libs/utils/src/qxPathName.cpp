@@ -1,3 +1,5 @@
+// Work on the text of file names: separators, and the parts `.` and `..`. A name that is
+// normal already, as most are, is told by one pass without a copy.
 #include "qxPathName.h"
 
 #include "qxPlatform.h"
@@ -10,7 +12,8 @@ namespace qx
 namespace
 {
 
-// True when what stands behind a root is just the normal parts, with one separator between them: most names.
+// The fast path for most names: true when what follows the root is normalised already, so nothing has to be
+// rebuilt.
 bool isNormal(std::wstring_view behindRoot)
 {
     while (!behindRoot.empty()) {

@@ -1,15 +1,15 @@
-// References to variables, as conversions follow them.
+// The walk along a chain of references, which ends at the variable or after too many.
 #include "qxReference.h"
 
 #include "qxCell.h"
-#include "qxOutside.h"
+#include "qxHooks.h"
 
 namespace qx::typeconvert
 {
 
 sharedPtr<genericValue> referredVariable(const sharedPtr<genericValue>& reference)
 {
-    outside::note(); // the variable may be anybody's
+    hooks::call(hooks::foreignCode); // the variable may be anybody's
     sharedPtr<genericValue> variable = reference;
     for (int followed = 0; variable && followed < referencesAtMost; ++followed) {
         if (!cell::isHolder(cell::access::load(*variable)))

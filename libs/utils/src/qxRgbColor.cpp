@@ -1,3 +1,4 @@
+// Colours: red lowest, then green, then blue.
 #include "qxRgbColor.h"
 
 namespace qx

@@ -1,4 +1,5 @@
-// The table of names.
+// The table of names: open addressing, read without a lock. Names are added under a mutex
+// and never leave, so a reader needs nothing but the order of the stores.
 #include "qxScString.h"
 
 #include "qxTextView.h"
@@ -55,7 +56,8 @@ public:
         return name ? &name->text : nullptr;
     }
 
-    // Not inline, so that a look-up saves few registers.
+    // Not inline, so that a look-up of a known name saves few registers: W9, where each
+    // word of a file is looked up.
     [[gnu::noinline]] const string* add(std::wstring_view text, std::size_t hash)
     {
         const std::lock_guard adding(mMutex);

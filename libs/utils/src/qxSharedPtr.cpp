@@ -1,4 +1,4 @@
-// Use counters of shared pointers.
+// Use counters of shared pointers: four bytes each, from the free lists.
 #include "qxSharedPtr.h"
 
 #include "qxFreeLists.h"

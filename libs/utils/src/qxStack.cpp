@@ -1,4 +1,4 @@
-// The bounds of the calling thread's stack.
+// The bounds of the calling thread's stack, asked of the platform once for each thread.
 #include "qxStack.h"
 
 #include "qxException.h"

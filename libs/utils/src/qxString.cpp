@@ -1,8 +1,10 @@
-// Wide text: case mapping, trimming, cutting.
+// Wide text: case mapping by generated tables (qxCaseTable.py), trimming, cutting.
 #include "qxString.h"
 
 #include "qxCaseTable.h"
 #include "qxFormatter.h"
+#include "qxTextView.h"
+#include "qxUtf8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,15 +43,6 @@ void mapCase(std::wstring& text, wchar_t first, const caseRange* ranges, std::si
     }
     for (wchar_t& c : text)
         c = mapped(c, ranges, count);
-}
-
-// Tells whether a character is one of these few. A loop over them: a search in them costs several times as
-// much.
-auto among(std::wstring_view characters)
-{
-    return [characters](wchar_t c) {
-        return std::any_of(characters.begin(), characters.end(), [c](wchar_t wanted) { return c == wanted; });
-    };
 }
 
 } // namespace
@@ -122,6 +115,16 @@ bool string::splitAt(std::wstring_view separator, std::vector<string>& parts, bo
     else
         parts.swap(cut);
     return found;
+}
+
+std::string string::utf8() const
+{
+    return encodedUtf8(*this);
+}
+
+string string::fromUtf8(std::string_view bytes)
+{
+    return decodedUtf8(bytes);
 }
 
 void string::assignFormatted(const wchar_t* format, const formatArgument* arguments, std::size_t count)

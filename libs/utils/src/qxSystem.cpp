@@ -1,3 +1,5 @@
+// Which system is in force, and what does not differ from platform to platform: the buttons
+// of message boxes, and the short ways to the system.
 #include "qxSystem.h"
 
 #include "qxDirectory.h"

@@ -1,3 +1,4 @@
+// Patterns with `*` and `?`, without recursion.
 #include "qxTextView.h"
 
 namespace qx

@@ -1,3 +1,4 @@
+// Times of day: a number of milliseconds that moves round the clock.
 #include "qxTime.h"
 
 #include "qxDateText.h"

@@ -1,3 +1,5 @@
+// Timestamps: milliseconds since 0001-01-01, of which date and time are quotient and
+// remainder.
 #include "qxTimestamp.h"
 
 #include "qxDateText.h"

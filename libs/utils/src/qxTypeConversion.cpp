@@ -1,15 +1,16 @@
 // The manager of conversions between held types.
 //
-// What the library itself converts is one table, made once out of lists of types and never changed. What
-// others add stands in a list of its own, which a conversion looks at only when the pair of types may be in
-// it.
+// What the library itself converts is one table, made once out of lists of types and never
+// changed. What others add stands in a list of its own, under a mutex that a conversion
+// takes only when the pair of types may be in that list, which one word of bits tells.
 #include "qxTypeConversion.h"
 
 #include "qxCell.h"
 #include "qxHeldTypes.h"
-#include "qxOutside.h"
+#include "qxHooks.h"
 #include "qxPlainConversion.h"
 #include "qxReference.h"
+#include "qxStack.h"
 
 #include <algorithm>
 #include <atomic>
@@ -159,7 +160,8 @@ struct typeConversionManager::tables
             concernsSmallValues |= isPlain(converter->sourceType()) && isPlain(converter->destinationType());
         }
         addedPairs.store(bits, std::memory_order_release);
-        cell::setLongWay(cell::longWayConverters, concernsSmallValues);
+        cell::hasAddedConversions.store(concernsSmallValues, std::memory_order_release);
+        hooks::call(hooks::conversions);
     }
 };
 
@@ -195,7 +197,7 @@ bool typeConversionManager::convert(const std::type_info& toType, void* to, cons
     std::size_t end = SIZE_MAX;
     while (const typeConverterBase* const converter = mpTables->nextAdded(pair, end)) {
         const bool isConverted = converter->convert(to, from, format, formatText);
-        outside::note();
+        hooks::call(hooks::foreignCode);
         if (isConverted)
             return true;
     }
@@ -209,5 +211,49 @@ bool typeConversionManager::exists(const std::type_info& toType, const std::type
     std::size_t end = SIZE_MAX;
     return mpTables->nextAdded(pair, end) || mpTables->own.contains(pair);
 }
+
+// --- The conversions between two plain types ---
+
+template <class To, class From>
+bool dtconvert(To& to, const From& from, int format, char*)
+{
+    return plainConversion<To, From>::run(to, from, format);
+}
+
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
+#define QX_PAIR(To, From) template QXUTILS_API bool dtconvert<To, From>(To&, const From&, int, char*);
+#define QX_PAIR_BOTH_WAYS(A, B) QX_PAIR(A, B) QX_PAIR(B, A)
+#define QX_TO_EACH_NUMBER(From)                                                                              \
+    QX_PAIR(bool, From)                                                                                      \
+    QX_PAIR(short, From)                                                                                     \
+    QX_PAIR(ushort, From)                                                                                    \
+    QX_PAIR(int, From)                                                                                       \
+    QX_PAIR(uint, From)                                                                                      \
+    QX_PAIR(long32, From)                                                                                    \
+    QX_PAIR(ulong32, From)                                                                                   \
+    QX_PAIR(uint64, From)                                                                                    \
+    QX_PAIR(float, From)                                                                                     \
+    QX_PAIR(double, From)
+#define QX_FROM_NUMBER(From) QX_TO_EACH_NUMBER(From) QX_PAIR(string, From)
+
+QX_FROM_NUMBER(bool)
+QX_FROM_NUMBER(short)
+QX_FROM_NUMBER(ushort)
+QX_FROM_NUMBER(int)
+QX_FROM_NUMBER(uint)
+QX_FROM_NUMBER(long32)
+QX_FROM_NUMBER(ulong32)
+QX_FROM_NUMBER(uint64)
+QX_FROM_NUMBER(float)
+QX_FROM_NUMBER(double)
+QX_TO_EACH_NUMBER(string)
+QX_PAIR_BOTH_WAYS(string, date)
+QX_PAIR_BOTH_WAYS(string, time)
+QX_PAIR_BOTH_WAYS(string, timestamp)
+QX_PAIR_BOTH_WAYS(date, timestamp)
+QX_PAIR(time, timestamp)
+QX_PAIR(string, locString)
+QX_PAIR(directory, string)
+QX_PAIR(string, std::wstring)
 
 } // namespace qx::typeconvert

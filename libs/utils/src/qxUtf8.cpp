@@ -3,7 +3,7 @@
 // Any byte sequence survives the way in and out: a byte that is not part of valid UTF-8 becomes the unit
 // 0xDC00 + byte. Unpaired units of other values travel as three bytes, except where reading them back would
 // join them into a pair.
-#include "qxString.h"
+#include "qxUtf8.h"
 
 #include <algorithm>
 
@@ -65,8 +65,8 @@ std::size_t endOfHighHalves(std::string_view bytes, std::size_t at)
     return at;
 }
 
-// Whether what begins at `at` becomes a low half, in whatever way it is read. No run of high halves begins
-// there.
+// True when the next unit will be a low surrogate, decoded or escaped. No run of high surrogates begins at
+// `at`.
 bool beginsWithLowHalf(std::string_view bytes, std::size_t at)
 {
     if (at == bytes.size())
@@ -104,18 +104,18 @@ std::size_t plainPrefix(std::basic_string_view<Char> text)
 
 } // namespace
 
-std::string string::utf8() const
+std::string encodedUtf8(std::wstring_view text)
 {
-    const std::size_t plain = plainPrefix(std::wstring_view(*this));
+    const std::size_t plain = plainPrefix(text);
     std::string bytes(plain, '\0');
-    std::transform(begin(), begin() + static_cast<std::ptrdiff_t>(plain), bytes.begin(),
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain), bytes.begin(),
                    [](wchar_t c) { return static_cast<char>(c); });
-    if (plain == size())
+    if (plain == text.size())
         return bytes;
-    bytes.reserve(size());
-    for (std::size_t i = plain; i < size(); ++i) {
-        const auto unit = static_cast<unsigned long>((*this)[i]);
-        const unsigned long next = i + 1 < size() ? static_cast<unsigned long>((*this)[i + 1]) : 0;
+    bytes.reserve(text.size());
+    for (std::size_t i = plain; i < text.size(); ++i) {
+        const auto unit = static_cast<unsigned long>(text[i]);
+        const unsigned long next = i + 1 < text.size() ? static_cast<unsigned long>(text[i + 1]) : 0;
         if (isHigh(unit) && isLow(next)) {
             appendEncoded(bytes, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
             ++i;
@@ -127,7 +127,7 @@ std::string string::utf8() const
     return bytes;
 }
 
-string string::fromUtf8(std::string_view bytes)
+string decodedUtf8(std::string_view bytes)
 {
     const std::size_t plain = plainPrefix(bytes);
     string text{std::wstring(bytes.begin(), bytes.begin() + plain)};

@@ -105,7 +105,7 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
     // Where somebody listens to the end of each run, the body writes its value before that.
     const ending ends = inside::ends(*mpStatement);
-    if (ends == ending::any || !cell::shortCutsAllowed())
+    if (ends == ending::any || !shortCutsAllowed())
         inside::exec(*mpStatement, context, result);
     else {
         if (ends == ending::returned)

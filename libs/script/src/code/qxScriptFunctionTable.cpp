@@ -7,7 +7,7 @@
 #include "qxScriptSettings.h"
 #include "statements/qxScriptShortCuts.h"
 
-#include "qxOutside.h"
+#include "qxHooks.h"
 #include "qxSystem.h"
 
 #include <atomic>
@@ -114,8 +114,8 @@ sharedPtr<function> loadFunction(const file& source, const string& name)
 // Told by the library below while this one is loaded.
 struct listening
 {
-    listening() { outside::setListener(epoch::move); }
-    ~listening() { outside::setListener(nullptr); }
+    listening() { hooks::set(hooks::foreignCode, epoch::move); }
+    ~listening() { hooks::set(hooks::foreignCode, nullptr); }
     listening(const listening&) = delete;
     listening& operator=(const listening&) = delete;
 };

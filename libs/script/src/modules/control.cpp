@@ -70,8 +70,7 @@ public:
 private:
     bool holds(codecontext& context) const
     {
-        const cell::word w =
-            cell::shortCutsAllowed() ? mpCondition.shortCut().smallValue(context) : cell::refused;
+        const cell::word w = shortCutsAllowed() ? mpCondition.shortCut().smallValue(context) : cell::refused;
         if (cell::holds<bool>(w))
             return cell::get<bool>(w);
         genericValue condition;

@@ -81,7 +81,7 @@ private:
     // What the object's variable holds where nobody else can reach it; null where it is not just that.
     genericValue::holderbase* holderInPlace(codecontext& context) const
     {
-        if (!cell::shortCutsAllowed())
+        if (!shortCutsAllowed())
             return nullptr;
         const genericValue* const variable = mpObject.shortCut().valueInPlace(context);
         return variable ? cell::access::holder(*variable) : nullptr;

@@ -43,7 +43,7 @@ scString nameOf(const callText& call, const refusals& texts)
 template <class T>
 T* variableInPlace(codecontext& context, const scString& name)
 {
-    if (!cell::shortCutsAllowed())
+    if (!shortCutsAllowed())
         return nullptr;
     scriptcontext* const root = scope::plainRoot(context);
     genericSet::entry* const variable = root ? scope::variable(context, *root, name) : nullptr;
@@ -204,7 +204,7 @@ private:
     bool addShort(codecontext& context) const
     {
         genericValue value;
-        if (!cell::shortCutsAllowed() || !mpValue.evaluateShort(context, value))
+        if (!shortCutsAllowed() || !mpValue.evaluateShort(context, value))
             return false;
         valueArray* const array = arrayInPlace(context);
         if (array)
@@ -380,7 +380,7 @@ private:
     {
         K key{};
         genericValue value;
-        if (!cell::shortCutsAllowed() || !this->readKeyShort(context, key) ||
+        if (!shortCutsAllowed() || !this->readKeyShort(context, key) ||
             !mpValue.evaluateShort(context, value))
             return false;
         mapOf<K>* const map = this->mapInPlace(context);

@@ -47,8 +47,8 @@ template <class Work>
 [[gnu::noinline]] void inside::watched(const statement& run, const Work& work)
 {
     checkRun();
-    const shortCuts& allowed = cell::shortCutsAllowed() ? *run.mpShortCuts : statement::noShortCuts;
-    const bool traced = cell::isTraced();
+    const shortCuts& allowed = shortCutsAllowed() ? *run.mpShortCuts : statement::noShortCuts;
+    const bool traced = isTraced();
     if (traced)
         trace(run, L"trying to exec (%s)");
     if (run.mStaysInside)
@@ -65,7 +65,7 @@ template <class Work>
 [[gnu::always_inline]] inline void inside::guarded(const statement& run, const Work& work)
 {
     try {
-        if (!cell::shortCutsAllowed() || !stack::isFar())
+        if (!shortCutsAllowed() || !stack::isFar())
             return watched(run, work);
         const unsigned leaves = run.mStaysInside ? 0 : 1;
         epoch::current += leaves;
@@ -120,7 +120,7 @@ void inside::execInBlock(const statement& run, codecontext& fresh)
 [[gnu::always_inline]] inline bool inside::takeSmall(const statement& run, codecontext& context,
                                                      genericValue& result, bool isOwn)
 {
-    if (run.mShortCutDepth == noShortCut || run.mGivesText || !cell::shortCutsAllowed())
+    if (run.mShortCutDepth == noShortCut || run.mGivesText || !shortCutsAllowed())
         return false;
     const cell::word before = isOwn ? cell::null : cell::access::load(result);
     const cell::word value = smallValue(run, context);
@@ -144,7 +144,7 @@ void inside::execInBlock(const statement& run, codecontext& fresh)
     const cell::word before = cell::access::load(result);
     const bool isText = before == cell::null || cell::kindIn(before) == cell::decimalKind;
     if (run.mShortCutDepth == noShortCut || cell::isHolder(before) || (run.mKeepsType && !isText) ||
-        !cell::shortCutsAllowed())
+        !shortCutsAllowed())
         return false;
     textScratch text;
     return declinesWithoutMemory([&] {

@@ -80,7 +80,7 @@ template <writable T>
 void writeToSlot(genericValue& result, const T& value)
 {
     if constexpr (cell::small<T>) {
-        const cell::word w = cell::shortCutsAllowed() ? cell::make(value) : cell::refused;
+        const cell::word w = shortCutsAllowed() ? cell::make(value) : cell::refused;
         if (w != cell::refused && writeTyped(result, w))
             return;
     }

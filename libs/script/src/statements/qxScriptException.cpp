@@ -2,6 +2,7 @@
 #include "qxScriptException.h"
 
 #include "qxFile.h"
+#include "qxTextSlice.h"
 
 namespace qx::script
 {

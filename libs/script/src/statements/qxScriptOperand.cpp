@@ -11,7 +11,7 @@ bool operand::readLongText(codecontext& context, textScratch& text) const
     genericValue value;
     if (!write(context, value))
         return false;
-    if (cell::shortCutsAllowed() && text.show(cell::access::load(value)))
+    if (shortCutsAllowed() && text.show(cell::access::load(value)))
         return true;
     string read;
     if (string* const sole = soleText(value))

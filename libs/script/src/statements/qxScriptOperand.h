@@ -18,7 +18,7 @@ namespace qx::script
 {
 
 // The short cut to what an operand holds. Borrows from its provider. Its questions may be asked only where
-// cell::shortCutsAllowed; one that declines has had no effect.
+// shortCutsAllowed; one that declines has had no effect.
 class operandShortCut
 {
 public:
@@ -143,7 +143,7 @@ public:
     void foldAs(const operand& twin) noexcept { mShort.foldAs(twin.mShort); }
 
     // Evaluates by a short cut into `value`, which is null and nobody else's. False, without an effect, where
-    // there is none. To be called only where cell::shortCutsAllowed.
+    // there is none. To be called only where shortCutsAllowed.
     bool evaluateShort(codecontext& context, genericValue& value) const
     {
         const cell::word w = mShort.smallValue(context);
@@ -157,7 +157,7 @@ public:
     // Evaluates into `value`, which is null and nobody else's. False without a provider and when it fails.
     [[gnu::always_inline]] bool evaluate(codecontext& context, genericValue& value) const // W1, W5
     {
-        return (mShort.depth() != inside::noShortCut && cell::shortCutsAllowed() &&
+        return (mShort.depth() != inside::noShortCut && shortCutsAllowed() &&
                 evaluateShort(context, value)) ||
                write(context, value);
     }
@@ -184,13 +184,13 @@ public:
             return true;
         } else {
             if constexpr (cell::small<T>)
-                if (cell::shortCutsAllowed() && mShort.read(context, out))
+                if (shortCutsAllowed() && mShort.read(context, out))
                     return true;
             genericValue value;
             if (!evaluate(context, value))
                 return false;
             if constexpr (heldNumber<T>)
-                if (const string* const text = soleText(value); text && cell::shortCutsAllowed())
+                if (const string* const text = soleText(value); text && shortCutsAllowed())
                     return readNumber(*text, out);
             return value.getValue(out);
         }
@@ -200,7 +200,7 @@ public:
     // operand.
     bool readText(codecontext& context, textScratch& text) const
     {
-        return (cell::shortCutsAllowed() && mShort.textValue(context, text)) || readLongText(context, text);
+        return (shortCutsAllowed() && mShort.textValue(context, text)) || readLongText(context, text);
     }
 
 private:

@@ -1,6 +1,8 @@
 // References to host objects as held values, and their truth value.
 #include "qxScriptReference.h"
 
+#include "contexts/qxScriptEpoch.h"
+
 #include "qxHeldValue.h"
 #include "qxReference.h"
 
@@ -12,6 +14,11 @@ template class qx::genericValue::holder<reference>;
 template class qx::genericValue::valueholder<reference>;
 template QXSCRIPT_API qx::genericValue::genericValue(const reference&);
 template QXSCRIPT_API bool qx::genericValue::getValue(reference&) const;
+
+void qx::intrface::objectEnded() noexcept
+{
+    script::epoch::move();
+}
 
 namespace qx::script
 {

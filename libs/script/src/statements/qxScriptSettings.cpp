@@ -1,9 +1,9 @@
 // Switches of the engine, and the limit of steps.
 #include "qxScriptSettings.h"
 
+#include "statements/qxScriptLongWay.h"
 #include "statements/qxScriptSteps.h"
 
-#include "qxCell.h"
 #include "qxException.h"
 #include "qxStack.h"
 
@@ -22,12 +22,12 @@ constinit QX_THREAD_LOCAL std::uint64_t stepsLeft = unlimited;
 
 bool shortCuts() noexcept
 {
-    return !(cell::longWayReasons.load(std::memory_order_relaxed) & cell::longWayWanted);
+    return !(longWayReasons.load(std::memory_order_relaxed) & longWayWanted);
 }
 
 void setShortCuts(bool on) noexcept
 {
-    cell::setLongWay(cell::longWayWanted, !on);
+    setLongWay(longWayWanted, !on);
 }
 
 bool strictFileCheck() noexcept

@@ -6,6 +6,7 @@
 #include "qxHolder.h"
 #include "qxNumberText.h"
 #include "qxScriptStatement.h"
+#include "statements/qxScriptLongWay.h"
 
 #include <optional>
 
@@ -209,7 +210,7 @@ template <class T>
 bool readValue(const genericValue& value, T& out)
 {
     if constexpr (cell::small<T>)
-        if (cell::shortCutsAllowed() && cell::read(cell::access::load(value), out))
+        if (shortCutsAllowed() && cell::read(cell::access::load(value), out))
             return true;
     return value.getValue(out);
 }

@@ -1,3 +1,5 @@
+// The console of the posix system: arguments come as UTF-8, and a terminal shows what is
+// written as it is.
 #include "qxConsole.h"
 
 #include <unistd.h>

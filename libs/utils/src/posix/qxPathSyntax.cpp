@@ -1,3 +1,5 @@
+// Names of files as posix has them: one root, `/`, and names that differ in case are
+// different.
 #include "qxPlatform.h"
 #include "qxSystem.h"
 

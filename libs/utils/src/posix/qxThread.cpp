@@ -1,3 +1,5 @@
+// The bounds of a thread's stack, from the thread library. That of the main thread reads
+// /proc.
 #include "qxPlatform.h"
 
 #include <pthread.h>

@@ -1,4 +1,4 @@
-// The default ANSI code page of Windows.
+// The default ANSI code page of Windows, by the system's own conversions.
 #include "qxPlatformSystem.h"
 
 #include "qxWindows.h"

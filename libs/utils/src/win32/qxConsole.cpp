@@ -1,3 +1,5 @@
+// The console of Windows: arguments come from the wide command line, and code page and
+// colours are switched on.
 #include "qxConsole.h"
 
 #include "qxCommandLine.h"

@@ -1,3 +1,5 @@
+// Names of files as Windows has them: drives, shares and a root on each, compared without
+// regard to case.
 #include "qxPlatform.h"
 #include "qxSystem.h"
 

@@ -1,3 +1,4 @@
+// The bounds of a thread's stack, which Windows keeps at hand.
 #include "qxPlatform.h"
 
 #include <windows.h>

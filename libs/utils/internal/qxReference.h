@@ -11,6 +11,7 @@
 namespace qx::typeconvert
 {
 
+// Longer chains, which a cycle makes too, are refused.
 inline constexpr int referencesAtMost = 64;
 
 // The variable at the end of a chain of references. Null for a null reference and for a chain of more than

@@ -9,7 +9,9 @@
 // is kept as that int until somebody wants the text. What does not fit (a great uint64, a NaN with a payload)
 // lies in a holder like everything else.
 //
-// For the libraries and what builds on their insides; hosts use genericValue, which does the same.
+// For the two libraries; hosts use genericValue, which does the same. Words are values: who has one of a
+// holder may use it only as long as the value that it was loaded from keeps it. Nothing here throws but
+// std::bad_alloc from texts.
 #pragma once
 
 #include "qxCompiler.h"
@@ -221,17 +223,13 @@ QXUTILS_API bool convert(word w, T& out);
     USE(qx::time)                                                                                            \
     USE(qx::timestamp)
 
-// The integers in a range of kinds, and the texts among them, which have the int's value.
-constexpr bool isInteger(word w)
-{
-    return kindIn(w) - intKind <= uint64Kind - intKind;
-}
 constexpr bool isUnsigned(word w)
 {
     return kindIn(w) == uintKind || kindIn(w) == ulongKind || kindIn(w) == uint64Kind;
 }
 
-// The same, in place for what occurs most. For short cuts: it knows the library's own conversions alone.
+// `convert`, in place for what occurs most. A fast path for where onlyOwnConversions: no other converter is
+// asked.
 template <class T>
 inline bool read(word w, T& out)
 {
@@ -242,17 +240,17 @@ inline bool read(word w, T& out)
         }
     }
     if constexpr (std::is_same_v<T, int> || std::is_same_v<T, long32>) {
-        if (isInteger(w)) {
+        if (isIntegral(w)) {
             out = valueTraits<T>::wrap(payloadIn(w));
             return true;
         }
     } else if constexpr (std::is_same_v<T, uint>) {
-        if (isInteger(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
+        if (isIntegral(w) && (kindIn(w) != decimalKind || static_cast<int>(payloadIn(w)) >= 0)) {
             out = payloadIn(w);
             return true;
         }
     } else if constexpr (std::is_same_v<T, double>) {
-        if (isInteger(w)) {
+        if (isIntegral(w)) {
             out = isUnsigned(w) ? static_cast<double>(payloadIn(w))
                                 : static_cast<double>(static_cast<int>(payloadIn(w)));
             return true;
@@ -282,13 +280,13 @@ public:
         if (isHolder(before))
             genericValue::end(before);
     }
-    // The same for a value that others may write: `before` is what it had, and no holder. False, with nothing
+    // store for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.
     static bool storeIf(genericValue& value, word before, word small) noexcept
     {
         return atomics::replaceRelease(value.mWord, before, small);
     }
-    // The same with all that `source` holds, which is null then.
+    // storeIf with all that `source` holds, which is null then.
     static bool moveIf(genericValue& value, word before, genericValue& source) noexcept
     {
         if (!storeIf(value, before, source.mWord))
@@ -332,36 +330,16 @@ QXUTILS_API bool copyHeld(const genericValue& value, genericValue::holderbase& d
 // A value that holds `text`, which is emptied.
 QXUTILS_API genericValue made(string&& text);
 
-// --- Short cuts ---
+// --- Conversions that others add ---
 
-// Why whoever runs scripts has to go the long way.
-enum longWay : unsigned
-{
-    longWayWanted = 1,    // somebody switched the short cuts off
-    longWayTraced = 2,    // somebody listens to the run of each statement
-    longWayConverters = 4 // the conversions between small values and text are not the library's own alone
-};
-extern QXUTILS_API std::atomic<unsigned> longWayReasons;
+// True while some converter that was added to the conversion manager reads or writes a small value. Kept by
+// the manager.
+extern QXUTILS_API std::atomic<bool> hasAddedConversions;
 
-inline bool shortCutsAllowed() noexcept
-{
-    return longWayReasons.load(std::memory_order_relaxed) == 0;
-}
-inline bool isTraced() noexcept
-{
-    return longWayReasons.load(std::memory_order_relaxed) & longWayTraced;
-}
 // False where the conversion manager has to be asked, even between small values.
 inline bool onlyOwnConversions() noexcept
 {
-    return !(longWayReasons.load(std::memory_order_acquire) & longWayConverters);
-}
-inline void setLongWay(longWay reason, bool applies) noexcept
-{
-    if (applies)
-        longWayReasons.fetch_or(reason, std::memory_order_relaxed);
-    else
-        longWayReasons.fetch_and(~static_cast<unsigned>(reason), std::memory_order_relaxed);
+    return !hasAddedConversions.load(std::memory_order_acquire);
 }
 
 } // namespace qx::cell

@@ -1,4 +1,4 @@
-// Small blocks from thread-caching free lists, for what the engine makes and ends all the time.
+// Small blocks from thread-caching free lists, for objects that are made and ended all the time.
 //
 // Each thread keeps the blocks it frees, by size, up to a cap, and takes from there first. A thread's lists
 // are given back to the heap when it ends.
