@@ -111,7 +111,8 @@ namespace
 {
 
 // The slow path of `give`: frees what the thread's cache has no room for, and on the first call of a thread
-// allocates its cache. Not inline, so that `give` saves no registers.
+// allocates its cache. Not inline, so that `give` saves no registers: W4, whose
+// texts come and go in holders.
 [[gnu::noinline]] void giveElsewhere(void* freed, std::size_t size) noexcept
 {
     if (!cached || !freed || size > largest || local != &before)

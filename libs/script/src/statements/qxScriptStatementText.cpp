@@ -1,8 +1,6 @@
 // The texts of statements: kept as a piece of the parsed text until the first who asks makes a text of it.
 #include "statements/qxScriptStatementText.h"
 
-#include "qxTextSlice.h"
-
 #include <memory>
 
 namespace qx::script
