@@ -76,6 +76,7 @@ private:
 class QXUTILS_API iniFileReader : public keyValueFileReader
 {
 public:
+    // Looks at no file yet; open and fill do.
     explicit iniFileReader(const file& file);
 };
 
@@ -84,6 +85,7 @@ public:
 class QXUTILS_API cfgFileReader : public keyValueFileReader
 {
 public:
+    // Looks at no file yet; open and fill do.
     explicit cfgFileReader(const file& file);
 
     bool readSection(string& name) override;
