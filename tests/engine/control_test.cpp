@@ -189,19 +189,6 @@ TEST(control, for_each_walks_an_iterator)
     EXPECT_EQ(part.references, 1u);
 }
 
-TEST(control, object_that_is_no_iterator_has_no_elements)
-{
-    hostObject<unknown> object;
-    scriptcontext context;
-    context.createVariable(nameOf(L"o"), object.value());
-    parsed(L"for_each(e, o, { getvar(missing); })")->exec(context);
-    EXPECT_EQ(valueText(evaluated(L"createarray(nullref())")), "array []");
-    qx::genericValue array(5);
-    parsed(L"createarray(o)")->exec(context, array);
-    EXPECT_EQ(valueText(array), "array []");
-    EXPECT_EQ(object.references, 2u); // the variable's own
-}
-
 #ifdef NDEBUG
 
 // Ten million iterations are for the optimised build alone.
