@@ -333,30 +333,34 @@ string withOperand(const string& shape, const string& operand)
     return filled(shape, [&](wchar_t sign) { return sign == L'~' ? L"varr" : operand; });
 }
 
-// The shapes that do not fail with an operand that suits most. For comparisons that are under way.
-std::vector<string> suitableShapes()
+// The shapes that, with an operand that suits most, make a statement of which `holds` is true.
+template <class Condition>
+std::vector<string> shapesWhere(const Condition& holds)
 {
     std::vector<string> found = listedShapes();
-    std::erase_if(found, [](const string& shape) {
+    std::erase_if(found, [&](const string& shape) {
         const assertRecorder recorder;
         const string program = withOperand(shape, L"vone");
         std::string refusal;
         const ownedStatement made = parsedIf(program, refusal);
-        return !made || !world(ways[0], program, 0).outcomeOf(*made).starts_with("nothing thrown");
+        return !made || !holds(*made, program);
     });
     return found;
 }
 
 std::vector<string> shapesWithShortCut()
 {
-    std::vector<string> found = listedShapes();
-    std::erase_if(found, [](const string& shape) {
-        const assertRecorder recorder;
-        std::string refusal;
-        const ownedStatement made = parsedIf(withOperand(shape, L"vone"), refusal);
-        return !made || qx::script::inside::depth(*made) == qx::script::inside::noShortCut;
+    return shapesWhere([](const statement& made, const string&) {
+        return qx::script::inside::depth(made) != qx::script::inside::noShortCut;
     });
-    return found;
+}
+
+// Those that do not fail. For comparisons that are under way.
+std::vector<string> suitableShapes()
+{
+    return shapesWhere([](const statement& made, const string& program) {
+        return world(ways[0], program, 0).outcomeOf(made).starts_with("nothing thrown");
+    });
 }
 
 // How many operands the shape has, and the shape with one of them and the others given.
