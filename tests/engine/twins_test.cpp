@@ -202,22 +202,21 @@ private:
     static bool occurs(const programVariable& asked, const string& program)
     {
         return program.find(asked.name) != string::npos ||
-               std::any_of(programVariables().begin(), programVariables().end(),
-                           [&](const programVariable& other) {
-                               return &other != &asked && other.preparation &&
-                                      string(other.preparation).find(asked.name) != string::npos &&
-                                      occurs(other, program);
-                           });
+               std::any_of(
+                   programVariables().begin(), programVariables().end(), [&](const programVariable& other) {
+                       return &other != &asked && other.preparation.find(asked.name) != string::npos &&
+                              occurs(other, program);
+                   });
     }
 
     void make(const programVariable& made)
     {
-        const qx::scString name = nameOf(made.name);
-        const bool isObject = made.name == std::wstring_view(L"vobject");
+        const qx::scString name = qx::scString::createFrom(made.name);
+        const bool isObject = made.name == L"vobject";
         makeAt(mSeed / 8 + mNames.size(), name,
                isObject ? mObjects.object->value() : genericValue(made.value));
         std::vector<string> steps;
-        string(made.preparation ? made.preparation : L"").splitAt(L";", steps, false);
+        made.preparation.splitAt(L";", steps, false);
         for (const string& step : steps)
             if (!step.empty())
                 parsed(step)->exec(*mpInner);
