@@ -379,6 +379,18 @@ TEST(scriptFiles, no_expectation_is_left_without_its_script)
     EXPECT_EQ(filesWith(".expected"), cases());
 }
 
+TEST(scriptFiles, clones_of_signals_raise_them)
+{
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"break()", L"#breaksignal#"},
+                                                              {L"continue()", L"#continuesignal#"}};
+    for (const auto& [text, signal] : rows) {
+        scriptcontext context;
+        const auto original = parsed(text, qx::script::continueAllowed | qx::script::breakAllowed);
+        ownedStatement(original->clone())->exec(context);
+        EXPECT_TRUE(context.scriptSignal(nameOf(signal))) << string(signal).utf8();
+    }
+}
+
 // What a statement does to the value that it is written into, as the table of its module tells: seen over a
 // map, into which nothing converts.
 TEST(scriptFiles, every_statement_has_rows_that_show_what_its_result_does)
