@@ -61,8 +61,11 @@ programVariable variableOf(const string& row)
     } else if (type == types.end()) {
         made.preparation = rest;
     } else {
+        const string text = exchanged(rest.substr(word + 1), false);
         made.value = type->second;
-        made.value.setValue(exchanged(rest.substr(word + 1), false));
+        made.value.setValue(text);
+        if (type->first == L"string")
+            made.value = genericValue(text); // which may keep it as a number
     }
     return made;
 }
