@@ -84,6 +84,7 @@ TEST(fsEntry, names_compare_by_what_they_stand_for)
 {
     EXPECT_EQ(file(L"/a/x"), file(L"/a/./b/../x"));
     EXPECT_LT(file(L"/a/x"), file(L"/a/y"));
+    EXPECT_EQ(file(L"").relativeNameTo(fsEntryName(L"/a/")), L"");
     fsEntryName name;
     name.setName(L"a\\b/c.tar.gz", false);
     EXPECT_EQ(name.text(), L"a\\b/c.tar.gz");
