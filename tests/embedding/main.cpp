@@ -1,3 +1,4 @@
+// A host that adds a statement and runs a script with it.
 #include <qxScript>
 
 #include <qxScriptHost.h>

@@ -3,6 +3,7 @@
 #include "assertRecorder.h"
 #include "host.h"
 #include "scriptSupport.h"
+#include "support/expectations.h"
 
 #include <gtest/gtest.h>
 
@@ -11,82 +12,23 @@ namespace
 
 namespace script = qx::script;
 
-TEST(codeManager, splitsCodeCalls)
+TEST(codeManager, code_calls_are_split_as_expected)
 {
-    const struct
-    {
-        const wchar_t* call;
-        bool good;
-        script::eCodeType type;
-        const wchar_t* fileAndFunction;
-    } cases[] = {
-        {L"script$tools$pick", true, script::codeTypeScript, L"tools|pick"},
-        {L"$Tools$PICK", true, script::codeTypeScript, L"tools|pick"},
-        {L" D L\tl$ My Tools \t$ pi ck ", true, script::codeTypeDll, L"my tools|pick"},
-        {L"dll$$f", false, script::codeTypeDll, L"|f"},
-        {L"tools$pick", false, script::codeTypeDll, L"unchanged|unchanged"},
-        {L"", false, script::codeTypeDll, L"unchanged|unchanged"},
-        {L"\"script$tools$pick", false, script::codeTypeDll, L"unchanged|unchanged"},
-    };
-    const assertRecorder recorder;
-    for (const auto& row : cases) {
-        SCOPED_TRACE(qx::string(row.call).utf8());
+    expectOutcomes("engine/codecalls", [](const qx::string& call) {
+        const assertRecorder recorder;
         script::eCodeType type = script::codeTypeDll;
         qx::string file = L"unchanged";
         qx::string function = L"unchanged";
-        EXPECT_EQ(script::codeManager::instance()->parseCodeCall(row.call, type, file, function), row.good);
-        EXPECT_EQ(type, row.type);
-        EXPECT_EQ(file + L"|" + function, row.fileAndFunction);
-    }
-    EXPECT_EQ(assertRecorder::take(), texts{L"parseCodeCall: invalid codetype \"script"});
+        const bool isSplit = script::codeManager::instance()->parseCodeCall(call, type, file, function);
+        texts lines{(isSplit ? L"" : L"refused: ") +
+                    qx::string(type == script::codeTypeDll ? L"dll|" : L"script|") + file + L"|" + function};
+        const texts reports = assertRecorder::take();
+        lines.insert(lines.end(), reports.begin(), reports.end());
+        return lines;
+    });
 }
 
-TEST(codeManager, bindsLoadsAndRuns)
-{
-    const scratchDirectory directory;
-    std::filesystem::create_directory(directory.path("sub"));
-    directory.write(
-        "running.qxscr",
-        "scrdef both(in<int> a, in<string> b = \"ABC\") { return(callfunction($running$b, b)); }\n"
-        "scrdef b(in x) { return(x); }\n"
-        "scrdef unnamed(in<int> , in<int> a) { return(a); }\n"
-        "scrdef twice(in a, in b = \"from the first\") { return(a); }\n"
-        "scrdef TWICE(in c) { return(b); }\n"
-        "scrdef text(){ throwmessage(\"thrown\"); }\n"
-        "scrdef bound(in a = throwmessage(\"thrown\"){ return(a); }\n"
-        "scrdef body(out<int> x){ nosuchstatement(); }\n"
-        "scrdef paths() { callfunction($sub/deep$f); return(getglobalvar(scriptbasepath)); }\n"
-        "scrdef here() { return(getglobalvar(scriptbasepath)); }\n");
-    directory.write("sub/deep.qxscr", "scrdef f() { createvar(a); }");
-    const currentDirectory current(directory.path("sub"));
-    const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
-    const std::string base = directory.name().utf8();
-    const std::string missing = "File " + base + separator + "sub" + separator;
-    const struct
-    {
-        const wchar_t* call;
-        std::string outcome;
-        texts arguments;
-    } rows[] = {
-        {L"$running$both", "Two", {L"1", L"Two", L"surplus"}},
-        {L"script$Running$Both", "abc", {L"1"}},
-        {L"$running$unnamed", "first", {L"first"}},    // an empty name takes no argument
-        {L"$running$twice", "from the first", {L"x"}}, // a later definition leaves parameters of the earlier
-        {L"$running$text", "Error executing script \"thrown\n\ntext\" ", {}},
-        {L"$running$bound", "Error preparing parameter for function \"bound\" (thrown)", {}},
-        {L"$running$body", "Error parsing { nosuchstatement(); }", {}}, // it is parsed first
-        // The base path follows the file that runs.
-        {L"$running$here", base + separator, {}},
-        {L"$running$paths", base + separator + "sub" + separator, {}},
-        // Malformed calls find no file.
-        {L"$nosuchfile$f", missing + "nosuchfile.qxsscr not found!", {}},
-        {L"tools$pick", missing + ".qxsscr not found!", {}},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(runCall(directory.name(), row.call, row.arguments), row.outcome);
-}
-
-TEST(codeManager, aFinishedRunLeavesItsParametersAndNoSignal)
+TEST(codeManager, finished_run_leaves_its_parameters_and_no_signal)
 {
     const scratchDirectory directory;
     directory.write("finished.qxscr", "scrdef f(in a = \"1\") { callfunction(dll$lib$func); }");
@@ -105,7 +47,7 @@ TEST(codeManager, aFinishedRunLeavesItsParametersAndNoSignal)
         EXPECT_EQ(bool(context.scriptSignal(nameOf(signal))), signal == raised[2]);
 }
 
-TEST(codeManager, aFunctionIsLoadedAgainOnlyForANewerFile)
+TEST(codeManager, function_is_loaded_again_only_for_a_newer_file)
 {
     const scratchDirectory directory;
     std::filesystem::create_directory(directory.path("other"));
@@ -129,7 +71,7 @@ TEST(codeManager, aFunctionIsLoadedAgainOnlyForANewerFile)
     EXPECT_TRUE(runCall(directory.name(), call).ends_with(" not found!")) << "a deleted file fails at once";
 }
 
-TEST(codeManager, whatAFailedReadOrListingGaveIsNotKept)
+TEST(codeManager, what_a_failed_read_or_listing_gave_is_not_kept)
 {
     class stumblingDisk final : public fakeSystem
     {
@@ -163,7 +105,7 @@ TEST(codeManager, whatAFailedReadOrListingGaveIsNotKept)
     EXPECT_EQ(call("g"), "g");
 }
 
-TEST(codeManager, threadsShareOneFunction)
+TEST(codeManager, threads_share_one_function)
 {
     const scratchDirectory directory;
     const std::string name = unusedName();

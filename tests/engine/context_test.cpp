@@ -47,7 +47,7 @@ TEST(context, look_up_goes_from_the_inner_locals_to_parameters_and_globals)
     EXPECT_FALSE(outer.hasVariable(nameOf(L"A")));
 }
 
-TEST(context, setVariable_writes_the_innermost_local_and_nothing_else)
+TEST(context, set_variable_writes_the_innermost_local_and_nothing_else)
 {
     scriptcontext root;
     codecontext block(&root);
@@ -111,7 +111,7 @@ TEST(context, blocks_forward_what_concerns_the_call)
     EXPECT_FALSE(root.scriptSignal(a));
 }
 
-TEST(context, contextSharesGlobals)
+TEST(context, context_shares_globals)
 {
     scriptcontext caller;
     {

@@ -1,14 +1,9 @@
 // The texts of this tree that tests read: sources, documents, examples, and what the library tells of itself.
 #pragma once
 
-#include <qxScriptInspect.h>
+#include "support/expectations.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <string>
-#include <vector>
+#include <qxScriptInspect.h>
 
 inline std::filesystem::path treeRoot()
 {
@@ -18,21 +13,6 @@ inline std::filesystem::path treeRoot()
 inline std::filesystem::path scriptsDirectory()
 {
     return treeRoot() / "tests/cases";
-}
-
-inline std::string contentOf(const std::filesystem::path& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-inline std::vector<std::string> linesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 // Without those that other tests have made.

@@ -97,7 +97,7 @@ std::string outcomeOf(const codeBlock& block)
                                             : "Fails with `" + chain.back() + "`";
 }
 
-TEST(documents, scriptsGiveWhatTheySay)
+TEST(documents, scripts_give_what_they_say)
 {
     std::size_t count = 0;
     for (const codeBlock& block : allBlocks()) {
@@ -113,7 +113,7 @@ TEST(documents, scriptsGiveWhatTheySay)
     EXPECT_GT(count, 20u);
 }
 
-TEST(documents, sourcesAreThoseOfExamples)
+TEST(documents, sources_are_those_of_examples)
 {
     std::string sources = contentOf(fs::path(QX_TESTS_DIR) / "embedding/CMakeLists.txt");
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(treeRoot() / "examples"))

@@ -33,7 +33,7 @@ void expectParsing(const wchar_t* id, const qx::string& text, const Args&... arg
 
 } // namespace
 
-TEST(failures, exceptionTexts)
+TEST(failures, exception_texts)
 {
     const qx::file script(L"tools.qxscr");
     // Text of a script is neither a format nor a field of the message around it.

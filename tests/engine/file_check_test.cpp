@@ -7,6 +7,7 @@
 #include "recordingObject.h"
 #include "scriptSupport.h"
 #include "settingsInForce.h"
+#include "support/expectations.h"
 
 #include <gtest/gtest.h>
 
@@ -199,75 +200,40 @@ TEST(fileCheck, what_runs_at_the_end_of_an_old_tree_changes_no_call)
     call->exec(context, result);
 }
 
-TEST(fileCheck, a_change_that_the_thread_may_know_of_is_noticed_at_once)
+namespace
 {
-    // CALL is the second call; without it that comes behind the row.
-    const struct
-    {
-        const wchar_t* text;
-        bool isNoticed = true;
-    } rows[] = {
-        // Nothing but the engine runs.
-        {L"setvar(own, add<int>(own, \"1\"))", false},
-        {L"while(issmaller<int>(own, \"3\"), { setvar(own, add<int>(own, \"1\")); if(isnull(own), {}); })",
-         false},
-        {L"addtoarray(list, strcat(own, sizeofarray(list)))", false},
-        {L"setvar(own, ref)", false}, // which nobody follows
-        {L"createvar(c, list)", false},
-        {L"{ createvar(c, o); setvar(c, own); }", false}, // counting is taken for just that
-        // What others may have written is read.
-        {L"setvar(own, shared)"},
-        {L"createvar(c, strcat(own, shared))"},
-        {L"if(shared, {})"},
-        {L"if(isnull(snull), {})"},
-        {L"while(isnull(snull), { break(); })"},
-        {L"setvar(shared, own)"},
-        {L"createvar(c, getparameter(sparameter))"},
-        {L"createvar(c, getglobalvar(sglobal))"},
-        {L"createvar(c, sizeofarray(slist))"},
-        {L"createvar(c, arrayelement(slist, \"0\"))"},
-        {L"createvar(c, strcat(setvar(shared, CALL), CALL))"},
-        {L"createvar(c, strcat(treatasfunction(strcat(keepreturned(return(own)), CALL)), CALL))"},
-        {L"createvar(c, add<int>(ref, own))"},
-        {L"if(ref, {})"},
-        {L"setvar(ref, \"2\")"},
-        {L"createvar(c, strlen(arrayelement(refs, \"0\")))"},
-        // The host's code runs.
-        {L"host()"},
-        {L"setvar(last, own)"}, // which ends the object
-        {L"for_each(x, it, { CALL; })"},
-        {L"for_each(x, it, {})"},
-        {L"obj_set<int>(o, \"f\", CALL, \"1\")"},
-        {L"obj_set<int>(o, \"f\", \"1\", CALL)"},
-        {L"obj_set<int>(o, CALL, \"1\", CALL)"},
-        {L"obj_has(o, CALL)"},
-        {L"createvar(c, add<int>(list, own))"},
-        {L"if(isoftype<int>(list), {})"},
-        {L"callfunction($OTHER$f)"}, // whose text is parsed
-        // The machine, which may be the host's own.
-        {L"createvar(c, strlen(loc))"},
-    };
-    for (const bool shortCuts : {true, false}) {
-        const shortCutsSet inForce(shortCuts);
-        for (const auto& row : rows) {
-            std::vector<string> pieces;
-            string(row.text).splitAt(L"CALL", pieces, false);
-            const bool callsItself = pieces.size() > 1;
-            changingFile file(2 + std::max(1, static_cast<int>(pieces.size()) - 1));
-            foreignCode foreign(file);
-            const std::string other = unusedName();
-            file.directory.write(other + ".qxscr", "scrdef f(){ sqrt(\"4\"); }");
-            string program = L"{ CALL; CALL; ";
-            program.append(row.text).append(callsItself ? L"; }" : L"; CALL; }");
-            program.replace(L"CALL", file.call()).replace(L"OTHER", string::fromUtf8(other));
 
-            scriptcontext context;
-            context.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(file.directory.name()));
-            foreign.fill(context);
-            EXPECT_EQ(chainText([&] { parsed(program)->exec(context); }), "nothing thrown") << program.utf8();
-            EXPECT_EQ(valueText(context.variable(nameOf(L"seen"))),
-                      "string \"" + (row.isNoticed ? file.version() : "1") + "\"")
-                << (shortCuts ? "" : "the long way: ") << program.utf8();
-        }
-    }
+// What a row gives; the same with short cuts and the long way.
+std::string outcomeOf(const string& row, bool shortCuts)
+{
+    const shortCutsSet inForce(shortCuts);
+    std::vector<string> pieces;
+    row.splitAt(L"CALL", pieces, false);
+    const bool callsItself = pieces.size() > 1;
+    changingFile file(2 + std::max(1, static_cast<int>(pieces.size()) - 1));
+    foreignCode foreign(file);
+    const std::string other = unusedName();
+    file.directory.write(other + ".qxscr", "scrdef f(){ sqrt(\"4\"); }");
+    string program = L"{ CALL; CALL; " + row + (callsItself ? L"; }" : L"; CALL; }");
+    program.replace(L"CALL", file.call()).replace(L"OTHER", string::fromUtf8(other));
+
+    scriptcontext context;
+    context.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(file.directory.name()));
+    foreign.fill(context);
+    const std::string failure = chainText([&] { parsed(program)->exec(context); });
+    const std::string seen = valueText(context.variable(nameOf(L"seen")));
+    return failure != "nothing thrown"                   ? failure
+           : seen == "string \"" + file.version() + "\"" ? "noticed"
+                                                         : "serves " + seen;
+}
+
+} // namespace
+
+TEST(fileCheck, changes_are_noticed_as_expected)
+{
+    expectOutcomes("engine/file_check", [](const string& row) {
+        const std::string outcome = outcomeOf(row, true);
+        EXPECT_EQ(outcomeOf(row, false), outcome) << row.utf8();
+        return texts{string::fromUtf8(outcome)};
+    });
 }

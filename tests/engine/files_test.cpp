@@ -1,12 +1,11 @@
 // Files, libraries and processes in scripts, as far as a disk, a system of the test's own or a second process
-// is needed.
+// is needed. What the command line can show is in commandline.expected.
 #include "documents.h"
 #include "host.h"
 #include "scriptSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <thread>
@@ -31,23 +30,10 @@ protected:
     // What a text gives, or the innermost reason of its failure; the directory is left out.
     std::string outcome(const string& text)
     {
-        string shown;
-        const texts chain = failureOf([&] {
-            qx::genericValue result;
-            parsed(text)->exec(mContext, result);
-            shown = string::fromUtf8(valueText(result));
-        });
-        if (chain[0] != L"nothing thrown")
-            shown = chain.back().substr(chain.back().rfind(L'(') + 1);
+        string shown = string::fromUtf8(outcomeIn(mContext, text));
+        if (shown.starts_with(L"Error executing"))
+            shown.erase(0, shown.rfind(L'(') + 1);
         return shown.replace(mDirectory.name(""), L"").replace(L")", L"").utf8();
-    }
-
-    // Runs a command of the posix shell in the directory; `qxscript` is the program.
-    void shell(const std::string& command)
-    {
-        const std::string all = "cd '" + mDirectory.path("").string() +
-                                "' && qxscript() { '" QX_SCRIPT_PROGRAM "' \"$@\"; }; " + command;
-        EXPECT_EQ(std::system(all.c_str()), 0) << all;
     }
 
     scratchDirectory mDirectory;
@@ -174,74 +160,16 @@ TEST_F(files, library_is_looked_for_at_four_places)
     }
 }
 
-#ifdef QX_SCRIPT_PROGRAM
-
 // What needs programs of a posix system.
 class filesBesideOthers : public files
 {
 protected:
     void SetUp() override
     {
-        if (!fs::exists("/proc/self/stat") || std::string(QX_SCRIPT_PROGRAM).ends_with(".exe"))
+        if (!fs::exists("/proc/self/stat"))
             GTEST_SKIP() << "needs a posix shell";
     }
 };
-
-TEST_F(filesBesideOthers, full_disks)
-{
-    mDirectory.write("big", std::string(100000, 'x'));
-    mDirectory.write("log", std::string(8 * 1024, 'x'));
-    shell("ulimit -f 8; qxscript eval 'file_appendtextline(\"log\", \"line\")' && "
-          "! qxscript eval 'file_copy(\"big\", \".\", \"copy\")' 2>err && grep -q 'Error copying file' err");
-    EXPECT_FALSE(fs::exists(mDirectory.path("copy")));
-    shell("qxscript eval 'file_appendtextline(\"/dev/full\", \"line\")'");
-    shell(
-        "! qxscript eval 'file_copy(\"big\", \"/dev\", \"full\")' 2>err && grep -q 'Error copying file' err");
-}
-
-TEST_F(filesBesideOthers, pipes_and_endless_files_cannot_be_read)
-{
-    shell("mkfifo pipe.qxscr pipe.ini messages.xx.ini && ln -s /dev/zero endless.qxscr && "
-          "truncate -s 65M large.qxscr && printf 'k=v\\n' | tee small.ini >large.ini && "
-          "truncate -s 17M large.ini && ln -s nothing dangling.ini");
-    const currentDirectory back(mDirectory.path(""));
-    for (const char* name : {"pipe", "endless", "large"})
-        EXPECT_EQ(chainText([&] { qx::script::listFunctions(qx::file(string::fromUtf8(name) + L".qxscr")); }),
-                  "Error reading file " + mDirectory.path(name).string() + ".qxscr");
-    const std::pair<const wchar_t*, const char*> cases[] = {
-        {L"file_loadini(\"small.ini\", \"\", \"k\")", "string \"v\""},
-        {L"file_loadini(\"pipe.ini\", \"\", \"k\")", "string \"\""},
-        {L"file_loadini(\"large.ini\", \"\", \"k\")", "string \"\""},
-        {L"file_loadcfg(\"pipe.ini\", \"k\")", "string \"\""},
-        {L"directory_getallfiles(\".\", \"dang*\")", "array []"},
-        {L"file_exists(\"dangling.ini\")", "bool false"},
-    };
-    for (const auto& [text, expected] : cases)
-        EXPECT_EQ(outcome(text), expected) << string(text).utf8();
-    qx::searchPath path;
-    path.add(mDirectory.name(""));
-    EXPECT_EQ(string(qx::locString(L"id", L"-").string(L"xx", path)), L"-");
-}
-
-TEST_F(filesBesideOthers, two_processes_append_to_one_file)
-{
-    mDirectory.write("lines.qxscr", "scrdef append(in who)\n"
-                                    "{ createvar(i, \"0\");\n"
-                                    "  while(issmaller<int>(i, \"1000\"), {\n"
-                                    "    file_appendtextline(\"log\", strcat(who, \"-\", i, \"-\", who));\n"
-                                    "    setvar(i, add<int>(i, \"1\")); }); }\n");
-    shell("qxscript run lines append $(printf %03000d 7) & qxscript run lines append a; first=$?; "
-          "wait $! && exit $first");
-    std::vector<std::string> expected;
-    expected.reserve(2000);
-    for (const std::string& who : {std::string("a"), std::string(2999, '0') + "7"})
-        for (int i = 0; i < 1000; ++i)
-            expected.emplace_back(who).append("-").append(std::to_string(i)).append("-").append(who);
-    std::vector<std::string> lines = linesOf(mDirectory.read("log"));
-    std::sort(expected.begin(), expected.end());
-    std::sort(lines.begin(), lines.end());
-    EXPECT_TRUE(lines == expected) << lines.size() << " lines";
-}
 
 TEST_F(filesBesideOthers, parameters_arrive_untouched)
 {
@@ -273,5 +201,3 @@ TEST_F(filesBesideOthers, own_children_are_collected_and_no_others)
     parsed(L"runexe(\"true\", \"\", \"w\")")->exec(mContext);
     EXPECT_LE(countChildren(true), 1);
 }
-
-#endif

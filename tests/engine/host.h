@@ -2,6 +2,8 @@
 // answers.
 #pragma once
 
+#include "valueText.h"
+
 #include <qxScript.h>
 
 #include <functional>
@@ -27,6 +29,22 @@ inline qx::genericValue evaluated(const qx::string& text)
     qx::genericValue result;
     parsed(text)->exec(context, result);
     return result;
+}
+
+// The value that a statement gives, or the innermost reason why there is none.
+inline std::string outcomeOf(const statement& run, codecontext& context, qx::genericValue result = {})
+{
+    const texts chain = failureOf([&] { run.exec(context, result); });
+    return chain[0] == L"nothing thrown" ? valueText(result) : chain.back().utf8();
+}
+
+// The same of the clone of a text.
+inline std::string outcomeIn(codecontext& context, const qx::string& text)
+{
+    std::string outcome;
+    const texts chain =
+        failureOf([&] { outcome = outcomeOf(*ownedStatement(parsed(text)->clone()), context); });
+    return outcome.empty() ? chain.back().utf8() : outcome;
 }
 
 inline qx::scString nameOf(const wchar_t* text)

@@ -5,7 +5,7 @@
 
 namespace script = qx::script;
 
-TEST(inspect, checksADefinitionAsItsFirstCallWould)
+TEST(inspect, checks_a_definition_as_its_first_call_would)
 {
     const scratchDirectory directory;
     directory.write("f.qxscr", "scrdef good(in<int> a = \"1\") { return(a); }\n"
@@ -33,26 +33,16 @@ TEST(inspect, checksADefinitionAsItsFirstCallWould)
     EXPECT_EQ(ofAll, told);
 }
 
-TEST(inspect, scramblingReplacesItsTargetOrLeavesItAlone)
+TEST(inspect, scrambling_leaves_its_target_alone_where_the_disk_fails)
 {
     const scratchDirectory directory;
-    const auto scramble = [&](const char* from, const char* to) {
-        return script::scrambleFile(qx::file(directory.name(from)), qx::file(directory.name(to)));
-    };
-    const std::string content = "scrdef f() { return(\"1\"); } // more than one round of the key\n";
-    directory.write("f.qxscr", content);
-    ASSERT_TRUE(scramble("f.qxscr", "f.qxscr")) << "in place";
-    EXPECT_NE(directory.read("f.qxscr"), content);
+    directory.write("f.qxscr", "scrdef f() { return(\"1\"); }");
     directory.write("target", "before");
-    ASSERT_TRUE(scramble("f.qxscr", "target"));
-
-    EXPECT_FALSE(scramble("f.qxscr", "nowhere/target"));
-    EXPECT_THROW(scramble("missing", "target"), qx::readFileException);
-    {
-        const failingDisk disk;
-        EXPECT_THROW(scramble("f.qxscr", "target"), qx::readFileException);
-    }
-    EXPECT_EQ(directory.read("target"), content);
+    const failingDisk disk;
+    EXPECT_THROW(
+        script::scrambleFile(qx::file(directory.name("f.qxscr")), qx::file(directory.name("target"))),
+        qx::readFileException);
+    EXPECT_EQ(directory.read("target"), "before");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory.path("")), {}), 2)
         << "nothing is left over";
 }

@@ -23,7 +23,7 @@ valueArray& elementsOf(const genericValue& array)
     return dynamic_cast<genericValue::holder<valueArray>&>(*array.holderCopy()).value();
 }
 
-TEST(outputText, showsEveryKindOfValue)
+TEST(outputText, shows_every_kind_of_value)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     hostObject<unknown> object;
@@ -72,7 +72,7 @@ TEST(outputText, showsEveryKindOfValue)
     EXPECT_EQ(shown, L"[1,null,\"x\"]");
 }
 
-TEST(outputText, endsAtReferencesThatLeadBack)
+TEST(outputText, ends_at_references_that_lead_back)
 {
     const reference array(new genericValue(valueArray{genericValue(1)}));
     elementsOf(*array).push_back(genericValue(array));
@@ -94,7 +94,7 @@ TEST(outputText, endsAtReferencesThatLeadBack)
     itself->clear();
 }
 
-TEST(outputText, bearsAnyDepth)
+TEST(outputText, bears_any_depth)
 {
     constexpr std::size_t depth = 100000;
     const genericValue outermost{valueArray()};

@@ -1,6 +1,7 @@
 // What the parser cuts out of a text, whom it offers that to, and what it says of text that fails.
 #include "assertRecorder.h"
 #include "host.h"
+#include "support/expectations.h"
 #include "valueText.h"
 
 #include <gtest/gtest.h>
@@ -54,134 +55,43 @@ texts outcomeOf(const qx::string& text)
     return outcome;
 }
 
-struct row
+// What a parameter of this text gives into a value that is prepared, or its failure, and what was reported.
+texts given(const qx::string& text, qx::genericValue prepared)
 {
-    const wchar_t* text;
-    texts outcome;
-};
-
-// Blanks behind it make no difference, but the brackets of a long text are found in another way.
-void expectOutcomes(std::initializer_list<row> rows)
-{
-    for (const row& tried : rows)
-        for (const std::size_t blanks : {0, 100})
-            EXPECT_EQ(outcomeOf(tried.text + std::wstring(blanks, L' ')), tried.outcome)
-                << quotedText(tried.text);
+    const assertRecorder recorder;
+    scriptcontext context;
+    context.createVariable(nameOf(L"abc"), textValue(L"7"));
+    const qx::genericValue before(prepared);
+    texts outcome = failureOf([&] {
+        const qx::autoPtr<qx::script::valueProvider> provider(qx::script::valueProvider::createFrom(text, 0));
+        EXPECT_TRUE(provider->getValue(context, prepared));
+    });
+    if (outcome[0] == L"nothing thrown")
+        return {qx::string::fromUtf8(valueText(prepared))};
+    EXPECT_EQ(valueText(prepared), valueText(before));
+    const texts reports = recorder.take();
+    outcome.insert(outcome.end(), reports.begin(), reports.end());
+    return outcome;
 }
 
 } // namespace
 
-TEST(parser, cuts_names_types_and_parameters)
+// Blanks behind it make no difference, but the brackets of a long text are found in another way.
+TEST(parser, cuts_texts_as_expected)
 {
-    expectOutcomes({
-        {L"f()", {L"f[]"}},
-        {L"f(a, )", {L"f[a]"}},
-        {L"f(,)", {L"f[_]"}},
-        {L"f(a,,b)", {L"f[a|_|b]"}},
-        {L"f( A  b ,\tC\t)", {L"f[A  b|C]"}},
-        {L"f(g(a, b), g<a, b>, c)", {L"f[g(a, b)|g<a, b>|c]"}},
-        {L"f({a, b})", {L"f[{a|b}]"}},
-        {L"f(\"(<\")", {L"f[\"(<\"]"}},
-        {L"f(a)b,c(d)", {L"f[a)b,c(d]"}},
-        {L"f(a>b,c<d)", {L"f[a>b,c<d]"}},
-        {L"f(a>b<c,d)", {L"f[a>b<c|d]"}},
-        // The parameters end before the last closing bracket.
-        {L"f(a) trailing text", {L"f[a]"}},
-        {L"f(a", {L"f[a]"}},
-        {L"a)f(b", {L"a)f[b]"}},
-        // Quotation marks open a string only at the start of a token.
-        {L"f( \t\"a,b\")", {L"f[\"a,b\"]"}},
-        {L"f(g(x,\"a,b(\"))", {L"f[g(x,\"a,b(\")]"}},
-        {L"f(a\"b,c\")", {L"f[a\"b|c\"]"}},
-        {L"f(\"a\" \"b,c\")", {L"f[\"a\" \"b|c\"]"}},
-        {L"f(g() \"b,c\")", {L"f[g() \"b|c\"]"}},
-        {L"f(<a>\"b,c\")", {L"f[<a>\"b|c\"]"}},
-        // The head holds the name and the types, without case and blanks.
-        {L"F\u00C4 < Int > (x)", {L"f\u00E4<int>[x]"}},
-        {L"fo\r\no\t< A b ,C>(X)", {L"foo<ab|c>[X]"}},
-        {L"f<>(x)", {L"f<_>[x]"}},
-        {L"f<a,>(x)", {L"f<a|_>[x]"}},
-        {L"f<g<a>,b>(x)", {L"f<g<a>|b>[x]"}},
-        {L">=<int>(a,b)", {L">=<int>[a|b]"}},
-        {L"<<int>(a,b)", {L"<<int>[a|b]"}}, // an empty name with the type "<int"
-        {L"a>b<c(x)", {L"a>b<c>[x]"}},
-        {L"(x)", {L"[x]"}},
+    expectOutcomes("engine/parser", [](const qx::string& text) {
+        const texts outcome = outcomeOf(text);
+        EXPECT_EQ(outcomeOf(text + std::wstring(100, L' ')), outcome) << quotedText(text);
+        return outcome;
     });
 }
 
-TEST(parser, splitterEscapes)
+TEST(parser, makes_parameters_as_expected)
 {
-    expectOutcomes({
-        {L"f(\"a\\\",b\", c)", {L"f[\"a\",b\"|c]"}},
-        {L"f(\"\\n\\\\x\\ \", c)", {L"f[\"\\n\\\\x\\ \"|c]"}},
-        // A backslash behind a backslash escapes as well.
-        {L"f(\"a\\\\\"\", c)", {L"f[\"a\\\"\"|c]"}},
-        // Only in a literal are the escapes taken away.
-        {L"f(\"a\\\"b\" x)", {L"f[\"a\\\"b\" x]"}},
-        {L"f(\"c:\\\\\")", {L"!", L"Missing end of string for statement \"f(\"c:\\\\\")\""}},
-    });
-}
-
-TEST(parser, cuts_blocks_at_semicolons_outside_braces)
-{
-    expectOutcomes({
-        {L"a();b(x)", {L"a[]", L"b[x]"}},
-        {L" \t{ a() ; b(); }\t", {L"a[]", L"b[]"}},
-        {L"{a();}", {L"a[]"}},
-        {L"{a();{b();{c();d()}}}", {L"a[]", L"b[]", L"c[]", L"d[]"}},
-        {L"{a()}{b()}", {L"a[)}{b(]"}},
-        {L"{{a();b()}}", {L"{a[);b(]"}},
-        {L"f(\"{;}\")", {L"f[\"{;}\"]"}},
-        {L"f(\"{\"); g()", {L"f[\"{\"); g(]"}},
-        // A part that begins in what its block has for a string.
-        {L"a() (\"; return(f(x, (y, z)))", {L"a[]", L"return[f(x, (y, z))]", L"f[x|(y, z)]"}},
-        {L"}a();b({)", {L"}a[);b({]"}},
-        {L"a();\r\nb(\"x\r\ny\")", {L"a[]", L"b[\"xy\"]"}},
-        // The blank behind the line end hides the brace.
-        {L"\n {a()}", {L"{a[]"}},
-        {L" \n{a()}", {L"a[]"}},
-    });
-}
-
-TEST(parser, text_without_a_statement_gives_null)
-{
-    for (const wchar_t* text :
-         {L"", L" \t", L"\r\n", L"{}", L"{ }", L"{\n}", L"word", L"{word}", L"a)", L";", L"{;}"})
-        EXPECT_EQ(outcomeOf(text), texts()) << quotedText(text);
-    // As a part of a block it is reported.
-    const std::pair<const wchar_t*, const wchar_t*> parts[] = {
-        {L"a();;b()", L""},     {L"{a(); ;b()}", L" "}, {L"a(); word", L" word"},
-        {L"word;a()", L"word"}, {L";;", L""},           {L"a();{}", L"{}"},
-    };
-    for (const auto& [text, part] : parts)
-        EXPECT_EQ(outcomeOf(text),
-                  texts{L"statement::createFrom: error parsing \"" + qx::string(part) + L"\""});
-}
-
-TEST(parser, failures_name_the_text_and_the_reason)
-{
-    expectOutcomes({
-        {L" {return()", {L"!"}},
-        {L"f(\"a;b\")", {L"Error parsing f(\"a", L"Missing end of string for statement \"f(\"a\""}},
-        {L"f(a))", {L"!", L"Missing closing bracket (\")\" for statement \"f(a))\""}},
-        // Brackets are told before angle brackets, and these before strings.
-        {L"f((<\"a)", {L"!", L"Missing closing bracket (\")\" for statement \"f((<\"a)\""}},
-        {L"f(<,\"a)", {L"!", L"Missing closing bracket (\">\" for statement \"f(<,\"a)\""}},
-        // The reason shows the text without braces, blanks and line ends at its ends.
-        {L"{ f(\n(a) }", {L"!", L"Missing closing bracket (\")\" for statement \"f((a)\""}},
-        {L" nobody(x) ", {L"!"}},
-        {L"{return()}{return()}", {L"!", L"Error parsing )}{return("}},
-        // One link for each call around the bracket that is missing.
-        {L"return(return({ f(<); f(>) }))",
-         {L"!", L"Error parsing return({ f(<); f(>) })", L"Error parsing f(<)",
-          L"Missing closing bracket (\">\" for statement \"f(<)\""}},
-        // The block adds no link of its own.
-        {L"f(); nobody(); f()", {L"Error parsing  nobody()"}},
-        {L"return( , x)", {L"!", L"Error parsing "}},
-        // What a factory throws.
-        {L"return(fails(x))", {L"!", L"Error parsing fails(x)", L"because of x"}},
-        {L"says(x)", {L"!"}},
-        {L"refuses(x)", {L"!"}},
+    expectOutcomes("engine/provider", [](const qx::string& text) {
+        const texts fresh = given(text, qx::genericValue());
+        const texts overNumber = given(text, qx::genericValue(1));
+        return overNumber == fresh ? fresh : texts{fresh[0], L"over a number: " + overNumber[0]};
     });
 }
 

@@ -1,13 +1,14 @@
+// Programs for tests that run them in several ways, made of tables and of what the library lists.
 #include "programs.h"
 
 #include "documents.h"
 
 #include <qxHeldTypes.h>
 
+#include <algorithm>
 #include <bit>
 #include <limits>
 #include <map>
-#include <set>
 
 using qx::genericValue;
 using qx::string;
@@ -33,83 +34,52 @@ const std::vector<string>& programTable(const std::string& section)
 namespace
 {
 
-programVariable text(const wchar_t* name, const std::wstring& content)
+programVariable variableOf(const string& row)
 {
-    return {name, genericValue(string(content))};
+    static const std::map<string, genericValue> types = {
+        {L"bool", genericValue(false)},          {L"short", genericValue(short())},
+        {L"ushort", genericValue(qx::ushort())}, {L"int", genericValue(0)},
+        {L"uint", genericValue(qx::uint())},     {L"long", genericValue(qx::long32())},
+        {L"ulong", genericValue(qx::ulong32())}, {L"uint64", genericValue(qx::uint64())},
+        {L"float", genericValue(0.f)},           {L"double", genericValue(0.0)},
+        {L"string", genericValue(string())},     {L"date", genericValue(qx::date())},
+        {L"time", genericValue(qx::time())},     {L"timestamp", genericValue(qx::timestamp())}};
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    static const std::map<string, genericValue> madeHere = {
+        {L"vnone", genericValue(qx::valueArray())},
+        {L"vloc", genericValue(qx::locString(L"id", L"shown"))},
+        {L"vcut", genericValue(string(L"a\0b", 3))},
+        {L"vnannegative", genericValue(-nan)},
+        {L"vnanpayload", genericValue(std::bit_cast<double>(0xfff8000000000123))}};
+    const std::size_t name = std::min(row.find(L' '), row.size());
+    const string rest = row.substr(std::min(name + 1, row.size()));
+    const std::size_t word = std::min(rest.find(L' '), rest.size());
+    const auto type = types.find(string(rest.substr(0, word)));
+    programVariable made{row.substr(0, name), {}, {}};
+    if (const auto here = madeHere.find(made.name); here != madeHere.end()) {
+        made.value = here->second;
+    } else if (type == types.end()) {
+        made.preparation = rest;
+    } else {
+        const string text = exchanged(rest.substr(word + 1), false);
+        made.value = type->second;
+        made.value.setValue(text);
+        if (type->first == L"string")
+            made.value = genericValue(text); // which may keep it as a number
+    }
+    return made;
 }
 
 } // namespace
 
 const std::vector<programVariable>& programVariables()
 {
-    using limits = std::numeric_limits<double>;
-    constexpr int least = std::numeric_limits<int>::min();
-    constexpr int most = std::numeric_limits<int>::max();
-    constexpr unsigned mostUnsigned = std::numeric_limits<unsigned>::max();
-    static const std::vector<programVariable> all{
-        {L"vnull", {}},
-        {L"vtrue", genericValue(true)},
-        {L"vint", genericValue(7)},
-        {L"vzero", genericValue(0)},
-        {L"vone", genericValue(1)},
-        {L"vnegative", genericValue(-3)},
-        {L"vintmin", genericValue(least)},
-        {L"vintmax", genericValue(most)},
-        {L"vshortmin", genericValue(short(-32768))},
-        {L"vushortmax", genericValue(qx::ushort(65535))},
-        {L"vlongmin", genericValue(qx::long32(least))},
-        {L"vlongmax", genericValue(qx::long32(most))},
-        {L"vuint", genericValue(qx::uint(3))},
-        {L"vuintmax", genericValue(qx::uint(mostUnsigned))},
-        {L"vulongmax", genericValue(qx::ulong32(mostUnsigned))},
-        {L"vulong2to31", genericValue(qx::ulong32(1u << 31))},
-        {L"vuint64", genericValue(qx::uint64(9))},
-        {L"vuint64max", genericValue(std::numeric_limits<qx::uint64>::max())},
-        {L"vfloat", genericValue(2.5f)},
-        {L"vfloatmax", genericValue(std::numeric_limits<float>::max())},
-        {L"vdouble", genericValue(1.5)},
-        {L"vwhole", genericValue(3.0)},
-        {L"v2to31", genericValue(2147483648.0)},
-        {L"vdoublemax", genericValue(limits::max())},
-        {L"vnegativezero", genericValue(-0.0)},
-        {L"vinf", genericValue(-limits::infinity())},
-        {L"vnan", genericValue(limits::quiet_NaN())},
-        {L"vnannegative", genericValue(-limits::quiet_NaN())},
-        {L"vnanpayload", genericValue(std::bit_cast<double>(0xfff8000000000123))},
-        text(L"vdecimal", L"12"),
-        text(L"vdecimalmin", L"-2147483648"),
-        text(L"vdecimalpast", L"2147483648"),
-        text(L"vempty", L""),
-        text(L"vtext", L" Text "),
-        text(L"vlongtext", std::wstring(300, L'a')),
-        text(L"vcut", std::wstring(L"a\0b", 3)),
-        text(L"vspaced", L" 1 "),
-        text(L"vplus", L"+1"),
-        text(L"vleading", L"007"),
-        text(L"vminuszero", L"-0"),
-        text(L"vfraction", L"1.5"),
-        text(L"vyes", L"true"),
-        {L"vdate", genericValue(qx::date(2024, 2, 29))},
-        {L"vtime", genericValue(qx::time(23, 59, 58))},
-        {L"vstamp", genericValue(qx::timestamp(qx::date(2024, 2, 29), qx::time(1, 2, 3)))},
-        {L"vloc", genericValue(qx::locString(L"id", L"shown"))},
-        {L"vnone", genericValue(qx::valueArray())},
-        {L"varr", {}, LR"(setvar(varr, createarray()); addtoarray(varr, "1"); addtoarray(varr, "two");
-                          addtoarray(varr, add<int>("1", "2")); addtoarray(varr, treatasfunction()); addtoarray(varr, varr))"},
-        {L"vmaps", {}, LR"(setvar(vmaps, createmap<string>()); insertintomap<string>(vmaps, "1", "one");
-                           insertintomap<string>(vmaps, "k", "5"))"},
-        {L"vmapi", {}, LR"(setvar(vmapi, createmap<int>()); insertintomap<int>(vmapi, "1", vmapi);
-                           insertintomap<int>(vmapi, "7", "seven"))"},
-        {L"vmaph", {}, LR"(setvar(vmaph, createmap<short>()); insertintomap<short>(vmaph, "1", "2"))"},
-        {L"vmapl", {}, LR"(setvar(vmapl, createmap<long>()); insertintomap<long>(vmapl, "1", nullref()))"},
-        {L"vobject", {}}, // that of the world
-        {L"vnothing", {}, L"setvar(vnothing, nullref())"},
-        {L"vref", {}, L"setvar(vref, getvarptr<int>(vint))"},
-        {L"vreftext", {}, L"setvar(vreftext, getvarptr<int>(vtext))"},
-        {L"vrefarr", {}, L"setvar(vrefarr, &getvar<int>(varr))"},
-        {L"vchain", {}, L"setvar(vchain, getvarptr<int>(vref))"},
-        {L"vself", {}, L"setvar(vself, getvarptr<int>(vself))"},
-    };
+    static const std::vector<programVariable> all = [] {
+        std::vector<programVariable> made;
+        for (const string& row : programTable("variables"))
+            made.push_back(variableOf(row));
+        return made;
+    }();
     return all;
 }
 
@@ -117,21 +87,6 @@ const std::vector<programVariable>& programVariables()
 
 namespace
 {
-
-const std::set<string> leftOut{L"while",
-                               L"continue",
-                               L"break",
-                               L"callfunction",
-                               L"loaddll",
-                               L"runexe",
-                               L"file_copy",
-                               L"file_loadini",
-                               L"file_loadcfg",
-                               L"file_appendtextline",
-                               L"file_delete",
-                               L"directory_getallfiles",
-                               L"directory_getcurrent",
-                               L"directory_setcurrent"};
 
 // The second names of statements: symbols, and those of contexts.
 bool isSecondName(const string& name)
@@ -190,8 +145,9 @@ const std::vector<string>& listedShapes()
 {
     static const std::vector<string> shapes = [] {
         std::vector<string> all;
+        const std::vector<string>& leftOut = programTable("left out");
         for (const qx::script::statementInfo& built : builtInStatements()) {
-            if (leftOut.contains(built.name) || isSecondName(built.name))
+            if (std::count(leftOut.begin(), leftOut.end(), built.name) || isSecondName(built.name))
                 continue;
             for (const string& parameters : parameterLists(built))
                 for (const string& types : typeLists(built))

@@ -16,9 +16,9 @@ const std::vector<qx::string>& programTable(const std::string& section);
 // A variable of the programs; it is to be made where its name occurs.
 struct programVariable
 {
-    const wchar_t* name;
+    qx::string name;
     qx::genericValue value;
-    const wchar_t* preparation = nullptr; // statements that complete the value
+    qx::string preparation; // statements that complete the value
 };
 
 const std::vector<programVariable>& programVariables();

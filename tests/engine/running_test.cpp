@@ -36,7 +36,7 @@ TEST(running, what_a_statement_throws_is_wrapped_once_for_each_enclosing_stateme
     }
 }
 
-TEST(running, execError_with_a_cause)
+TEST(running, exec_error_with_a_cause)
 {
     const ownedStatement named = parsed(L"return( )");
     const exceptionDetail detail(L"the detail");

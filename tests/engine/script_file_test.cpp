@@ -1,6 +1,6 @@
 // How script files are found and cut into definitions.
 #include "scriptSupport.h"
-#include "utils/fakeSystem.h"
+#include "support/expectations.h"
 
 #include <gtest/gtest.h>
 
@@ -26,55 +26,20 @@ std::string outline(const qx::file& source)
     return text.utf8();
 }
 
-TEST(scriptFile, cutsTextIntoDefinitions)
+TEST(scriptFile, is_cut_into_definitions_as_expected)
 {
-    const struct
-    {
-        const char* what;
-        std::string content;
-        std::string expected;
-    } cases[] = {
-        {"the usual file",
-         "// small tools\n\n"
-         "scrdef pick(in<int> first, in<int> other = \"1\")\n{\n"
-         "    createvar(r, getparameter(first));   // start value\n"
-         "    return(getvar(r));\n}\n"
-         "SCRDEF hello(in<string> text)\n{ messagebox(getparameter(text)); }",
-         "3 pick [in<int> first][ in<int> other = \"1\"] {createvar(r, getparameter(first));   "
-         "return(getvar(r));}\n"
-         "8 hello [in<string> text] { messagebox(getparameter(text)); }\n"},
-        {"line ends in any mix", "scrdef a()\r\n{\r}\n\r\rscrdef b()x\r\n\r\nscrdef c()y",
-         "1 a  {}\n6 b  x\n8 c  y\n"},
-        {"text before the first definition", "junk();\n{ code() }\nscrdef a()x", "3 a  x\n"},
-        {"the word inside a line, and before a tab", " \t ScrDef a()x scrdef\nscrdef\tb()y",
-         "1 a  x scrdefscrdef\tb()y\n"},
-        {"trailing blanks stay inside, not at the end", "scrdef   a() x \n y \t\n", "1 a   x y\n"},
-        {"no parameters", "scrdef a()x\nscrdef b( \t )y", "1 a  x\n2 b  y\n"},
-        {"blank declarations among several stay", "scrdef a(, , p=\"x,)\",)x", "1 a [ ][ p=\"x,)\"] x\n"},
-        {"a backslash in a string ends the counting of quotation marks", R"(scrdef a(p="\"",q)x)",
-         "1 a [p=\"\"\",q)x] \n"},
-        {"a backslash outside a string", R"(scrdef a(p\,q)x)", "1 a [p\\][q] x\n"},
-        {"text that ends early", "scrdef a\nscrdef b(p", "1 a  \n2 b [p] \n"},
-        {"a blank before the bracket ends the file", "scrdef a()x\nscrdef b ()y\nscrdef c()z",
-         "1 a  x\nblank in line 2\n"},
-        {"a blank in a name without a bracket", "scrdef a b", "blank in line 1\n"},
-        {"a definition without text ends the file", "scrdef a()x\nscrdef // b\nscrdef c()z",
-         "1 a  x\nnothing in line 2\n"},
-        {"a byte is a character of the code page", "scrdef a()\x80\xc3\xa4", "1 a  €Ã¤\n"},
-        {"a byte order mark hides the first definition", "\xef\xbb\xbfscrdef a()x\nscrdef b()y", "2 b  y\n"},
-        {"a zero byte", std::string("scrdef a()x\0y", 13), std::string("1 a  x\0y\n", 9)},
-        {"an empty file", "", ""},
-    };
     const scratchDirectory directory;
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.what);
-        directory.write("f.qxscr", row.content);
-        EXPECT_EQ(outline(qx::file(directory.name("f.qxscr"))), row.expected);
-    }
+    expectOutcomes("engine/scriptfiles", [&](const qx::string& content) {
+        directory.write("f.qxscr", qx::system::current().narrow(content));
+        texts lines;
+        qx::string::fromUtf8(outline(qx::file(directory.name("f.qxscr")))).splitAt(L"\n", lines, false);
+        lines.pop_back();
+        return lines;
+    });
 }
 
 // Short lines of ASCII are read in another way than others.
-TEST(scriptFile, linesOfAnyLength)
+TEST(scriptFile, lines_of_any_length)
 {
     const scratchDirectory directory;
     for (const std::size_t size : {1, 15, 16, 17, 254, 255, 256, 257, 511, 512, 513})
@@ -90,7 +55,7 @@ TEST(scriptFile, linesOfAnyLength)
             }
 }
 
-TEST(scriptFile, theExtensionAloneTellsWhetherAFileIsScrambled)
+TEST(scriptFile, extension_alone_tells_whether_a_file_is_scrambled)
 {
     const scratchDirectory directory;
     directory.write("plain.qxscr", "scrdef a()x");
@@ -108,7 +73,7 @@ TEST(scriptFile, theExtensionAloneTellsWhetherAFileIsScrambled)
         EXPECT_EQ(outline(qx::file(directory.name(mistaken))), "");
 }
 
-TEST(scriptFile, isSearchedInOneOrder)
+TEST(scriptFile, is_searched_in_one_order)
 {
     const scratchDirectory directory;
     for (const char* name : {"current", "base", "program"})
@@ -136,7 +101,7 @@ TEST(scriptFile, isSearchedInOneOrder)
     EXPECT_EQ(find(L"../base"), qx::file(directory.name("base/tools.qxscr")));
 }
 
-TEST(scriptFile, isFoundWithoutRegardToCase)
+TEST(scriptFile, is_found_without_regard_to_case)
 {
     if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "the file system does this itself";
@@ -172,7 +137,7 @@ TEST(scriptFile, isFoundWithoutRegardToCase)
     EXPECT_THROW(script::locateScriptFile(directory.name("base"), L"sub/tools"), qx::fileNotFoundException);
 }
 
-TEST(scriptFile, listingsAreTrustedOnceADirectoryHasBeenStill)
+TEST(scriptFile, listings_are_trusted_once_a_directory_has_been_still)
 {
     if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "nothing is listed on such a file system";
@@ -228,7 +193,7 @@ TEST(scriptFile, listingsAreTrustedOnceADirectoryHasBeenStill)
     EXPECT_EQ(listingsOfASearch(), 2);
 }
 
-TEST(scriptFile, readingFailsWithTheFile)
+TEST(scriptFile, reading_fails_with_the_file)
 {
     class gappyCodePage final : public fakeSystem // in which 0x81 stands for nothing
     {

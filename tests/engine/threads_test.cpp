@@ -71,8 +71,8 @@ ownedStatement preparation()
 {
     qx::string steps;
     for (const programVariable& each : programVariables())
-        if (each.preparation)
-            steps += qx::string(each.preparation) + L";";
+        if (!each.preparation.empty())
+            steps += each.preparation + L";";
     return parsed(L"{" + steps + L"}");
 }
 
@@ -81,12 +81,12 @@ std::string outcomeOf(const statement& preparation, const statement& program)
 {
     scriptcontext context;
     for (const programVariable& each : programVariables())
-        context.createVariable(nameOf(each.name), each.value);
+        context.createVariable(qx::scString::createFrom(each.name), each.value);
     preparation.exec(context);
     qx::genericValue result;
     std::string outcome = chainText([&] { program.exec(context, result); }) + "\n" + valueText(result);
     for (const programVariable& each : programVariables()) {
-        qx::genericValue& variable = context.variable(nameOf(each.name));
+        qx::genericValue& variable = context.variable(qx::scString::createFrom(each.name));
         outcome += "\n" + valueText(variable);
         variable.clear(); // references may go in circles
     }

@@ -202,22 +202,21 @@ private:
     static bool occurs(const programVariable& asked, const string& program)
     {
         return program.find(asked.name) != string::npos ||
-               std::any_of(programVariables().begin(), programVariables().end(),
-                           [&](const programVariable& other) {
-                               return &other != &asked && other.preparation &&
-                                      string(other.preparation).find(asked.name) != string::npos &&
-                                      occurs(other, program);
-                           });
+               std::any_of(
+                   programVariables().begin(), programVariables().end(), [&](const programVariable& other) {
+                       return &other != &asked && other.preparation.find(asked.name) != string::npos &&
+                              occurs(other, program);
+                   });
     }
 
     void make(const programVariable& made)
     {
-        const qx::scString name = nameOf(made.name);
-        const bool isObject = made.name == std::wstring_view(L"vobject");
+        const qx::scString name = qx::scString::createFrom(made.name);
+        const bool isObject = made.name == L"vobject";
         makeAt(mSeed / 8 + mNames.size(), name,
                isObject ? mObjects.object->value() : genericValue(made.value));
         std::vector<string> steps;
-        string(made.preparation ? made.preparation : L"").splitAt(L";", steps, false);
+        made.preparation.splitAt(L";", steps, false);
         for (const string& step : steps)
             if (!step.empty())
                 parsed(step)->exec(*mpInner);
@@ -333,30 +332,34 @@ string withOperand(const string& shape, const string& operand)
     return filled(shape, [&](wchar_t sign) { return sign == L'~' ? L"varr" : operand; });
 }
 
-// The shapes that do not fail with an operand that suits most. For comparisons that are under way.
-std::vector<string> suitableShapes()
+// The shapes that, with an operand that suits most, make a statement of which `holds` is true.
+template <class Condition>
+std::vector<string> shapesWhere(const Condition& holds)
 {
     std::vector<string> found = listedShapes();
-    std::erase_if(found, [](const string& shape) {
+    std::erase_if(found, [&](const string& shape) {
         const assertRecorder recorder;
         const string program = withOperand(shape, L"vone");
         std::string refusal;
         const ownedStatement made = parsedIf(program, refusal);
-        return !made || !world(ways[0], program, 0).outcomeOf(*made).starts_with("nothing thrown");
+        return !made || !holds(*made, program);
     });
     return found;
 }
 
 std::vector<string> shapesWithShortCut()
 {
-    std::vector<string> found = listedShapes();
-    std::erase_if(found, [](const string& shape) {
-        const assertRecorder recorder;
-        std::string refusal;
-        const ownedStatement made = parsedIf(withOperand(shape, L"vone"), refusal);
-        return !made || qx::script::inside::depth(*made) == qx::script::inside::noShortCut;
+    return shapesWhere([](const statement& made, const string&) {
+        return qx::script::inside::depth(made) != qx::script::inside::noShortCut;
     });
-    return found;
+}
+
+// Those that do not fail. For comparisons that are under way.
+std::vector<string> suitableShapes()
+{
+    return shapesWhere([](const statement& made, const string& program) {
+        return world(ways[0], program, 0).outcomeOf(made).starts_with("nothing thrown");
+    });
 }
 
 // How many operands the shape has, and the shape with one of them and the others given.

@@ -1,3 +1,4 @@
+// Values and failures as the tests show them.
 #include "valueText.h"
 
 #include <qxHeldTypes.h>

@@ -1,3 +1,4 @@
+// The program's operators new and delete, within limits.
 #include "failingMemory.h"
 
 #include <algorithm>

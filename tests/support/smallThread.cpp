@@ -1,3 +1,4 @@
+// Threads with a stack of their own size.
 #include "smallThread.h"
 
 #include <pthread.h>

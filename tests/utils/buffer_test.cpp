@@ -1,3 +1,4 @@
+// Binary buffers: files read in steps, and scrambling.
 #include "fakeSystem.h"
 #include "scratchDirectory.h"
 

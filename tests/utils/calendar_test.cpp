@@ -1,10 +1,10 @@
-// Dates, times of the day, and both together.
+// Dates, times of the day, and both together. What texts they read is in texts.expected.
 #include <qxDate.h>
 #include <qxTimestamp.h>
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
+#include <chrono>
 #include <type_traits>
 
 using qx::date;
@@ -16,115 +16,76 @@ static_assert(std::is_trivially_copyable_v<qx::timestamp> && sizeof(qx::timestam
 namespace
 {
 
-// What the texts are read as, with a bar behind each; those that are refused are left out. Proves that a
-// refusal changes nothing.
-template <class T>
-qx::string parsed(std::initializer_list<const wchar_t*> texts)
+// The standard library as a second opinion: day 0 is the first of the calendar.
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
+constexpr sys_days firstDay{std::chrono::year(1) / 1 / 1};
+
+date same(const year_month_day& day)
 {
-    qx::string all;
-    T result;
-    for (const wchar_t* text : texts) {
-        const T before = result;
-        const bool isRead = T::parse(text, result);
-        EXPECT_TRUE(isRead || result == before) << qx::string(text).utf8();
-        if (isRead)
-            all += result.toText() + L"|";
-    }
-    return all;
+    return date(static_cast<int>(day.year()), static_cast<int>(static_cast<unsigned>(day.month())),
+                static_cast<int>(static_cast<unsigned>(day.day())));
 }
 
-// Counts the days one by one, with nothing but the lengths of the months and the rule of the first Thursday.
-struct slowCalendar
+// A week belongs to the year of its Thursday, in which it is counted.
+int weekOf(sys_days day)
 {
-    int year = 1;
-    int month = 1;
-    int day = 1;
-    int dayOfYear = 1;
-    int weekday = 0;
-    int week = 1;
+    const sys_days thursday =
+        day + std::chrono::days(4 - static_cast<int>(std::chrono::weekday(day).iso_encoding()));
+    const sys_days newYear(year_month_day(thursday).year() / 1 / 1);
+    return static_cast<int>((thursday - newYear).count()) / 7 + 1;
+}
 
-    bool isDate(const date& other) const
-    {
-        return other.year() == year && other.month() == month && other.dayOfMonth() == day;
-    }
-
-    // The day so many months later or earlier: the same day of the month, or the month's last.
-    slowCalendar monthsAway(int months) const
-    {
-        slowCalendar moved = *this;
-        moved.year = (year * 12 + month - 1 + months) / 12;
-        moved.month = (year * 12 + month - 1 + months) % 12 + 1;
-        moved.day = std::min(day, moved.daysOfMonth());
-        return moved;
-    }
-
-    int daysOfMonth() const
-    {
-        if (month == 2)
-            return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0 ? 29 : 28;
-        return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
-    }
-
-    void next()
-    {
-        const bool endsMonth = day == daysOfMonth();
-        const bool endsYear = endsMonth && month == 12;
-        day = endsMonth ? 1 : day + 1;
-        month = endsMonth ? month % 12 + 1 : month;
-        dayOfYear = endsYear ? 1 : dayOfYear + 1;
-        year += endsYear ? 1 : 0;
-        weekday = (weekday + 1) % 7;
-        if (weekday == 0) {
-            const bool firstWeek = (month == 12 && day >= 29) || (month == 1 && day <= 4);
-            week = firstWeek ? 1 : week + 1;
-        }
-    }
-};
-
-// Proves what becomes of `from` when it moves.
-void expectMoved(const slowCalendar& from, const qx::date_duration& duration, int months)
+// Proves what becomes of `from` when it moves: the same day of another month, or the last of that.
+void expectMoved(const year_month_day& from, const qx::date_duration& duration, int months)
 {
-    const date before(from.year, from.month, from.day);
     for (const int direction : {1, -1}) {
-        const slowCalendar moved = from.monthsAway(months * direction);
-        date day = before;
-        const bool isMoved = direction > 0 ? duration.addToDate(day) : duration.subtractFromDate(day);
-        const bool isInCalendar = moved.year >= 1 && moved.year <= 9999;
-        ASSERT_EQ(isMoved, isInCalendar) << before.toText().utf8();
-        ASSERT_TRUE(isInCalendar ? moved.isDate(day) : day == before)
-            << before.toText().utf8() << " by " << months * direction << ": " << day.toText().utf8();
+        const year_month_day wanted = from + std::chrono::months(months * direction);
+        const int year = static_cast<int>(wanted.year());
+        const bool isInCalendar = year >= 1 && year <= 9999;
+        date day = same(from);
+        ASSERT_EQ(direction > 0 ? duration.addToDate(day) : duration.subtractFromDate(day), isInCalendar);
+        const year_month_day last = wanted.year() / wanted.month() / std::chrono::last;
+        ASSERT_EQ(day, same(!isInCalendar ? from
+                            : wanted.ok() ? wanted
+                                          : last))
+            << same(from).toText().utf8() << " by " << months * direction;
     }
 }
 
 } // namespace
 
-TEST(date, whole_calendar_agrees_with_counting)
+TEST(date, whole_calendar_agrees_with_a_second_opinion)
 {
 #ifdef NDEBUG
     constexpr int step = 1;
 #else
     constexpr int step = 89;
 #endif
-    slowCalendar slow;
-    int number = 0;
-    for (; slow.year <= 9999; slow.next(), ++number) {
-        if (number % step != 0)
-            continue;
+    constexpr int count = (sys_days(std::chrono::year(10000) / 1 / 1) - firstDay).count();
+    for (int number = 0; number < count; number += step) {
+        const sys_days known = firstDay + std::chrono::days(number);
+        const year_month_day parts(known);
         date day;
         ASSERT_TRUE(date::fromDayNumber(number, day));
-        const bool same = slow.isDate(day) && day.dayNumber() == number &&
-                          day.dayOfYear() == slow.dayOfYear && day.dayOfWeek() == slow.weekday &&
-                          day.weekOfYear() == slow.week && date(slow.year, slow.month, slow.day) == day;
-        ASSERT_TRUE(same) << slow.year << "-" << slow.month << "-" << slow.day;
-        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(1), 1));
-        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::months(23), 23));
-        ASSERT_NO_FATAL_FAILURE(expectMoved(slow, qx::years(1), 12));
+        ASSERT_EQ(day, same(parts));
+        const int numbers[] = {day.year(),      day.month(),     day.dayOfMonth(), day.dayNumber(),
+                               day.dayOfYear(), day.dayOfWeek(), day.weekOfYear()};
+        const auto dayOfYear = static_cast<int>((known - sys_days(parts.year() / 1 / 1)).count()) + 1;
+        const auto dayOfWeek = static_cast<int>(std::chrono::weekday(known).iso_encoding()) - 1;
+        ASSERT_THAT(numbers,
+                    testing::ElementsAre(static_cast<int>(parts.year()), static_cast<unsigned>(parts.month()),
+                                         static_cast<unsigned>(parts.day()), number, dayOfYear, dayOfWeek,
+                                         weekOf(known)));
+        ASSERT_NO_FATAL_FAILURE(expectMoved(parts, qx::months(1), 1));
+        ASSERT_NO_FATAL_FAILURE(expectMoved(parts, qx::months(23), 23));
+        ASSERT_NO_FATAL_FAILURE(expectMoved(parts, qx::years(1), 12));
         date moved = day;
         const bool isMoved = qx::weeks(5).addToDate(moved) && qx::days(1).addToDate(moved);
         ASSERT_TRUE(!isMoved || moved.dayNumber() == number + 36);
     }
     date day;
-    EXPECT_FALSE(date::fromDayNumber(number, day));
+    EXPECT_FALSE(date::fromDayNumber(count, day));
     EXPECT_FALSE(date::fromDayNumber(-1, day));
     EXPECT_EQ(day, date());
 }
@@ -148,16 +109,6 @@ TEST(date, durations_end_with_the_calendar)
     }
 }
 
-TEST(date, text_forms)
-{
-    EXPECT_EQ(parsed<date>({L"2024-03-09", L" \t9.3.2024\r\n", L"09.03.2024", L"0001-01-01", L"31.12.9999"}),
-              L"2024-03-09|2024-03-09|2024-03-09|0001-01-01|9999-12-31|");
-    EXPECT_EQ(parsed<date>({L"", L"2024-3-9", L"24-03-09", L"2024-03-09x", L"2024-02-30", L"0000-01-01",
-                            L"10000-01-01", L"1.1.24", L"001.1.2024", L"2024/03/09", L"-024-03-09",
-                            L"2024-03-09 13:05"}),
-              L"");
-}
-
 TEST(calendar, impossible_days_and_times_throw_false)
 {
     const int days[][3] = {{2023, 2, 29}, {1900, 2, 29}, {0, 1, 1},     {10000, 1, 1},
@@ -169,18 +120,13 @@ TEST(calendar, impossible_days_and_times_throw_false)
         EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
 }
 
-TEST(time, parts_and_text_forms)
+TEST(time, parts)
 {
     const qx::time moment(13, 5, 9, 7);
     const int parts[] = {moment.hour(),    moment.minute(),      moment.second(),
                          moment.msecond(), moment.minuteOfDay(), moment.secondOfDay()};
     EXPECT_THAT(parts, testing::ElementsAre(13, 5, 9, 7, 785, 47109));
     EXPECT_EQ(qx::time::midnight().toText(), L"00:00:00");
-    EXPECT_EQ(parsed<qx::time>({L"13:05", L" 13:05:09\n", L"00:00:00.001", L"23:59:59.999", L"13:05:09.000"}),
-              L"13:05:00|13:05:09|00:00:00.001|23:59:59.999|13:05:09|");
-    EXPECT_EQ(parsed<qx::time>({L"", L"13", L"1:05", L"24:00", L"13:60", L"13:05:60", L"13:05:09.1",
-                                L"13:05:09.1234", L"13:05.120", L"13:05:", L"13:05:09.", L"13:05 x"}),
-              L"");
 }
 
 TEST(time, durations_go_round_the_clock_and_count_the_days)
@@ -213,13 +159,8 @@ TEST(time, durations_go_round_the_clock_and_count_the_days)
     EXPECT_EQ(moment.toText(), L"00:00:59.999");
 }
 
-TEST(timestamp, text_forms_and_the_count_from_1970)
+TEST(timestamp, count_from_1970)
 {
-    EXPECT_EQ(parsed<qx::timestamp>({L"2024-03-09", L"2024-03-09 13:05", L" 9.3.2024T13:05:09.120 "}),
-              L"2024-03-09 00:00:00|2024-03-09 13:05:00|2024-03-09 13:05:09.120|");
-    EXPECT_EQ(parsed<qx::timestamp>({L"2024-03-09  13:05", L"2024-03-09\t 13:05", L"2024-03-09t13:05",
-                                     L"2024-03-09T", L"13:05", L"2024-03-09 24:00"}),
-              L"");
     const std::pair<long long, const wchar_t*> cases[] = {
         {-1, L"1969-12-31 23:59:59.999"},
         {1709989509120, L"2024-03-09 13:05:09.120"},

@@ -1,4 +1,5 @@
-// Language files: where they are looked for, how they are read, and when they are read again.
+// Language files: where they are looked for, and when they are read again. The command line shows what their
+// lines mean and how a language names them.
 #include "fakeSystem.h"
 #include "scratchDirectory.h"
 
@@ -44,45 +45,6 @@ protected:
 
 } // namespace
 
-TEST_F(catalogue, reads_lines_of_id_and_text)
-{
-    mDirectory.write(
-        "messages.de.ini",
-        "\xEF\xBB\xBF"
-        "first=with mark\r\n; comment=no\n# other=no\n[section=no]\n padded \t=  blanks go \t\r\n"
-        "no text\n=no id\ntwice=old\nsigns=a=b;c#d[e]\ntwice=new\nempty=\n"
-        "wide=\xC3\xA4\xF0\x9D\x84\x9E\xFF\nlast=without end");
-    const std::pair<const wchar_t*, const wchar_t*> rows[] = {
-        {L"first", L"with mark"},  {L"padded", L"blanks go"}, {L"twice", L"new"},
-        {L"signs", L"a=b;c#d[e]"}, {L"empty", L""},           {L"wide", L"\u00E4\xD834\xDD1E\xDCFF"},
-        {L"last", L"without end"},
-    };
-    for (const auto& [id, text] : rows)
-        EXPECT_EQ(textOf(id), text);
-    // Ids compare exactly.
-    for (const wchar_t* id : {L"; comment", L"# other", L"[section", L"no text", L"", L"Last"})
-        EXPECT_EQ(textOf(id), L"-");
-    EXPECT_TRUE(locString(L"empty").stringIdExists(L"de", pathOf(mDirectory)));
-    EXPECT_FALSE(locString(L"Last").stringIdExists(L"de", pathOf(mDirectory)));
-}
-
-TEST_F(catalogue, language_and_file_name_the_language_file)
-{
-    mDirectory.write("messages.de.ini", "id=Deutsch\nplain=ohne Gebiet\n");
-    mDirectory.write("messages.de_CH.ini", "id=Schweiz\n");
-    mDirectory.write("tool.de.ini", "id=Werkzeug\n");
-    EXPECT_EQ(textOf(L"plain", L"de_CH"), L"ohne Gebiet");
-    EXPECT_EQ(textOf(L"id", L"de-AT"), L"Deutsch");
-    EXPECT_EQ(textOf(L"id", L"de", L"tool"), L"Werkzeug");
-    EXPECT_EQ(textOf(L"plain", L"de", L"tool"), L"-"); // the common file does not stand in
-    for (const wchar_t* language : {L"fr", L"", L"_CH"})
-        EXPECT_EQ(textOf(L"id", language), L"-");
-    EXPECT_EQ(textOf(L"id", nullptr), L"-");
-    locString::setLanguage(L"de");
-    EXPECT_EQ(textOf(L"id", nullptr), L"Deutsch");
-    EXPECT_EQ(textOf(L"id", L"de_CH"), L"Schweiz");
-}
-
 TEST_F(catalogue, directories_are_asked_in_order)
 {
     // The program's own directory is another scratch directory.
@@ -100,7 +62,7 @@ TEST_F(catalogue, directories_are_asked_in_order)
     const movedProgram system;
     const scratchDirectory& program = system.place;
     std::filesystem::create_directory(program.path("lang"));
-    program.write("lang/messages.de.ini", "a=program\nb=program\nc=program\n");
+    program.write("lang/messages.de.ini", "a=program\nb=program\nc=program\n; d=comment\n");
     registered.write("messages.de.ini", "a=registered\nb=registered\n");
     mDirectory.write("messages.de.ini", "a=path\n");
     EXPECT_EQ(textOf(L"b"), L"program");
@@ -108,9 +70,16 @@ TEST_F(catalogue, directories_are_asked_in_order)
     EXPECT_EQ(textOf(L"a"), L"path");
     EXPECT_EQ(textOf(L"b"), L"registered");
     EXPECT_EQ(textOf(L"c"), L"program");
+    EXPECT_EQ(textOf(L"; d"), L"-");
     // A language with its region comes before the one without, wherever they stand.
     program.write("lang/messages.de_CH.ini", "a=region\n");
     EXPECT_EQ(textOf(L"a", L"de_CH"), L"region");
+    // What is asked for without a language is asked for in the host's.
+    EXPECT_EQ(textOf(L"a", nullptr), L"-");
+    locString::setLanguage(L"de_CH");
+    EXPECT_EQ(textOf(L"a", nullptr), L"region");
+    EXPECT_TRUE(locString(L"c").stringIdExists(nullptr, pathOf(mDirectory)));
+    EXPECT_FALSE(locString(L"C").stringIdExists(nullptr, pathOf(mDirectory)));
 }
 
 TEST_F(catalogue, changed_files_are_read_again)

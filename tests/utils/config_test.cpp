@@ -1,3 +1,4 @@
+// Sections of keys and values: look-ups, and a reader of its own.
 #include "scratchDirectory.h"
 
 #include <qxConfigReader.h>

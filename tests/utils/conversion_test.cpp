@@ -1,14 +1,11 @@
 // The conversions between held types: every pair, then the rules of each.
-#include "qxHeldTypes.h"
+#include "heldValues.h"
+#include "qxCell.h"
 #include "qxNumberText.h"
+#include "support/expectations.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <bit>
-#include <cmath>
-#include <iterator>
 #include <limits>
+#include <map>
 #include <random>
 
 using qx::genericValue;
@@ -50,127 +47,95 @@ string as(const From&... from)
     return all;
 }
 
-// Those of the texts that convert.
-template <class To>
-std::vector<string> readable(const std::vector<string>& texts)
-{
-    std::vector<string> found;
-    std::copy_if(texts.begin(), texts.end(), std::back_inserter(found),
-                 [](const string& text) { return converted<To>(text) != L"refused"; });
-    return found;
-}
-
-const std::vector<string> none;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-const string longOne = string(L"1") + std::wstring(5000, L'0');
 
 } // namespace
 
-TEST(conversion, pairs)
+TEST(conversion, pairs_as_expected)
 {
-    const struct
-    {
-        const std::type_info& type;
-        const char* convertsTo; // in the order of these rows
-    } types[] = {
-        {typeid(bool), "++++++++++ +     &"},
-        {typeid(short), "++++++++++ +     &"},
-        {typeid(ushort), "++++++++++ +     &"},
-        {typeid(int), "++++++++++ +     &"},
-        {typeid(qx::uint), "++++++++++ +     &"},
-        {typeid(long32), "++++++++++ +     &"},
-        {typeid(ulong32), "++++++++++ +     &"},
-        {typeid(uint64), "++++++++++ +     &"},
-        {typeid(float), "++++++++++ +     &"},
-        {typeid(double), "++++++++++ +     &"},
-        {typeid(qx::locString), "           +     &"},
-        {typeid(string), "++++++++++  +++  &"}, // and to directory, below
-        {typeid(qx::date), "           +  +  &"},
-        {typeid(qx::time), "           +     &"},
-        {typeid(qx::timestamp), "           +++   &"},
-        {typeid(qx::calcCrc32), "                 &"},
-        {typeid(qx::valueArray), "                 &"},
-        {typeid(reference), "+++++++++++++++++ "},
+    using condition = qx::sharedPtr<qx::conditions::condition>;
+    const std::map<string, const std::type_info*> types = {
+        {L"bool", &typeid(bool)},
+        {L"short", &typeid(short)},
+        {L"ushort", &typeid(ushort)},
+        {L"int", &typeid(int)},
+        {L"uint", &typeid(qx::uint)},
+        {L"long", &typeid(long32)},
+        {L"ulong", &typeid(ulong32)},
+        {L"uint64", &typeid(uint64)},
+        {L"float", &typeid(float)},
+        {L"double", &typeid(double)},
+        {L"locString", &typeid(qx::locString)},
+        {L"string", &typeid(string)},
+        {L"date", &typeid(qx::date)},
+        {L"time", &typeid(qx::time)},
+        {L"timestamp", &typeid(qx::timestamp)},
+        {L"directory", &typeid(qx::directory)},
+        {L"checksum", &typeid(qx::calcCrc32)},
+        {L"array", &typeid(qx::valueArray)},
+        {L"map<short>", &typeid(std::map<short, genericValue>)},
+        {L"map<int>", &typeid(std::map<int, genericValue>)},
+        {L"map<long>", &typeid(std::map<long32, genericValue>)},
+        {L"map<string>", &typeid(std::map<string, genericValue>)},
+        {L"condition", &typeid(condition)},
+        {L"handle", &typeid(void*)},
+        {L"reference", &typeid(reference)},
+        {L"no held type", &typeid(long long)},
     };
-    const typeConversionManager& conversions = typeConversionManager::instance();
-    for (const auto& from : types) {
-        for (std::size_t to = 0; to < std::size(types); ++to) {
-            EXPECT_EQ(conversions.exists(types[to].type, from.type), from.convertsTo[to] != ' ')
-                << from.type.name() << " to " << types[to].type.name();
-        }
-    }
-    for (const std::type_info* opaque :
-         {&typeid(std::map<short, genericValue>), &typeid(std::map<int, genericValue>),
-          &typeid(std::map<long32, genericValue>), &typeid(std::map<string, genericValue>),
-          &typeid(qx::sharedPtr<qx::conditions::condition>), &typeid(void*)}) {
-        EXPECT_TRUE(conversions.exists(*opaque, typeid(reference)));
-        EXPECT_TRUE(conversions.exists(typeid(reference), *opaque));
-        EXPECT_FALSE(conversions.exists(*opaque, typeid(string)));
-        EXPECT_FALSE(conversions.exists(typeid(string), *opaque));
-    }
-    EXPECT_TRUE(conversions.exists(typeid(qx::directory), typeid(reference)));
-    EXPECT_FALSE(conversions.exists(typeid(string), typeid(qx::directory)));
-    EXPECT_FALSE(conversions.exists(typeid(long long), typeid(string))); // no held type
+    expectOutcomes("utils/conversion_pairs", [&](const string& from) {
+        string all;
+        for (const auto& [name, to] : types)
+            if (typeConversionManager::instance().exists(*to, *types.at(from)))
+                all += (all.empty() ? L"" : L", ") + name;
+        return all.empty() ? std::vector<string>() : std::vector<string>{all};
+    });
     qx::directory target;
     EXPECT_TRUE(genericValue(string(L"some/where")).getValue(target));
     EXPECT_EQ(target, qx::directory(L"some/where"));
 }
 
-TEST(conversion, textToWholeNumber)
+// Values keep a text that is an int as a number. A blank in front of it makes it a text like any other.
+TEST(conversion, texts_read_as_expected)
 {
-    EXPECT_EQ(as<bool>(L"TRUE", L" yes\r\n", L"1", L"False", L"nO", L"0"),
-              L"true|true|true|false|false|false");
-    EXPECT_EQ(readable<bool>({L"", L"2", L"01", L"truely", L"tru"}), none);
-    EXPECT_EQ(
-        as<int>(L" \t\r\n+007\n", L"-0", L"00000000000000000000000000000001", L"2147483647", L"-2147483648"),
-        L"7|0|1|2147483647|-2147483648");
-    EXPECT_EQ(readable<int>({L"2147483648", L"-2147483649", L"", L" ", L"-", L"+-1", L"- 1", L"1 2", L"1.0",
-                             L"0x1", L"1e2", L"\u00A01", L"\u0661", longOne}),
-              none);
-    EXPECT_EQ(as<short>(L"32767", L"-32768", L"32768"), L"32767|-32768|refused");
-    EXPECT_EQ(as<ushort>(L"65535", L"65536", L"-1"), L"65535|refused|refused");
-    EXPECT_EQ(as<qx::uint>(L"4294967295", L"4294967296", L"-0"), L"4294967295|refused|refused");
-    EXPECT_EQ(as<long32>(L"-2147483648", L"2147483648"), L"-2147483648|refused");
-    EXPECT_EQ(as<ulong32>(L"4294967295", L"4294967296"), L"4294967295|refused");
-    EXPECT_EQ(as<uint64>(L"18446744073709551615", L"18446744073709551616", L"99999999999999999999"),
-              L"18446744073709551615|refused|refused");
-}
-
-TEST(conversion, textToFloatingPoint)
-{
+    expectOutcomes("utils/texts", [](const string& text) {
+        const bool isInt = qx::cell::makeText(text) != qx::cell::refused;
+        std::vector<string> lines = readings(genericValue(text));
+        if (isInt) {
+            EXPECT_EQ(qx::cell::textIn(qx::cell::makeText(text)), text);
+            EXPECT_EQ(lines, readings(genericValue(string(L" " + text)))) << text.utf8();
+            lines.push_back(L"kept as an int");
+        }
+        return lines;
+    });
+    const string longOne = string(L"1") + std::wstring(5000, L'0');
     const string tiny = L"0." + std::wstring(5000, L'0') + L"1";
-    EXPECT_EQ(
-        as<double>(L".5", L"5.", L"-1.5E+2 ", L"-0", L"0e999999999999999999999", L"INF", L"-inf", L"+NaN"),
-        L"0.5|5|-150|-0|0|inf|-inf|nan");
-    EXPECT_EQ(as<double>(L"5e-324", L"1.7976931348623157e308", longOne + L"e-5000", tiny + L"e5001"),
-              L"5e-324|1.7976931348623157e+308|1|1");
+    for (const string& text : {longOne, tiny})
+        EXPECT_EQ(readings(genericValue(text)), std::vector<string>());
+    EXPECT_EQ(as<double>(longOne + L"e-5000", tiny + L"e5001"), L"1|1");
+    EXPECT_EQ(as<uint64>(L"18446744073709551615", L"18446744073709551616", L"99999999999999999999", -1,
+                         short(-1), ~0u, 18446744073709549568.0, 18446744073709551616.0),
+              L"18446744073709551615|refused|refused|18446744073709551615|18446744073709551615|4294967295|"
+              L"18446744073709549568|refused");
     // Halfway between two doubles but for the last of a thousand digits.
     const string middle = L"9007199254740993." + std::wstring(1000, L'0');
     EXPECT_EQ(as<double>(middle, middle + L"1"), L"9007199254740992|9007199254740994");
-    EXPECT_EQ(readable<double>({L"1e309", L"1e-400", longOne, tiny, L"1e99999999999999999999", L"", L".",
-                                L"e5", L"1e", L"1e+", L"1e 5", L"1.2.3", L"1,5", L"0x1p3", L"infinity",
-                                L"nan(1)", L"--1", L"1f"}),
-              none);
-    // The last lies a hair above the middle of two floats: by way of a double it would fall on it, and then
-    // down.
-    EXPECT_EQ(as<float>(L"3.4028235e38", L"1e39", L"1e-45", L"1e-46", L"1.00000005960464477539062500001"),
-              L"3.4028235e+38|refused|1e-45|refused|1.0000001");
 }
 
-TEST(conversion, numberToText)
+TEST(conversion, values_read_as_expected)
 {
-    EXPECT_EQ(as<string>(true, short(-32768), ushort(65535), std::numeric_limits<int>::min(), ~0u, long32(-1),
-                         ulong32(~0u), ~uint64(0)),
-              L"true|-32768|65535|-2147483648|4294967295|-1|4294967295|18446744073709551615");
-    EXPECT_EQ(as<string>(-0.0, 1.0, 100000.0, -1234.5678, -1.25e30, 1.5e-8),
-              L"-0|1|100000|-1234.5678|-1.25e+30|1.5e-8");
-    // Where digits end and exponents begin.
-    EXPECT_EQ(as<string>(9.9e-8, 1e-7, -1.2345678901234567e-5, 999999999999999900000.0, 1e21),
-              L"9.9e-8|0.0000001|-0.000012345678901234568|999999999999999900000|1e+21");
-    EXPECT_EQ(as<string>(5e-324, infinity, -infinity, notANumber, -notANumber), L"5e-324|inf|-inf|nan|nan");
-    EXPECT_EQ(as<string>(0.1f, 1e20f, std::numeric_limits<float>::max(), 1e-45f),
-              L"0.1|100000000000000000000|3.4028235e+38|1e-45");
+    std::map<string, std::vector<string>> all;
+    withEachValue([&](const auto& value) {
+        const genericValue made(value);
+        all[heldIn(made)] = readings(made);
+    });
+    std::string text;
+    for (const auto& [value, lines] : all) {
+        text += value.utf8() + "\n";
+        for (const string& line : lines)
+            text += "    " + line.utf8() + "\n";
+    }
+    expectContent(std::filesystem::path(QX_TESTS_DIR) / "utils/conversions.expected", text);
 }
 
 // Proves that the digits of a number read back as the same bits.
@@ -185,7 +150,7 @@ void expectReadBack(Bits bits)
     }
 }
 
-TEST(conversion, shortestDigitsReadBack)
+TEST(conversion, shortest_digits_read_back)
 {
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {
@@ -208,7 +173,7 @@ void expectReadsAsWithZeros(std::uint64_t random)
     ASSERT_EQ(number, padded) << digits.utf8();
 }
 
-TEST(conversion, shortDecimalsReadAsLongOnes)
+TEST(conversion, short_decimals_read_as_long_ones)
 {
     std::mt19937_64 random(1);
     for (int i = 0; i < 100000; ++i) {
@@ -218,7 +183,7 @@ TEST(conversion, shortDecimalsReadAsLongOnes)
     }
 }
 
-TEST(conversion, integersOfEveryLengthToText)
+TEST(conversion, integers_of_every_length_to_text)
 {
     for (uint64 power = 1; power < uint64(1) << 63; power *= 10)
         for (const uint64 number : {power - 1, power, power + 1}) {
@@ -233,36 +198,7 @@ TEST(conversion, integersOfEveryLengthToText)
               L"9007199254740991|-9007199254740992|16777215|-16777216|-0");
 }
 
-// What a value of this text reads as in every type of numbers, with a bar in between.
-string readAsNumbers(const string& text)
-{
-    const genericValue value(text);
-    string all;
-    const auto read = [&]<class T>(T number) {
-        const bool isRead = value.getValue(number);
-        all += isRead ? converted<string>(number) + L"|" : string(L"refused|");
-    };
-    read(bool());
-    read(short());
-    read(ushort());
-    read(int());
-    read(qx::uint());
-    read(long32());
-    read(ulong32());
-    read(float());
-    read(double());
-    return all;
-}
-
-// Values keep such a text as a number. A blank in front of it makes it a text like any other.
-TEST(conversion, textsThatAreIntsReadAsOtherTexts)
-{
-    for (const wchar_t* number : {L"0", L"1", L"2", L"-1", L"32767", L"32768", L"-32768", L"-32769", L"65535",
-                                  L"65536", L"16777217", L"2147483647", L"-2147483648"})
-        EXPECT_EQ(readAsNumbers(number), readAsNumbers(string(L" ") + number));
-}
-
-TEST(conversion, numbersWrittenIntoTextsThatAreInts)
+TEST(conversion, numbers_written_into_texts_that_are_ints)
 {
     const auto expectWritten = [](auto... numbers) {
         const auto written = [](auto number) {
@@ -281,40 +217,7 @@ TEST(conversion, numbersWrittenIntoTextsThatAreInts)
                   infinity, notANumber);
 }
 
-TEST(conversion, numberToNumber)
-{
-    EXPECT_EQ(as<short>(65535, 32768, 32767.5, 32768.0f), L"-1|-32768|32767|refused");
-    EXPECT_EQ(as<ushort>(-1), L"65535");
-    EXPECT_EQ(as<int>(4294967295u, uint64(1) << 32 | 5, true, 2147483647.9, -2147483648.9),
-              L"-1|5|1|2147483647|-2147483648");
-    EXPECT_EQ(as<int>(2147483648.0, -2147483649.0, 2147483648.0f, 1e300, notANumber, infinity, -infinity),
-              L"refused|refused|refused|refused|refused|refused|refused");
-    EXPECT_EQ(as<uint64>(-1, short(-1), ~0u, 18446744073709549568.0, 18446744073709551616.0),
-              L"18446744073709551615|18446744073709551615|4294967295|18446744073709549568|refused");
-    EXPECT_EQ(as<bool>(-3, ulong32(0u), uint64(1) << 40, 0.25, -0.0, notANumber),
-              L"true|false|true|true|false|true");
-    EXPECT_EQ(as<long32>(~0u, -1.5f), L"-1|-1");
-    EXPECT_EQ(as<qx::uint>(long32(-2), -0.9, -1.0), L"4294967294|0|refused");
-    EXPECT_EQ(as<ulong32>(-2, 4294967295.5), L"4294967294|4294967295");
-    EXPECT_EQ(as<float>(false, 0.1, 16777217, 1e300, notANumber), L"0|0.1|16777216|inf|nan");
-    EXPECT_EQ(as<double>(true, 0.1f, ~uint64(0), long32(-5)),
-              L"1|0.10000000149011612|18446744073709552000|-5");
-}
-
-// What texts are dates and times is told by their own tests.
-TEST(conversion, datesTimesAndMessages)
-{
-    const qx::date day(2024, 3, 9);
-    const qx::timestamp moment(day, qx::time(13, 5, 9));
-    EXPECT_EQ(as<qx::date>(L" 2024-03-09\n", L"2023-02-29", moment), L"2024-03-09|refused|2024-03-09");
-    EXPECT_EQ(as<qx::time>(L"13:05:09.007", L"24:00", moment), L"13:05:09.007|refused|13:05:09");
-    EXPECT_EQ(as<qx::timestamp>(L"09.03.2024T13:05:09", L"13:05", day, qx::time()),
-              L"2024-03-09 13:05:09|refused|2024-03-09 00:00:00|refused");
-    EXPECT_EQ(as<int>(moment), L"refused");
-    EXPECT_EQ(as<string>(qx::locString(nullptr, L"message"), qx::locString()), L"message|");
-}
-
-TEST(conversion, referencesAreFollowed)
+TEST(conversion, references_are_followed)
 {
     reference last(new genericValue(string(L"12")));
     const auto chain = [&](int length) {
@@ -347,7 +250,7 @@ TEST(conversion, referencesAreFollowed)
     last->clear();
 }
 
-TEST(conversion, addedConvertersComeFirst)
+TEST(conversion, added_converters_come_first)
 {
     using converter = qx::typeconvert::typeConverter<int, string>;
     converter spelling([](void* to, const void* from, int, char*) {
@@ -426,7 +329,7 @@ void expectAskedForEveryValue()
 
 } // namespace
 
-TEST(conversion, addedConvertersAreAskedForEveryValueAndOnce)
+TEST(conversion, added_converters_are_asked_for_every_value_and_once)
 {
     expectAskedForEveryValue<int>();
     expectAskedForEveryValue<qx::uint>();
@@ -440,7 +343,7 @@ TEST(conversion, addedConvertersAreAskedForEveryValueAndOnce)
     }
 }
 
-TEST(conversion, plainPairsOfHosts)
+TEST(conversion, plain_pairs_of_hosts)
 {
     short small = 0;
     string text;

@@ -1,3 +1,4 @@
+// Checksums, against the definition of the polynomial.
 #include <qxCrc32.h>
 
 #include <gtest/gtest.h>

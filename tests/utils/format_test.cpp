@@ -8,7 +8,7 @@
 
 using qx::string;
 
-TEST(format, directivesAndWhateverTheArguments)
+TEST(format, directives_and_whatever_the_arguments)
 {
     const string text(L"wide");
     const struct

@@ -6,7 +6,7 @@
 using qx::locString;
 using qx::string;
 
-TEST(locString, fillsParametersIn)
+TEST(locString, fills_parameters_in)
 {
     locString inner(nullptr, L"[File] of [Total]");
     inner.params().set(L"a.txt", L"File");

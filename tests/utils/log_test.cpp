@@ -19,7 +19,7 @@ public:
 
 } // namespace
 
-TEST(log, writesUpToTheLevelAndIsOffByDefault)
+TEST(log, writes_up_to_the_level_and_is_off_by_default)
 {
     recorder sink;
     qxlog::sink* const before = qxlog::logManager::setSink(&sink);

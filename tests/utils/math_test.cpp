@@ -1,7 +1,8 @@
 // Rounding, tolerance and angles.
-#include <qxMath.h>
+#include "heldValues.h"
+#include "support/expectations.h"
 
-#include <gtest/gtest.h>
+#include <qxMath.h>
 
 #include <cmath>
 #include <limits>
@@ -9,7 +10,6 @@
 namespace
 {
 
-constexpr double most = std::numeric_limits<double>::max();
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
 // Equal bit for bit, but for the bits of a NaN.
@@ -20,39 +20,20 @@ bool same(double a, double b)
 
 } // namespace
 
-TEST(math, round_and_cut)
+TEST(math, round_and_cut_as_expected)
 {
-    const struct
-    {
-        double value;
-        int decimals;
-        double rounded;
-        double cut;
-    } rows[] = {
-        {1.115, 2, 1.12, 1.11},
-        {1.005, 2, 1.01, 1},
-        {0.29, 2, 0.29, 0.29}, // nothing to round, whatever the binary form is
-        {0.49999999999999994, 0, 0, 0},
-        {9.995, 2, 10, 9.99}, // the carry reaches a new digit
-        {1250, -2, 1300, 1200},
-        {49, -2, 0, 0},
-        {9.5e22, -22, 1e23, 9e22},
-        {5e-324, 323, 1e-323, 0},
-        {2.5e-310, 310, 3e-310, 2e-310},
-        {most, -308, infinite, 1e308},
-        {most, -309, 0, 0},
-        {1.5, std::numeric_limits<int>::max(), 1.5, 1.5},
-        {1.5, std::numeric_limits<int>::min(), 0, 0},
-        {infinite, 2, infinite, infinite},
-        {std::nan(""), 2, std::nan(""), std::nan("")},
-    };
-    for (const auto& row : rows) {
-        for (const double sign : {1.0, -1.0}) {
-            SCOPED_TRACE(testing::Message() << sign * row.value << " at " << row.decimals);
-            EXPECT_PRED2(same, qx::roundImp(sign * row.value, row.decimals), sign * row.rounded);
-            EXPECT_PRED2(same, qx::cutOffImp(sign * row.value, row.decimals), sign * row.cut);
-        }
-    }
+    expectOutcomes("utils/rounding", [](const qx::string& row) {
+        std::vector<qx::string> words;
+        row.splitAt(L" at ", words, false);
+        double value = 0;
+        int decimals = 0;
+        EXPECT_TRUE(qx::genericValue(words[0]).getValue(value) &&
+                    qx::genericValue(words.at(1)).getValue(decimals));
+        EXPECT_PRED2(same, qx::roundImp(-value, decimals), -qx::roundImp(value, decimals));
+        EXPECT_PRED2(same, qx::cutOffImp(-value, decimals), -qx::cutOffImp(value, decimals));
+        return std::vector<qx::string>{textOf(qx::roundImp(value, decimals)) + L" and " +
+                                       textOf(qx::cutOffImp(value, decimals))};
+    });
 }
 
 // Thousandths, rounded and cut as integers.

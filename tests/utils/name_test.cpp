@@ -8,7 +8,7 @@
 
 using qx::scString;
 
-TEST(scString, equalTextsAreOneName)
+TEST(scString, equal_texts_are_one_name)
 {
     std::optional<scString> first(scString::createFrom(L"value"));
     const scString name = *first;
@@ -19,7 +19,7 @@ TEST(scString, equalTextsAreOneName)
     EXPECT_EQ(scString::createFrom(static_cast<const wchar_t*>(nullptr)), scString::createFrom(L""));
 }
 
-TEST(scString, threadsMeetInOneTable)
+TEST(scString, threads_meet_in_one_table)
 {
     std::vector<scString> seen[2];
     const auto work = [](std::vector<scString>& names) {

@@ -30,7 +30,7 @@ qx::string report; // of the last failed check
 
 } // namespace
 
-TEST(pointers, countTheOwnersOfTheirObject)
+TEST(pointers, count_the_owners_of_their_object)
 {
     {
         qx::sharedPtr<counted> first(new counted);
@@ -70,7 +70,7 @@ TEST(pointers, countTheOwnersOfTheirObject)
     EXPECT_EQ(counted::alive, 0);
 }
 
-TEST(pointers, nullDereferenceIsReported)
+TEST(pointers, null_dereference_is_reported)
 {
     const qx::assertHandler before = qx::setAssertHandler([](const qx::string& text) { report = text; });
     EXPECT_THROW(*qx::const_sharedPtr<counted>(), bool);

@@ -31,7 +31,7 @@ int numberIn(genericSet& set, int n)
 
 } // namespace
 
-TEST(genericSet, writesIntoTheStorageThatIsThere)
+TEST(genericSet, writes_into_the_storage_that_is_there)
 {
     for (const bool flag : {false, true}) {
         genericSet set;
@@ -52,7 +52,7 @@ TEST(genericSet, writesIntoTheStorageThatIsThere)
 // Operations by chance, with a plain list as a second opinion. An address that was handed out goes on seeing
 // what is written under the name, until that is erased. The number of names stays about where the set changes
 // its form.
-TEST(genericSet, agreesWithAPlainList)
+TEST(genericSet, agrees_with_a_plain_list)
 {
     std::mt19937 random(1);
     const auto upTo = [&](std::size_t end) { return static_cast<int>(random() % end); };
@@ -97,7 +97,7 @@ TEST(genericSet, agreesWithAPlainList)
 }
 
 // A set is for one thread, but whoever has the address of a variable may use it from another.
-TEST(genericSet, anotherThreadUsesAddresses)
+TEST(genericSet, another_thread_uses_addresses)
 {
     for (int round = 0; round < 200; ++round) {
         genericSet set;

@@ -1,3 +1,4 @@
+// The platform as the library sees it: code page, clock, environment, processes.
 #include "fakeSystem.h"
 #include "scratchDirectory.h"
 

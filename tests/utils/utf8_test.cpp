@@ -40,7 +40,7 @@ TEST(utf8, decodes)
     }
 }
 
-TEST(utf8, everyTextOfWholeCharactersSurvives)
+TEST(utf8, every_text_of_whole_characters_survives)
 {
     string text;
     for (int unit = 0; unit < 0xD800; ++unit)
@@ -53,7 +53,7 @@ TEST(utf8, everyTextOfWholeCharactersSurvives)
 }
 
 // Every sequence of up to four bytes out of those that matter; long random ones.
-TEST(utf8, everyByteSequenceSurvives)
+TEST(utf8, every_byte_sequence_survives)
 {
     const std::string telling = "a\x80\x90\x9F\xA0\xB2\xBF\xC1\xC2\xE0\xED\xEF\xF0\xF4\xF5\xFF";
     for (std::size_t n = 0; n < 65536; ++n) {

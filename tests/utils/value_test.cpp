@@ -47,7 +47,7 @@ genericValue nested(int depth)
 
 } // namespace
 
-TEST(genericValue, slotKeepsItsTypeUnlessItIsNull)
+TEST(genericValue, slot_keeps_its_type_unless_it_is_null)
 {
     genericValue value;
     EXPECT_EQ(read<int>(value, 7), 7);
@@ -62,7 +62,7 @@ TEST(genericValue, slotKeepsItsTypeUnlessItIsNull)
     EXPECT_TRUE(value.isNull());
 }
 
-TEST(genericValue, copiesAreDeep)
+TEST(genericValue, copies_are_deep)
 {
     using map = std::map<string, genericValue>;
     const valueArray elements{genericValue(1), genericValue(string(L"two"))};
@@ -80,7 +80,7 @@ TEST(genericValue, copiesAreDeep)
     EXPECT_TRUE(first.isNull()); // NOLINT(bugprone-use-after-move)
 }
 
-TEST(genericValue, pointerHolders)
+TEST(genericValue, pointer_holders)
 {
     int target = 1;
     const int source = 2;
@@ -102,7 +102,7 @@ TEST(genericValue, pointerHolders)
     EXPECT_EQ(clone->heldConstAddress(), &target);
 }
 
-TEST(genericValue, isCopiedAsDeepAsTheStackGoesAndEndsAtAnyDepth)
+TEST(genericValue, is_copied_as_deep_as_the_stack_goes_and_ends_at_any_depth)
 {
     reference variable(new genericValue(1));
     for (int i = 0; i < 100000; ++i)
@@ -117,7 +117,7 @@ TEST(genericValue, isCopiedAsDeepAsTheStackGoesAndEndsAtAnyDepth)
 }
 
 // What is read is one of the values that were written: a 7 in whichever type, "word", or three elements.
-TEST(genericValue, eachPairOfOperationsOnOneValueFromTwoThreads)
+TEST(genericValue, each_pair_of_operations_on_one_value_from_two_threads)
 {
     using change = void (*)(genericValue & value);
     using integer = genericValue::holder<int>;
