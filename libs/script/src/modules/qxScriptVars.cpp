@@ -10,6 +10,8 @@
 
 #include "qxHeldTypes.h"
 
+#include <optional>
+
 namespace qx::script
 {
 
@@ -68,6 +70,51 @@ template <eVarScope Scope>
 genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 {
     return Scope == scopeVariable ? scope::ownVariable(context, name) : nullptr;
+}
+
+// The storage of a variable, found before its value is evaluated and kept until that is written: a variable
+// may end meanwhile. Null for an unknown name.
+class heldStorage
+{
+public:
+    // `entry` is what entryOf gave; where that is null the context is asked.
+    heldStorage(genericSet::entry* entry, codecontext& context, eVarScope where, const scString& name)
+    {
+        if (entry)
+            mHold.emplace(*entry);
+        else
+            mpAddress = storageOf(context, where, name);
+    }
+
+    explicit operator bool() const { return mHold || mpAddress; }
+    genericValue& value() const { return mHold ? mHold->value() : *mpAddress; }
+    // True where it is known that others can reach it.
+    bool isShared() const { return mHold && mHold->isShared(); }
+
+private:
+    std::optional<genericSet::hold> mHold;
+    sharedPtr<genericValue> mpAddress;
+};
+
+// Writes a text that comes by a short cut into a variable. Not inline: it has room for a text.
+[[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable, const shortOperand& value)
+{
+    textScratch text;
+    return value.textValue(context, text) && declinesWithoutMemory([&] {
+               cell::access::fill(variable.value(), text.takeValue());
+               return true;
+           });
+}
+
+// Writes a value that comes by a short cut into a variable. It comes about without an effect, so nothing can
+// tell when it was found out. False, with nothing changed, where it has to be evaluated.
+bool writeShort(codecontext& context, genericSet::entry& variable, const shortOperand& value)
+{
+    const cell::word w = value.smallValue(context);
+    if (w != cell::refused)
+        return writeSmall(variable, w, value.keepsType());
+    return value.givesText() && mayTakeText(variable, value.keepsType()) &&
+           writeText(context, variable, value);
 }
 
 class variableExists final : public scriptbasestatement
@@ -204,32 +251,12 @@ public:
     explicit setVariable(const callText& call) : assignment(Scope, call, tooFew, noName) { stayInside(this); }
 
     statement* clone() const override { return new setVariable(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (variable) {
-            const genericSet::hold held(*variable);
-            write(context, held.value());
-            if (held.isShared())
-                epoch::move(); // others may have written it since
-            result = held.value();
-        } else {
-            const sharedPtr<genericValue> storage = requireStorage(context);
-            write(context, *storage);
-            result = *storage;
-        }
-    }
+    void execute(codecontext& context, genericValue& result) const override { assign(context, &result); }
     void run(codecontext& context) const
     {
         genericValue* const own = ownVariable<Scope>(context, mName);
-        const shortOperand& value = mpValue.shortCut();
-        const cell::word w = own ? value.smallValue(context) : cell::refused;
-        if (w != cell::refused) {
-            const cell::word written = writtenOver(cell::access::load(*own), w, value.keepsType());
-            if (written != cell::refused)
-                return cell::access::store(*own, written);
-        }
-        runOtherwise(context);
+        if (!own || !assignSmall(*own, context))
+            assign(context, nullptr);
     }
 
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
@@ -244,48 +271,36 @@ public:
 private:
     static statement* create(const callText& call) { return new setVariable(call); }
 
-    sharedPtr<genericValue> requireStorage(codecontext& context) const
-    {
-        sharedPtr<genericValue> storage = storageOf(context, Scope, mName);
-        if (!storage)
-            execError(this, noVariable, mName.string());
-        return storage;
-    }
-
-    // Not inline, so that what occurs most saves fewer registers.
-    [[gnu::noinline]] void runOtherwise(codecontext& context) const
-    {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (!variable)
-            write(context, *requireStorage(context));
-        else if (!writeShort(context, *variable))
-            write(context, genericSet::hold(*variable).value());
-    }
-
-    // The storage has been found, and is held, before the value is evaluated.
-    void write(codecontext& context, genericValue& storage) const
-    {
-        if (mpValue && !mpValue.write(context, storage))
-            execError(this, noValue, mName.string());
-    }
-
-    // A small value comes about without an effect, so nothing can tell when it was found out.
-    bool writeShort(codecontext& context, genericSet::entry& variable) const
+    // The fast path: a small value into a variable that nobody else can reach.
+    [[gnu::always_inline]] bool assignSmall(genericValue& own, codecontext& context) const
     {
         const shortOperand& value = mpValue.shortCut();
         const cell::word w = value.smallValue(context);
-        if (w != cell::refused)
-            return writeSmall(variable, w, value.keepsType());
-        return value.givesText() && mayTakeText(variable, value.keepsType()) && writeText(context, variable);
+        const cell::word written =
+            w == cell::refused ? cell::refused : writtenOver(cell::access::load(own), w, value.keepsType());
+        if (written == cell::refused)
+            return false;
+        cell::access::store(own, written);
+        return true;
     }
-    // Not inline: it has room for a text.
-    [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable) const
+
+    // Finds the storage, holds it, evaluates the value into it, and copies that where the caller wants it.
+    // Not inline, so that the fast path saves fewer registers (W1).
+    [[gnu::noinline]] void assign(codecontext& context, genericValue* result) const
     {
-        textScratch text;
-        return mpValue.shortCut().textValue(context, text) && declinesWithoutMemory([&] {
-                   cell::access::fill(variable.value(), text.takeValue());
-                   return true;
-               });
+        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        if (!result && variable && writeShort(context, *variable, mpValue.shortCut()))
+            return;
+        const heldStorage storage(variable, context, Scope, mName);
+        if (!storage)
+            execError(this, noVariable, mName.string());
+        if (mpValue && !mpValue.write(context, storage.value()))
+            execError(this, noValue, mName.string());
+        if (!result)
+            return;
+        if (storage.isShared())
+            epoch::move(); // others may have written it since
+        *result = storage.value();
     }
 };
 
