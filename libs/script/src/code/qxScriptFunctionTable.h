@@ -1,10 +1,5 @@
-// The functions that are loaded, and what each thread remembers of them.
-//
-// The table is shared; a look-up searches the file, asks its time and takes a mutex. Calls from script to
-// script go through the memory of their thread: what a call found holds as long as nothing but the engine has
-// run on the thread (qxScriptEpoch.h), the clock has not ticked, and the search would begin in the same
-// directory. So a change of a file that this thread made or can know of is noticed at the next call, any
-// other one a tick of the clock later at most.
+// The functions that are loaded, for all threads. A look-up searches the file, asks its time and takes a
+// mutex; calls from script to script go through the memory of their thread (qxScriptCallMemory.h).
 #pragma once
 
 #include "code/qxScriptFunction.h"
@@ -57,33 +52,6 @@ private:
 
     std::mutex mMutex;
     std::map<string, sharedPtr<function>> mFunctions;
-};
-
-// A function for the length of one run: kept by a plain count of the thread, so that threads which run the
-// same function do not meet at a counter.
-class pinnedFunction
-{
-public:
-    // The function of a call between scripts, by the memory of the thread where that holds. Throws what
-    // functionTable::getFunction throws.
-    static pinnedFunction find(const string& basePath, const codeCall& call);
-
-    pinnedFunction(const pinnedFunction&) = delete;
-    pinnedFunction& operator=(const pinnedFunction&) = delete;
-    ~pinnedFunction();
-
-    const function& operator*() const noexcept;
-    // True when the search began in the function's own directory.
-    bool isAtHome() const noexcept;
-
-private:
-    struct memory;
-    struct remembered;
-    class unpinning;
-
-    explicit pinnedFunction(remembered& found) noexcept;
-
-    remembered& mFound;
 };
 
 } // namespace qx::script

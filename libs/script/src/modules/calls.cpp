@@ -1,6 +1,6 @@
 // Calls: functions of other script files, returning a value, and statements run as functions.
 #include "code/qxScriptBasePath.h"
-#include "code/qxScriptFunctionTable.h"
+#include "code/qxScriptCallMemory.h"
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
 #include "modules/qxScriptModules.h"
