@@ -232,10 +232,9 @@ public:
 
     explicit scr_strcat(providers values) : mValues(std::move(values))
     {
-        // An operand is found while all before it wait on the stack.
         unsigned depth = 0;
-        for (unsigned i = 0; i < mValues.size(); ++i)
-            depth = std::max(depth, i + mValues[i].shortCut().depth());
+        for (const ownedProvider& value : mValues)
+            depth = std::max(depth, value.shortCut().depth());
         offerShortCuts(this, depth, writing::textKeepsType);
     }
 
@@ -253,7 +252,14 @@ public:
     }
     bool textValue(codecontext& context, textScratch& text) const
     {
-        return join(context, 0, 0, text) != nullptr;
+        text.borrow({});
+        for (const ownedProvider& value : mValues) {
+            textScratch piece;
+            if (!value.shortCut().textValue(context, piece))
+                return false;
+            text.append(piece.view());
+        }
+        return true;
     }
 
     static statement* create(const callText& call)
@@ -268,21 +274,6 @@ public:
     }
 
 private:
-    // Finds the texts of the operands from `i` on, makes room for them behind the `size` characters of those
-    // before, and writes each into its place on the way back: one allocation whatever their number. Gives the
-    // place of the first; null where an operand declines.
-    wchar_t* join(codecontext& context, std::size_t i, std::size_t size, textScratch& joined) const
-    {
-        if (i == mValues.size())
-            return joined.room(size) + size;
-        textScratch text;
-        if (!mValues[i].shortCut().textValue(context, text))
-            return nullptr;
-        const std::wstring_view piece = text.view();
-        wchar_t* const end = join(context, i + 1, size + piece.size(), joined);
-        return end ? std::copy(piece.begin(), piece.end(), end - piece.size()) - piece.size() : nullptr;
-    }
-
     providers mValues;
 };
 

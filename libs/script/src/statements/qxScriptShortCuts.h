@@ -8,6 +8,7 @@
 #include "qxScriptStatement.h"
 #include "statements/qxScriptLongWay.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace qx::script
@@ -83,6 +84,16 @@ public:
             mOwn.assign(mView);
         work(mOwn);
         mView = mOwn;
+    }
+    // Adds to the text, which is empty or one of this object's own.
+    void append(std::wstring_view more)
+    {
+        const std::size_t size = mView.size() + more.size();
+        if (mView.data() != mOwn.data() && size <= std::size(mRoom)) {
+            std::copy(more.begin(), more.end(), mRoom + mView.size());
+            mView = std::wstring_view(mRoom, size);
+        } else
+            change([more](string& all) { all.append(more); });
     }
     // Leaves a piece of the text. `from` must lie within it.
     void narrow(std::size_t from, std::size_t size = std::wstring_view::npos)
