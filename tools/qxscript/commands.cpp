@@ -1,3 +1,4 @@
+// What each command does, and the one table of them.
 #include "commands.h"
 
 #include "commandLineSystem.h"
@@ -6,6 +7,8 @@
 
 #include <qxDirectory.h>
 #include <qxScript>
+
+#include <algorithm>
 
 namespace
 {
@@ -18,22 +21,18 @@ namespace script = qx::script;
 void printValue(const genericValue& value)
 {
     string text;
-    if (outputText(value, text)) {
+    if (outputText(value, text))
         printLine(text);
-    }
 }
 
-int execute(const string& base, const string& call, const std::vector<string>& texts)
+// Runs a code call with the arguments that the command passes on.
+int execute(const string& base, const string& codeCall, const commandCall& call)
 {
-    std::vector<genericValue> arguments;
-    arguments.reserve(texts.size());
-    for (const string& text : texts) {
-        arguments.emplace_back(text);
-    }
+    std::vector<genericValue> arguments(call.passedOn.begin(), call.passedOn.end());
     script::scriptcontext context;
     genericValue result;
-    if (!script::codeManager::instance()->executeFunction(base, call, context, arguments, result)) {
-        printError(L"qxscript: the engine does not carry out \"" + call + L"\"");
+    if (!script::codeManager::instance()->executeFunction(base, codeCall, context, arguments, result)) {
+        printError(L"qxscript: the engine does not carry out \"" + codeCall + L"\"");
         return 1;
     }
     printValue(result);
@@ -44,14 +43,14 @@ int execute(const string& base, const string& call, const std::vector<string>& t
 class namedScript
 {
 public:
-    namedScript(const scriptCall& wanted) : mGiven(wanted.file)
+    explicit namedScript(const commandCall& call) : mGiven(call.words[0])
     {
-        const qx::fsEntryName given(wanted.file);
+        const qx::fsEntryName given(mGiven);
         const string extension = given.extension(0).lower();
         const bool isComplete = extension == L"qxscr" || extension == L"qxsscr";
         const int flags = isComplete ? qx::nameWithoutExtension : 0;
-        if (wanted.hasBase) {
-            mBase = wanted.base;
+        if (call.base) {
+            mBase = *call.base;
             mCallName = given.name(flags | qx::nameWithPath);
         } else {
             mBase = qx::directory(given.path(0)).fullName();
@@ -82,19 +81,15 @@ public:
     {
         bool exists = false;
         for (const file& meant : mMeant) {
-            if (meant == found) {
+            if (meant == found)
                 return true;
-            }
             exists = exists || meant.exists();
         }
-        if (exists) {
+        if (exists)
             return false;
-        }
-        for (const file& meant : mMeant) {
-            if (meant.fullName().lower() == found.fullName().lower()) {
+        for (const file& meant : mMeant)
+            if (meant.fullName().lower() == found.fullName().lower())
                 return true;
-            }
-        }
         return false;
     }
 
@@ -123,18 +118,16 @@ string place(const string& name, std::size_t line)
 // These report what is wrong with the outline of a script file, and give the number of reports.
 int reportRedefinition(const string& name, const script::functionInfo& function)
 {
-    if (function.redefines == 0) {
+    if (function.redefines == 0)
         return 0;
-    }
     printError(place(name, function.line) + function.name + L" takes the place of the definition in line " +
                std::to_wstring(function.redefines));
     return 1;
 }
 int reportEnd(const string& name, const script::scriptFileInfo& info)
 {
-    if (info.end == script::scriptFileEnd::complete) {
+    if (info.end == script::scriptFileEnd::complete)
         return 0;
-    }
     const bool isBlank = info.end == script::scriptFileEnd::blankInName;
     printError(place(name, info.endLine) +
                (isBlank ? L"a blank before the opening bracket" : L"an empty definition") +
@@ -146,9 +139,8 @@ int reportEnd(const string& name, const script::scriptFileInfo& info)
 int checkFile(const string& name)
 {
     const file scriptFile(name);
-    if (!scriptFile.exists()) {
+    if (!scriptFile.exists())
         throw qx::fileNotFoundException(scriptFile);
-    }
     int failures = 0;
     const script::scriptFileInfo info = script::checkFunctions(
         scriptFile, [&](const script::functionInfo& function, const qx::exception* failure) {
@@ -176,9 +168,8 @@ int reportNoStatement(const string& text)
 {
     constexpr std::size_t most = 60;
     const string content = string(text).deleteAll(L" \t\r\n");
-    if (content.empty() || content == L"{}") {
+    if (content.empty() || content == L"{}")
         return 0;
-    }
     const string shown = text.size() > most ? string(text.substr(0, most) + L"...") : text;
     printError(L"qxscript: cannot be read as a statement: " + inOneLine(shown));
     return 1;
@@ -189,31 +180,28 @@ void describe(const script::statementInfo& statement)
     printLine(statement.name + statement.parameters);
     printLine(statement.summary);
     printLine(L"module: " + statement.module);
-    if (!statement.types.empty()) {
+    if (!statement.types.empty())
         printLine(L"types: " + statement.types);
-    }
     printLine(L"result: " + statement.result);
-    if (!statement.failures.empty()) {
+    if (!statement.failures.empty())
         printLine(L"failures:");
-    }
-    for (const string& text : statement.failures) {
+    for (const string& text : statement.failures)
         printLine(L"  " + text);
-    }
 }
 
-} // namespace
+// --- The commands ---
 
-int runFunction(const scriptCall& wanted)
+int runFunction(const commandCall& given)
 {
-    const namedScript named(wanted);
+    const string& written = given.words[0];
+    const namedScript named(given);
     if (named.callName().find(L'$') != string::npos) {
-        printError(L"qxscript: a file with \"$\" in its name cannot be called: " + wanted.file);
+        printError(L"qxscript: a file with \"$\" in its name cannot be called: " + written);
         return 1;
     }
-    if (named.isStandardInput()) {
+    if (named.isStandardInput())
         commandLineSystem::instance().provide(named.meant(), standardInput());
-    }
-    const string call = L"script$" + named.callName() + L"$" + wanted.function;
+    const string call = L"script$" + named.callName() + L"$" + given.words[1];
     script::eCodeType type = script::codeTypeScript;
     string fileName;
     string function;
@@ -221,25 +209,24 @@ int runFunction(const scriptCall& wanted)
         const file found = script::locateScriptFile(named.base(), fileName);
         if (!named.means(found)) {
             printError(L"qxscript: the search finds " + found.fullName() + L" and not " +
-                       (named.isStandardInput() ? string(L"standard input") : wanted.file));
+                       (named.isStandardInput() ? string(L"standard input") : written));
             return 1;
         }
     }
-    return execute(named.base(), call, wanted.arguments);
+    return execute(named.base(), call, given);
 }
 
-int runCall(const scriptCall& wanted)
+int runCall(const commandCall& given)
 {
-    return execute(wanted.base, wanted.call, wanted.arguments);
+    return execute(given.base.value_or(string()), given.words[0], given);
 }
 
-int evaluate(const string& given)
+int evaluate(const commandCall& given)
 {
-    const string text = given == L"-" ? trimmedInput() : given;
+    const string text = given.words[0] == L"-" ? trimmedInput() : given.words[0];
     const qx::sharedPtr<script::statement> parsed(script::statement::createFrom(text, 0));
-    if (!parsed) {
+    if (!parsed)
         return reportNoStatement(text);
-    }
     script::scriptcontext context;
     genericValue result;
     parsed->exec(context, result);
@@ -249,14 +236,13 @@ int evaluate(const string& given)
     return 0;
 }
 
-int checkFiles(const std::vector<string>& files)
+int checkFiles(const commandCall& given)
 {
     int status = 0;
-    for (const string& name : files) {
+    for (const string& name : given.words) {
         try {
-            if (checkFile(name) > 0) {
+            if (checkFile(name) > 0)
                 status = 1;
-            }
         } catch (const qx::exception& failure) {
             printFailure(failure);
             status = 1;
@@ -265,25 +251,24 @@ int checkFiles(const std::vector<string>& files)
     return status;
 }
 
-int showFunctions(const string& name)
+int showFunctions(const commandCall& given)
 {
+    const string& name = given.words[0];
     const file scriptFile(name);
-    if (!scriptFile.exists()) {
+    if (!scriptFile.exists())
         throw qx::fileNotFoundException(scriptFile);
-    }
     const script::scriptFileInfo info = script::listFunctions(scriptFile);
-    for (const script::functionInfo& function : info.functions) {
+    for (const script::functionInfo& function : info.functions)
         printLine(function.name + shownParameters(function));
-    }
-    for (const script::functionInfo& function : info.functions) {
+    for (const script::functionInfo& function : info.functions)
         reportRedefinition(name, function);
-    }
     reportEnd(name, info);
     return 0;
 }
 
-int showStatements(const string& name)
+int showStatements(const commandCall& given)
 {
+    const string name = given.words.empty() ? string() : given.words[0];
     const string wanted = name.lower();
     bool isFound = wanted.empty();
     for (const script::statementInfo& statement : script::listStatements()) {
@@ -294,18 +279,85 @@ int showStatements(const string& name)
             describe(statement);
         }
     }
-    if (!isFound) {
+    if (!isFound)
         printError(L"qxscript: there is no statement \"" + name + L"\"");
-    }
     return isFound ? 0 : 1;
 }
 
-int scrambleCopy(const string& from, const string& to)
+int scrambleCopy(const commandCall& given)
 {
-    const file target(to);
-    if (!script::scrambleFile(file(from), target)) {
+    const file target(given.words[1]);
+    if (!script::scrambleFile(file(given.words[0]), target)) {
         printError(L"qxscript: cannot write " + target.fullName());
         return 1;
     }
     return 0;
+}
+
+constexpr command commands[] = {
+    {"run",
+     "Run a function of a script file; further arguments go to it as they are",
+     {{"FILE", commandParameter::required,
+       "The script file, with or without its extension; - reads standard input"},
+      {"FUNCTION", commandParameter::required, "The function"}},
+     "Where FILE is looked for; without it FILE's own directory",
+     true,
+     runFunction},
+    {"call",
+     "Run a code call; further arguments go to it as they are",
+     {{"CALL", commandParameter::required, "type$file$function"}},
+     "Where the file of the call is looked for first",
+     true,
+     runCall},
+    {"eval",
+     "Run a text",
+     {{"TEXT", commandParameter::required, "The text; - reads standard input"}},
+     nullptr,
+     false,
+     evaluate},
+    {"check",
+     "Load every function of script files and report every failure",
+     {{"FILE", commandParameter::several, "The script files"}},
+     nullptr,
+     false,
+     checkFiles},
+    {"functions",
+     "List the functions of a script file",
+     {{"FILE", commandParameter::required, "The script file"}},
+     nullptr,
+     false,
+     showFunctions},
+    {"statements",
+     "List the statements, or tell about one",
+     {{"NAME", commandParameter::optional, "The statement"}},
+     nullptr,
+     false,
+     showStatements},
+    {"scramble",
+     "Scramble a script file, or restore a scrambled one",
+     {{"IN", commandParameter::required, "The file to read"},
+      {"OUT", commandParameter::required, "The file to write"}},
+     nullptr,
+     false,
+     scrambleCopy},
+};
+
+} // namespace
+
+std::size_t command::parameterCount() const
+{
+    return static_cast<std::size_t>(std::ranges::count_if(parameters, [](const commandParameter& parameter) {
+        return parameter.wanted != commandParameter::none;
+    }));
+}
+
+std::span<const command> allCommands()
+{
+    return commands;
+}
+
+const command* findCommand(std::string_view word)
+{
+    const auto found = std::ranges::find(commands, word, &command::name);
+    return found == std::end(commands) ? nullptr : found;
 }

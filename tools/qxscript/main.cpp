@@ -1,4 +1,5 @@
-// qxscript: runs, checks and lists scripts from the command line.
+// qxscript: runs, checks and lists scripts from the command line. Here its arguments are read; what the
+// commands are and do is in commands.cpp.
 #include "commandLineSystem.h"
 #include "commands.h"
 #include "report.h"
@@ -28,11 +29,9 @@ class errorStreamSink : public qxlog::sink
 public:
     void write(qxlog::level severity, const string& logger, const string& text) override
     {
-        for (const auto& [name, level] : logLevels) {
-            if (level == severity) {
+        for (const auto& [name, level] : logLevels)
+            if (level == severity)
                 printError(string::fromUtf8(name) + L" " + logger + L": " + text);
-            }
-        }
     }
 };
 
@@ -41,54 +40,48 @@ public:
 string languageOfEnvironment()
 {
     string language;
-    for (const wchar_t* variable : {L"LC_ALL", L"LC_MESSAGES", L"LANG"}) {
-        if (qx::system::current().environmentVariable(variable, language) && !language.empty()) {
+    for (const wchar_t* variable : {L"LC_ALL", L"LC_MESSAGES", L"LANG"})
+        if (qx::system::current().environmentVariable(variable, language) && !language.empty())
             break;
-        }
-    }
     language.resize(std::min(language.size(), language.find_first_of(L".@")));
     return language == L"C" || language == L"POSIX" ? string() : language;
-}
-
-// The number of leading arguments that are ours; what follows the function or the code call is the script's,
-// whatever it looks like.
-std::size_t countOwn(const std::vector<std::string>& arguments)
-{
-    std::size_t words = 0;
-    std::size_t wordsOfCommand = arguments.size();
-    bool optionsEnded = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (!optionsEnded && argument == "--") {
-            optionsEnded = true;
-        } else if (!optionsEnded && (argument == "--base" || argument == "--log")) {
-            ++i;
-        } else if (optionsEnded || !argument.starts_with('-') || argument == "-") {
-            ++words;
-            if (words == 1 && argument == "run") {
-                wordsOfCommand = 3;
-            } else if (words == 1 && argument == "call") {
-                wordsOfCommand = 2;
-            }
-            if (words == wordsOfCommand) {
-                return i + 1;
-            }
-        }
-    }
-    return arguments.size();
 }
 
 std::vector<string> wide(const std::vector<std::string>& texts)
 {
     std::vector<string> result;
     result.reserve(texts.size());
-    for (const std::string& text : texts) {
+    for (const std::string& text : texts)
         result.push_back(string::fromUtf8(text));
-    }
     return result;
 }
 
-// The commands as the command line describes them, and what was asked for.
+constexpr const char* baseOption = "--base";
+constexpr const char* logOption = "--log";
+
+// The number of leading arguments that are ours. What follows the last parameter of a command that passes
+// arguments on is the script's, whatever it looks like: the parser must not see it.
+std::size_t countOwn(const std::vector<std::string>& arguments)
+{
+    std::size_t wordsLeft = 0; // 0 before the command
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (!optionsEnded && argument.starts_with('-') && argument != "-") {
+            optionsEnded = argument == "--";
+            i += argument == baseOption || argument == logOption; // and its value
+        } else if (wordsLeft == 0) {
+            const command* const asked = findCommand(argument);
+            if (!asked || !asked->passesArguments)
+                break;
+            wordsLeft = asked->parameterCount();
+        } else if (--wordsLeft == 0)
+            return i + 1;
+    }
+    return arguments.size();
+}
+
+// The command line: made from the table of commands, it reads which one is asked for, and with what.
 class commandLine
 {
 public:
@@ -97,45 +90,17 @@ public:
         mApp.require_subcommand(1);
         mApp.fallthrough();
         mApp.set_version_flag("--version", "qxscript " QXSCRIPT_VERSION, "Print the version");
-        mApp.add_option("--log", mLogLevel, "Write log lines up to LEVEL to standard error")
+        mApp.add_option(logOption, mLogLevel, "Write log lines up to LEVEL to standard error")
             ->option_text("LEVEL")
             ->transform(CLI::CheckedTransformer(logLevels).description("off|error|warning|info|debug|trace"));
-
-        mpRun = mApp.add_subcommand(
-            "run", "Run a function of a script file; further arguments go to it as they are");
-        addBase(*mpRun, "Where FILE is looked for; without it FILE's own directory");
-        mpRun
-            ->add_option("FILE", mFirst,
-                         "The script file, with or without its extension; - reads standard input")
-            ->required();
-        mpRun->add_option("FUNCTION", mSecond, "The function")->required();
-
-        mpCall = mApp.add_subcommand("call", "Run a code call; further arguments go to it as they are");
-        addBase(*mpCall, "Where the file of the call is looked for first");
-        mpCall->add_option("CALL", mFirst, "type$file$function")->required();
-
-        mpEval = mApp.add_subcommand("eval", "Run a text");
-        mpEval->add_option("TEXT", mFirst, "The text; - reads standard input")->required();
-
-        mpCheck =
-            mApp.add_subcommand("check", "Load every function of script files and report every failure");
-        mpCheck->add_option("FILE", mFiles, "The script files")->required();
-
-        mpFunctions = mApp.add_subcommand("functions", "List the functions of a script file");
-        mpFunctions->add_option("FILE", mFirst, "The script file")->required();
-
-        mpStatements = mApp.add_subcommand("statements", "List the statements, or tell about one");
-        mpStatements->add_option("NAME", mFirst, "The statement");
-
-        mpScramble = mApp.add_subcommand("scramble", "Scramble a script file, or restore a scrambled one");
-        mpScramble->add_option("IN", mFirst, "The file to read")->required();
-        mpScramble->add_option("OUT", mSecond, "The file to write")->required();
+        for (const command& described : allCommands())
+            add(described);
     }
 
     int execute(std::vector<std::string> arguments)
     {
         const auto own = static_cast<std::ptrdiff_t>(countOwn(arguments));
-        const std::vector<string> passedOn = wide({arguments.begin() + own, arguments.end()});
+        mCall.passedOn = wide({arguments.begin() + own, arguments.end()});
         arguments.resize(static_cast<std::size_t>(own));
         std::reverse(arguments.begin(), arguments.end()); // as the parser wants them
         try {
@@ -144,59 +109,46 @@ public:
             return mApp.exit(stopped) == 0 ? 0 : statusWrongUsage;
         }
         qxlog::logManager::setLevel(mLogLevel);
-        return dispatch(passedOn);
+        return mpAsked->run(mCall);
     }
 
 private:
-    void addBase(CLI::App& command, const char* description)
+    void add(const command& described)
     {
-        command.add_option("--base", mBase, description)->option_text("DIR");
+        CLI::App& made = *mApp.add_subcommand(described.name, described.summary);
+        made.callback([this, &described] { mpAsked = &described; });
+        if (described.base) {
+            const auto take = [this](const std::string& folder) { mCall.base = string::fromUtf8(folder); };
+            made.add_option_function<std::string>(baseOption, take, described.base)->option_text("DIR");
+        }
+        for (const commandParameter& parameter : described.parameters)
+            add(made, parameter);
     }
 
-    int dispatch(const std::vector<string>& passedOn) const
+    // Words are taken in the order in which their parameters are added.
+    void add(CLI::App& made, const commandParameter& parameter)
     {
-        const string first = string::fromUtf8(mFirst);
-        const string second = string::fromUtf8(mSecond);
-        scriptCall wanted;
-        wanted.base = string::fromUtf8(mBase);
-        wanted.arguments = passedOn;
-        if (mpRun->parsed()) {
-            wanted.hasBase = mpRun->count("--base") > 0;
-            wanted.file = first;
-            wanted.function = second;
-            return runFunction(wanted);
+        const auto take = [this](const std::string& word) { mCall.words.push_back(string::fromUtf8(word)); };
+        const auto takeAll = [this](const std::vector<std::string>& words) { mCall.words = wide(words); };
+        switch (parameter.wanted) {
+        case commandParameter::none:
+            break;
+        case commandParameter::required:
+            made.add_option_function<std::string>(parameter.name, take, parameter.summary)->required();
+            break;
+        case commandParameter::optional:
+            made.add_option_function<std::string>(parameter.name, take, parameter.summary);
+            break;
+        case commandParameter::several:
+            made.add_option_function<std::vector<std::string>>(parameter.name, takeAll, parameter.summary)
+                ->required();
+            break;
         }
-        if (mpCall->parsed()) {
-            wanted.call = first;
-            return runCall(wanted);
-        }
-        if (mpEval->parsed()) {
-            return evaluate(first);
-        }
-        if (mpCheck->parsed()) {
-            return checkFiles(wide(mFiles));
-        }
-        if (mpFunctions->parsed()) {
-            return showFunctions(first);
-        }
-        if (mpStatements->parsed()) {
-            return showStatements(first);
-        }
-        return scrambleCopy(first, second);
     }
 
     CLI::App mApp{"Runs, checks and lists scripts.", "qxscript"};
-    CLI::App* mpRun;
-    CLI::App* mpCall;
-    CLI::App* mpEval;
-    CLI::App* mpCheck;
-    CLI::App* mpFunctions;
-    CLI::App* mpStatements;
-    CLI::App* mpScramble;
-    std::string mBase;
-    std::string mFirst;
-    std::string mSecond;
-    std::vector<std::string> mFiles;
+    const command* mpAsked = nullptr; // not null once the arguments are read
+    commandCall mCall;
     qxlog::level mLogLevel = qxlog::level::off;
 };
 
@@ -204,9 +156,8 @@ int guarded(int count, const char* const* arguments)
 {
     try {
         std::vector<std::string> texts;
-        for (const string& argument : qx::programArguments(count, arguments)) {
+        for (const string& argument : qx::programArguments(count, arguments))
             texts.push_back(argument.utf8());
-        }
         return commandLine().execute(std::move(texts));
     } catch (const qx::exception& failure) {
         printFailure(failure);

@@ -1,3 +1,4 @@
+// A question on standard error, an answer by word or first letter from standard input.
 #include "messageBox.h"
 
 #include "report.h"
@@ -70,9 +71,8 @@ bool readInputLine(std::string& line)
     line.clear();
     int c = std::getchar();
     const bool isAtEnd = c == EOF;
-    for (; c != EOF && c != '\n'; c = std::getchar()) {
+    for (; c != EOF && c != '\n'; c = std::getchar())
         line += static_cast<char>(c);
-    }
     return !isAtEnd;
 }
 
@@ -89,12 +89,10 @@ int askForButton(const string& text, const string& caption, qx::uint flags, line
         }
         const string answer =
             string::fromUtf8(line).deleteLeading(L" \t\r").deleteTrailing(L" \t\r").toLower();
-        if (answer.empty() && buttons.size() == 1) {
+        if (answer.empty() && buttons.size() == 1)
             return buttons.front();
-        }
         const auto named = namedIn(buttons, answer);
-        if (named != buttons.end()) {
+        if (named != buttons.end())
             return *named;
-        }
     }
 }

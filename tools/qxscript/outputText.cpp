@@ -1,3 +1,4 @@
+// Values as text: scalars as they convert, arrays and maps as JSON, references followed to what they lead to.
 #include "outputText.h"
 
 #include <qxHeldTypes.h>
@@ -46,9 +47,8 @@ template <class Key>
 bool addEntries(const heldValue& held, std::vector<child>& children)
 {
     const auto* map = as<std::map<Key, genericValue>>(held);
-    if (!map) {
+    if (!map)
         return false;
-    }
     for (const auto& [key, value] : *map) {
         string text;
         genericValue(key).getValue(text);
@@ -66,30 +66,24 @@ bool isMap(const heldValue& held, std::vector<child>& children)
 bool isArray(const heldValue& held, std::vector<child>& children)
 {
     const auto* array = as<qx::valueArray>(held);
-    if (!array) {
+    if (!array)
         return false;
-    }
-    for (const genericValue& value : *array) {
+    for (const genericValue& value : *array)
         children.push_back({string(), &value});
-    }
     return true;
 }
 
 // The text of what is neither array nor map.
 string scalarText(const heldValue& held, const genericValue& value)
 {
-    if (const auto* object = as<objectRef>(held)) {
+    if (const auto* object = as<objectRef>(held))
         return object->isValid() ? L"<object>" : L"<null object>";
-    }
-    if (isA<qx::sharedPtr<qx::conditions::condition>>(held)) {
+    if (isA<qx::sharedPtr<qx::conditions::condition>>(held))
         return L"<condition>";
-    }
-    if (isA<qx::calcCrc32>(held)) {
+    if (isA<qx::calcCrc32>(held))
         return L"<checksum>";
-    }
-    if (isA<void*>(held)) {
+    if (isA<void*>(held))
         return L"<handle>";
-    }
     string text;
     return value.getValue(text) ? text : string(L"<value>");
 }
@@ -97,9 +91,8 @@ string scalarText(const heldValue& held, const genericValue& value)
 bool isBareInJson(const heldValue& held, const genericValue& value)
 {
     double number = 0;
-    if (isOneOf<float, double>(held)) {
+    if (isOneOf<float, double>(held))
         return value.getValue(number) && std::isfinite(number);
-    }
     return isOneOf<bool, short, qx::ushort, int, qx::uint, qx::long32, qx::ulong32, qx::uint64>(held);
 }
 
@@ -149,9 +142,8 @@ public:
                 mOpen.pop_back();
                 continue;
             }
-            if (innermost.next > 0) {
+            if (innermost.next > 0)
                 mJson += L',';
-            }
             const child& part = innermost.children[innermost.next++];
             if (innermost.isMap) {
                 appendQuoted(mJson, part.key);
@@ -199,13 +191,12 @@ private:
             mOpen.push_back({held, std::move(children), map, references});
             return;
         }
-        if (!held) {
+        if (!held)
             mJson += L"null";
-        } else if (isBareInJson(held, *current)) {
+        else if (isBareInJson(held, *current))
             mJson += scalarText(held, *current);
-        } else {
+        else
             appendQuoted(mJson, scalarText(held, *current));
-        }
         forget(references);
     }
 
@@ -233,9 +224,8 @@ bool outputText(const genericValue& value, string& text)
     std::unordered_set<const genericValue*> followed;
     while (held && isA<reference>(held)) {
         target = reference(*as<reference>(held));
-        if (!target) {
+        if (!target)
             return false;
-        }
         if (!followed.insert(target.get()).second) {
             text = L"<reference>";
             return true;
@@ -243,9 +233,8 @@ bool outputText(const genericValue& value, string& text)
         current = target.get();
         held = current->holderCopy();
     }
-    if (!held) {
+    if (!held)
         return false;
-    }
     std::vector<child> children;
     text = isArray(held, children) || isMap(held, children) ? jsonWriter().write(value)
                                                             : scalarText(held, *current);

@@ -1,3 +1,4 @@
+// Lines of output as UTF-8; failures indented by their depth, the outermost red on a terminal.
 #include "report.h"
 
 #include <qxConsole.h>
@@ -32,9 +33,8 @@ bool useColours()
 void printLink(const qx::string& text, std::size_t level, bool isOutermost)
 {
     qx::string line = inOneLine(text);
-    if (isOutermost && useColours()) {
+    if (isOutermost && useColours())
         line = L"\x1b[31m" + line + L"\x1b[0m";
-    }
     printError(std::wstring(std::min(level * indentation, mostIndentation), L' ') + line);
 }
 
