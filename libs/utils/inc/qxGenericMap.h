@@ -1,5 +1,5 @@
-// The maps that a value can hold: std::map from short, int, long32 or string to
-// genericValue.
+// The maps that a value can hold: std::map from one of mapKeyTypes (short,
+// int, long32, string) to genericValue.
 //
 //     std::map<qx::string, qx::genericValue> prices;
 //     prices[L"tea"] = qx::genericValue(2.5);
@@ -20,13 +20,7 @@
 namespace qx
 {
 
-template <>
-inline constexpr unsigned heldAs<std::map<short, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<int, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<long32, genericValue>> = heldInValue;
-template <>
-inline constexpr unsigned heldAs<std::map<string, genericValue>> = heldInValue;
+template <oneOf<mapKeyTypes> Key>
+inline constexpr unsigned heldAs<std::map<Key, genericValue>> = heldInValue;
 
 } // namespace qx

@@ -27,6 +27,7 @@
 #include "qxExport.h"
 #include "qxSharedPtr.h"
 #include "qxString.h"
+#include "qxTypeLists.h"
 #include "qxTypes.h"
 
 #include <cstddef>
@@ -36,18 +37,6 @@
 namespace qx
 {
 
-class date;
-class time;
-class timestamp;
-class locString;
-class directory;
-class calcCrc32;
-class genericValue;
-
-namespace conditions
-{
-class condition;
-}
 namespace cell
 {
 class access;
@@ -73,61 +62,21 @@ enum heldForms : unsigned
 //     directory                                    getValue, out of a text
 //     void*, the maps of qxGenericMap.h            constructor
 //
-// A library above may add types of its own. A type that is not named here or specialised by
+// The lists are those of qxTypeLists.h. Small values, numbers and truth values, dates and times, lie in the
+// word of the value, but for a uint64 past 32 bits and NaNs with a payload; the others in a counted block.
+//
+// A library above may add types of its own. A type that is not listed there or specialised by
 // the library that owns it cannot be held. The list is closed for everybody else: a library
 // that holds a type has to instantiate its holders for all others.
 template <class T>
-inline constexpr unsigned heldAs = 0;
-
-// Small: these lie in the word of the value, but for a uint64 past 32 bits and NaNs with a
-// payload.
-template <>
-inline constexpr unsigned heldAs<bool> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<short> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<ushort> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<int> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<uint> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<long32> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<ulong32> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<uint64> = heldInValue | heldByConstPointer;
-template <>
-inline constexpr unsigned heldAs<float> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<double> = heldEveryWay;
-// In a counted block, but for the texts of ints.
-template <>
-inline constexpr unsigned heldAs<string> = heldEveryWay;
-// Small.
-template <>
-inline constexpr unsigned heldAs<date> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<time> = heldEveryWay;
-// In a counted block, as everything from here on.
-template <>
-inline constexpr unsigned heldAs<timestamp> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<locString> = heldInValue | heldByPointer;
+inline constexpr unsigned heldAs = oneOf<T, everyHeldTypes>     ? heldEveryWay
+                                   : oneOf<T, readHeldTypes>    ? heldInValue | heldByPointer
+                                   : oneOf<T, writtenHeldTypes> ? heldInValue | heldByConstPointer
+                                   : oneOf<T, keptHeldTypes>    ? heldInValue
+                                                                : 0u;
 // Only read out of a value that holds a text: no value holds a directory.
 template <>
 inline constexpr unsigned heldAs<directory> = heldByPointer;
-template <>
-inline constexpr unsigned heldAs<calcCrc32> = heldInValue | heldByPointer;
-template <>
-inline constexpr unsigned heldAs<sharedPtr<conditions::condition>> = heldInValue | heldByPointer;
-// A reference to a variable, which getValue and setValue follow.
-template <>
-inline constexpr unsigned heldAs<sharedPtr<genericValue>> = heldInValue | heldByConstPointer;
-template <>
-inline constexpr unsigned heldAs<std::vector<genericValue>> = heldEveryWay;
-template <>
-inline constexpr unsigned heldAs<void*> = heldInValue;
 
 // What the constructor takes, getValue reads and setValue writes.
 template <class T>

@@ -30,42 +30,6 @@
 #include "qxTime.h"
 #include "qxTimestamp.h"
 
-// Held in every way: in values, as the target of reads, as the source of writes.
-#define QX_EVERY_HELD_TYPE(USE)                                                                              \
-    USE(bool)                                                                                                \
-    USE(short)                                                                                               \
-    USE(qx::ushort)                                                                                          \
-    USE(int)                                                                                                 \
-    USE(qx::uint)                                                                                            \
-    USE(qx::long32)                                                                                          \
-    USE(qx::ulong32)                                                                                         \
-    USE(float)                                                                                               \
-    USE(double)                                                                                              \
-    USE(qx::string)                                                                                          \
-    USE(qx::date)                                                                                            \
-    USE(qx::time)                                                                                            \
-    USE(qx::timestamp)                                                                                       \
-    USE(std::vector<qx::genericValue>)
-
-// Held in values and as the target of reads.
-#define QX_READ_HELD_TYPE(USE)                                                                               \
-    USE(qx::locString)                                                                                       \
-    USE(qx::calcCrc32)                                                                                       \
-    USE(qx::sharedPtr<qx::conditions::condition>)
-
-// Held in values and as the source of writes.
-#define QX_WRITTEN_HELD_TYPE(USE)                                                                            \
-    USE(qx::uint64)                                                                                          \
-    USE(qx::sharedPtr<qx::genericValue>)
-
-// Held in values alone.
-#define QX_KEPT_HELD_TYPE(USE)                                                                               \
-    USE(void*)                                                                                               \
-    USE(std::map<short, qx::genericValue>)                                                                   \
-    USE(std::map<int, qx::genericValue>)                                                                     \
-    USE(std::map<qx::long32, qx::genericValue>)                                                              \
-    USE(std::map<qx::string, qx::genericValue>)
-
 // What each group has of genericValue's members, declared as instantiated elsewhere.
 // Explicit, for each member: MinGW exports no inline member of an instantiated class.
 #define QX_DECLARE_UTILS_HOLDER(...) extern template class QXUTILS_API qx::genericValue::holder<__VA_ARGS__>;
@@ -74,6 +38,7 @@
     QX_DECLARE_UTILS_HOLDER(__VA_ARGS__)                                                                     \
     extern template class QXUTILS_API qx::genericValue::valueholder<__VA_ARGS__>;                            \
     extern template QXUTILS_API qx::genericValue::genericValue(__VA_ARGS__ const&);
+#define QX_DECLARE_UTILS_MAP(Key) QX_DECLARE_UTILS_VALUE(std::map<Key, qx::genericValue>)
 // ... and read into.
 #define QX_DECLARE_UTILS_READ(...)                                                                           \
     QX_DECLARE_UTILS_VALUE(__VA_ARGS__)                                                                      \
@@ -93,6 +58,7 @@ QX_EVERY_HELD_TYPE(QX_DECLARE_UTILS_EVERY)
 QX_READ_HELD_TYPE(QX_DECLARE_UTILS_READ)
 QX_WRITTEN_HELD_TYPE(QX_DECLARE_UTILS_WRITTEN)
 QX_KEPT_HELD_TYPE(QX_DECLARE_UTILS_VALUE)
+QX_MAP_KEY_TYPES(QX_DECLARE_UTILS_MAP)
 // A directory is in no group: it is read, and kept in no value.
 QX_DECLARE_UTILS_HOLDER(qx::directory)
 extern template QXUTILS_API bool qx::genericValue::getValue(qx::directory&) const;

@@ -208,21 +208,6 @@ decltype(auto) visit(word w, const Use& use)
 template <class T>
 QXUTILS_API bool convert(word w, T& out);
 
-#define QX_SMALL_READABLE_TYPE(USE)                                                                          \
-    USE(bool)                                                                                                \
-    USE(short)                                                                                               \
-    USE(qx::ushort)                                                                                          \
-    USE(int)                                                                                                 \
-    USE(qx::uint)                                                                                            \
-    USE(qx::long32)                                                                                          \
-    USE(qx::ulong32)                                                                                         \
-    USE(float)                                                                                               \
-    USE(double)                                                                                              \
-    USE(qx::string)                                                                                          \
-    USE(qx::date)                                                                                            \
-    USE(qx::time)                                                                                            \
-    USE(qx::timestamp)
-
 constexpr bool isUnsigned(word w)
 {
     return kindIn(w) == uintKind || kindIn(w) == ulongKind || kindIn(w) == uint64Kind;

@@ -119,7 +119,7 @@ bool convert(word w, T& out)
 }
 
 #define QX_DEFINE_CONVERT(...) template QXUTILS_API bool convert(word, __VA_ARGS__&);
-QX_SMALL_READABLE_TYPE(QX_DEFINE_CONVERT)
+QX_FIELD_TYPES(QX_DEFINE_CONVERT)
 
 word convertedLike(word like, word w) noexcept
 try {

@@ -45,22 +45,15 @@ struct hashOfPair
 
 using conversionTable = std::unordered_map<typePair, function, hashOfPair>;
 
-template <class... T>
-struct typeList
-{};
+using plainTypes = join<fieldTypes, typeList<uint64, locString, directory>>;
 
-template <class... A, class... B>
-constexpr typeList<A..., B...> operator+(typeList<A...>, typeList<B...>)
-{
-    return {};
-}
-
-using plainTypes = typeList<bool, short, ushort, int, uint, long32, ulong32, uint64, float, double, string,
-                            date, time, timestamp, locString, directory>;
+template <class Key>
+using mapOf = std::map<Key, genericValue>;
+template <class... Key>
+typeList<mapOf<Key>...> mapsOf(typeList<Key...>);
 // Held types that convert only where a reference to a variable holds them or is to hold them.
-using opaqueTypes =
-    typeList<calcCrc32, sharedPtr<conditions::condition>, valueArray, void*, std::map<short, genericValue>,
-             std::map<int, genericValue>, std::map<long32, genericValue>, std::map<string, genericValue>>;
+using opaqueTypes = join<typeList<calcCrc32, sharedPtr<conditions::condition>, valueArray>, keptHeldTypes,
+                         decltype(mapsOf(mapKeyTypes()))>;
 
 template <class To, class From>
 bool convertPlain(void* to, const void* from, int format, char*)
@@ -101,7 +94,7 @@ conversionTable ownConversions()
 {
     conversionTable table;
     enterPlainPairs(table, plainTypes());
-    enterReferences(table, plainTypes() + opaqueTypes());
+    enterReferences(table, join<plainTypes, opaqueTypes>());
     return table;
 }
 
