@@ -13,7 +13,7 @@ namespace
 using qx::genericValue;
 using qx::string;
 using heldValue = qx::sharedPtr<genericValue::holderbase>;
-using objectRef = qx::intrface::interfaceptr<qx::intrface::unknown>;
+using qx::intrface::objectRef;
 using reference = qx::sharedPtr<genericValue>;
 
 // The value inside a holder, if it is of that type.

@@ -33,7 +33,7 @@ namespace qx::host
 using intrface::unknown;
 
 // A reference to an object, whatever it is: what values hold.
-using reference = intrface::interfaceptr<unknown>;
+using reference = intrface::objectRef;
 
 // Base of an object that offers these interfaces. It begins without a reference, so a refPtr takes it over
 // from `new`, and deletes itself, through its virtual destructor, with the last one. An interface of the

@@ -164,9 +164,11 @@ public:
     T* operator->() const noexcept { return this->mpInterface; }
 };
 
+// A pointer to an object, whatever it offers: what values hold.
+using objectRef = interfaceptr<unknown>;
+
 } // namespace qx::intrface
 
 // A `ref`: a value that holds a counted host object. Copies share the object.
 template <>
-inline constexpr unsigned qx::heldAs<qx::intrface::interfaceptr<qx::intrface::unknown>> =
-    qx::heldInValue | qx::heldByPointer;
+inline constexpr unsigned qx::heldAs<qx::intrface::objectRef> = qx::heldInValue | qx::heldByPointer;

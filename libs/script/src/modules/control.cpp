@@ -18,8 +18,8 @@ namespace
 {
 
 using intrface::forwardIterator;
+using intrface::objectRef;
 using intrface::unknown;
-using objectRef = intrface::interfaceptr<unknown>;
 using sharedStatement = sharedPtr<statement>;
 
 // The statement of a text; null where the text holds none.

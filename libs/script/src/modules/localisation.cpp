@@ -13,8 +13,8 @@ namespace
 {
 
 using intrface::messagesaccess;
+using intrface::objectRef;
 using intrface::unknown;
-using objectRef = intrface::interfaceptr<unknown>;
 
 constexpr declaredParameter idParam{L"id", true, L"Error retrieving message-id"};
 

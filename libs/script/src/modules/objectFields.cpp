@@ -232,47 +232,37 @@ private:
 
 // --- Types ---
 
-// A type word, and the statements that it stands for; null for none.
-struct fieldType
+// Two of the words are none of the language's data types.
+template <class T>
+struct fieldWord : keywordOf<T>
+{};
+template <>
+struct fieldWord<objectRef>
 {
-    const wchar_t* word;
-    statement* (*get)(const callText& call);
-    statement* (*set)(const callText& call);
+    static constexpr const wchar_t* word = L"ref";
+};
+template <>
+struct fieldWord<genericValue>
+{
+    static constexpr const wchar_t* word = L"generic";
 };
 
 template <class T>
-constexpr fieldType bothWays(const wchar_t* word)
-{
-    return {word, getFieldValue<T>::create, setFieldValue<T>::create};
-}
+using readingOf = std::conditional_t<
+    std::is_same_v<T, valueArray>, getArrayFieldValue,
+    std::conditional_t<std::is_same_v<T, genericValue>, getGenericFieldValue, getFieldValue<T>>>;
 
-constexpr fieldType fieldTypes[] = {
-    bothWays<string>(L"string"),
-    bothWays<bool>(L"bool"),
-    bothWays<short>(L"short"),
-    bothWays<int>(L"int"),
-    bothWays<long32>(L"long"),
-    bothWays<ushort>(L"ushort"),
-    bothWays<uint>(L"uint"),
-    bothWays<ulong32>(L"ulong"),
-    bothWays<float>(L"float"),
-    bothWays<double>(L"double"),
-    bothWays<date>(L"date"),
-    bothWays<time>(L"time"),
-    bothWays<timestamp>(L"timestamp"),
-    {L"ref", nullptr, setFieldValue<objectRef>::create},
-    {L"array", getArrayFieldValue::create, nullptr},
-    {L"generic", getGenericFieldValue::create, nullptr},
-};
+using readTypes = join<fieldTypes, typeList<valueArray, genericValue>>;
+using writtenTypes = join<fieldTypes, typeList<objectRef>>;
 
 // The statement for the first type word of the call; a call without one is about a text.
-statement* createTyped(const callText& call, statement* (*fieldType::*way)(const callText& call))
+template <template <class> class Statement, class... T>
+statement* createTyped(const callText& call, typeList<T...>)
 {
-    const string word = call.types.empty() ? string(L"string") : call.types.front().lower();
-    for (const fieldType& type : fieldTypes)
-        if (word == type.word)
-            return type.*way ? (type.*way)(call) : nullptr;
-    return nullptr;
+    const string word = call.types.empty() ? string(dataTypeOf<string>.word) : call.types.front().lower();
+    statement* made = nullptr;
+    (void)((word == fieldWord<T>::word && (made = Statement<T>::create(call))) || ...);
+    return made;
 }
 
 // --- Table ---
@@ -284,10 +274,9 @@ constexpr const wchar_t* getFailures[] = {
     getArrayRefusals.tooFew, getArrayRefusals.unusable};
 constexpr builtin getRow = {
     .name = L"obj_get",
-    .create = [](const callText& call) { return createTyped(call, &fieldType::get); },
+    .create = [](const callText& call) { return createTyped<readingOf>(call, readTypes()); },
     .parameters = L"<type>(object, field)",
-    .types = L"bool, short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp, "
-             L"array, generic",
+    .types = wordsOf<readTypes, fieldWord>,
     .summary = L"Gives the content of a field of the object in the type, a `string` without one; as "
                L"`generic` it is what the object has there, and null for nothing.",
     .failures = getFailures};
@@ -305,10 +294,9 @@ constexpr const wchar_t* setFailures[] = {setRefusals.tooFew,
                                           notSet};
 constexpr builtin setRow = {
     .name = L"obj_set",
-    .create = [](const callText& call) { return createTyped(call, &fieldType::set); },
+    .create = [](const callText& call) { return createTyped<setFieldValue>(call, writtenTypes()); },
     .parameters = L"<type>(object, field, value, [create])",
-    .types = L"bool, short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp, "
-             L"ref",
+    .types = wordsOf<writtenTypes, fieldWord>,
     .result = resultRule::none,
     .summary = L"Writes the value to a field of the object in the type, a `string` without one; a `ref` as "
                L"whether there is an object. The field has to exist unless `create` is true.",

@@ -9,7 +9,7 @@
 namespace qx::script
 {
 
-using objectRef = intrface::interfaceptr<intrface::unknown>;
+using intrface::objectRef;
 
 // Failures that statements of several sources share.
 constexpr const wchar_t* noObject = L"unable to retrieve object";

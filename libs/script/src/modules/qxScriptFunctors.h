@@ -226,8 +226,7 @@ struct notfunc : detail::operand<bool>
 
 // REQUIRED: host objects compare by being set alone; two different objects are equal. Held by
 // operators.objects_compare_by_being_set.
-struct eqfuncIfPointer : qx::detail::operands<qx::intrface::interfaceptr<qx::intrface::unknown>,
-                                              qx::intrface::interfaceptr<qx::intrface::unknown>>
+struct eqfuncIfPointer : qx::detail::operands<qx::intrface::objectRef, qx::intrface::objectRef>
 {
     bool operator()(const first& a, const second& b) const { return a.isValid() == b.isValid(); }
 };

@@ -58,54 +58,12 @@ namespace
 
 // --- Types ---
 
-using object = intrface::interfaceptr<intrface::unknown>;
-
-template <class... T>
-struct typelist
-{};
-
-template <class... A, class... B>
-typelist<A..., B...> operator+(typelist<A...>, typelist<B...>);
-
-using integers = typelist<short, int, long32, ushort, uint, ulong32>;
-using floats = typelist<float, double>;
-using numbers = decltype(integers() + floats());
-using signedNumbers = decltype(typelist<short, int, long32>() + floats());
-using subtractable = decltype(numbers() + typelist<date>());
-using summable = decltype(subtractable() + typelist<string>());
-using ordered = decltype(numbers() + typelist<string, date, time, timestamp>());
-using comparable = decltype(typelist<bool>() + ordered() + typelist<object>());
-
-template <class T>
-constexpr ePrimitiveScriptType typeOf = scriptTypeVoid;
-template <>
-constexpr ePrimitiveScriptType typeOf<bool> = scriptTypeBool;
-template <>
-constexpr ePrimitiveScriptType typeOf<short> = scriptTypeShort;
-template <>
-constexpr ePrimitiveScriptType typeOf<int> = scriptTypeInt;
-template <>
-constexpr ePrimitiveScriptType typeOf<long32> = scriptTypeLong;
-template <>
-constexpr ePrimitiveScriptType typeOf<ushort> = scriptTypeUshort;
-template <>
-constexpr ePrimitiveScriptType typeOf<uint> = scriptTypeUint;
-template <>
-constexpr ePrimitiveScriptType typeOf<ulong32> = scriptTypeUlong;
-template <>
-constexpr ePrimitiveScriptType typeOf<float> = scriptTypeFloat;
-template <>
-constexpr ePrimitiveScriptType typeOf<double> = scriptTypeDouble;
-template <>
-constexpr ePrimitiveScriptType typeOf<string> = scriptTypeString;
-template <>
-constexpr ePrimitiveScriptType typeOf<date> = scriptTypeDate;
-template <>
-constexpr ePrimitiveScriptType typeOf<time> = scriptTypeTime;
-template <>
-constexpr ePrimitiveScriptType typeOf<timestamp> = scriptTypeTimestamp;
-template <>
-constexpr ePrimitiveScriptType typeOf<object> = scriptTypeUnknownptr;
+using intrface::objectRef;
+using signedNumbers = join<typeList<short, int, long32>, floatingTypes>;
+using subtractable = join<numberTypes, typeList<date>>;
+using summable = join<numberTypes, typeList<string, date>>;
+using ordered = join<numberTypes, typeList<string>, calendarTypes>;
+using comparable = join<fieldTypes, typeList<objectRef>>;
 
 // --- Operations: the class for a type ---
 
@@ -139,10 +97,11 @@ using rounding = binaryoperation<roundfunc<T, T>>;
 template <class T>
 using cutting = binaryoperation<cutofffunc<T, T>>;
 template <class T>
-using isEqual = binaryoperation<std::conditional_t<std::is_same_v<T, object>, eqfuncIfPointer, eqfunc<T, T>>>;
+using isEqual =
+    binaryoperation<std::conditional_t<std::is_same_v<T, objectRef>, eqfuncIfPointer, eqfunc<T, T>>>;
 template <class T>
 using isNotEqual =
-    binaryoperation<std::conditional_t<std::is_same_v<T, object>, neqfuncIfPointer, neqfunc<T, T>>>;
+    binaryoperation<std::conditional_t<std::is_same_v<T, objectRef>, neqfuncIfPointer, neqfunc<T, T>>>;
 template <class T>
 using isSmaller = binaryoperation<smfunc<T, T>>;
 template <class T>
@@ -170,20 +129,13 @@ enum class otherType
     error
 };
 
-template <template <class> class Operation, class... T>
-statement* makeFor(ePrimitiveScriptType type, const callText& call, typelist<T...>)
-{
-    statement* made = nullptr;
-    (void)((type == typeOf<T> && (made = Operation<T>::createFrom(call))) || ...);
-    return made;
-}
-
 template <template <class> class Operation, class Types, otherType Other = otherType::declined>
 statement* createScriptOperation(const callText& call)
 {
     if (call.types.empty())
         refuse(noType, call.name);
-    statement* const made = makeFor<Operation>(parseScriptType(call.types[0]), call, Types());
+    statement* const made = makeFor(parseScriptType(call.types[0]), Types(),
+                                    [&call]<class T>() { return Operation<T>::createFrom(call); });
     if (!made && Other == otherType::error)
         refuse(wrongType, call.types[0], call.name);
     return made;
@@ -229,18 +181,6 @@ constexpr const wchar_t* two = L"<type>(first, second)";
 constexpr const wchar_t* one = L"<type>(value)";
 constexpr const wchar_t* decimals = L"<type>(value, decimals)";
 
-constexpr const wchar_t* integerWords = L"short, int, long, ushort, uint, ulong";
-constexpr const wchar_t* floatWords = L"float, double";
-constexpr const wchar_t* numberWords = L"short, int, long, ushort, uint, ulong, float, double";
-constexpr const wchar_t* signedWords = L"short, int, long, float, double";
-constexpr const wchar_t* subtractableWords = L"short, int, long, ushort, uint, ulong, float, double, date";
-constexpr const wchar_t* summableWords =
-    L"short, int, long, ushort, uint, ulong, float, double, string, date";
-constexpr const wchar_t* orderedWords =
-    L"short, int, long, ushort, uint, ulong, float, double, string, date, time, timestamp";
-constexpr const wchar_t* comparableWords = L"bool, short, int, long, ushort, uint, ulong, float, double, "
-                                           L"string, date, time, timestamp, unknownptr";
-
 constexpr auto typedTwo = joined(std::array{noType}, binaryoperands::failures);
 constexpr auto typedTwoOrDate = joined(typedTwo, dateCalculation::failures);
 constexpr auto typedOne = joined(std::array{noType}, unaryoperand::failures);
@@ -249,46 +189,47 @@ constexpr auto oneOrTwo = joined(typedOne, binaryoperands::failures, dateCalcula
 
 // A text cannot reach `<` and `<=` with a type: the first `<` of a call opens its types.
 constexpr operatorRow operators[] = {
-    {L"add", L"+", createScriptOperation<addition, summable>, two, summableWords, typedTwoOrDate,
+    {L"add", L"+", createScriptOperation<addition, summable>, two, wordsOf<summable>, typedTwoOrDate,
      L"Gives the sum; texts are joined. `<date, unit>` gives the date so many `years`, `months`, `weeks` or "
      L"`days` later.",
      resultRule::keepsTypeButOfDate},
-    {L"subtract", nullptr, createSubtract, two, subtractableWords, typedTwoOrDate,
+    {L"subtract", nullptr, createSubtract, two, wordsOf<subtractable>, typedTwoOrDate,
      L"Gives the difference. `<date, unit>` gives the date so many `years`, `months`, `weeks` or `days` "
      L"earlier.",
      resultRule::keepsTypeButOfDate},
-    {L"multiply", L"*", createScriptOperation<multiplication, numbers>, two, numberWords, typedTwo,
-     L"Gives the product."},
-    {L"divide", L"/", createScriptOperation<division, numbers>, two, numberWords, typedTwo,
+    {L"multiply", L"*", createScriptOperation<multiplication, numberTypes>, two, wordsOf<numberTypes>,
+     typedTwo, L"Gives the product."},
+    {L"divide", L"/", createScriptOperation<division, numberTypes>, two, wordsOf<numberTypes>, typedTwo,
      L"Gives the quotient; one of integers is cut to an integer."},
-    {L"maxof", nullptr, createScriptOperation<greater, numbers>, two, numberWords, typedTwo,
+    {L"maxof", nullptr, createScriptOperation<greater, numberTypes>, two, wordsOf<numberTypes>, typedTwo,
      L"Gives the greater number."},
-    {L"minof", nullptr, createScriptOperation<smaller, numbers>, two, numberWords, typedTwo,
+    {L"minof", nullptr, createScriptOperation<smaller, numberTypes>, two, wordsOf<numberTypes>, typedTwo,
      L"Gives the smaller number."},
-    {L"bitand", nullptr, createScriptOperation<bitsInBoth, integers, otherType::error>, two, integerWords,
-     strictTwo, L"Gives the bits that are set in both."},
-    {L"bitor", nullptr, createScriptOperation<bitsInEither, integers, otherType::error>, two, integerWords,
-     strictTwo, L"Gives the bits that are set in either."},
-    {L"round", nullptr, createScriptOperation<rounding, floats, otherType::error>, decimals, floatWords,
-     strictTwo, L"Gives the number rounded to so many decimals."},
-    {L"cutoff", nullptr, createScriptOperation<cutting, floats, otherType::error>, decimals, floatWords,
-     strictTwo, L"Gives the number cut off behind so many decimals."},
-    {L"isequal", L"==", createScriptOperation<isEqual, comparable>, two, comparableWords, typedTwo,
+    {L"bitand", nullptr, createScriptOperation<bitsInBoth, integerTypes, otherType::error>, two,
+     wordsOf<integerTypes>, strictTwo, L"Gives the bits that are set in both."},
+    {L"bitor", nullptr, createScriptOperation<bitsInEither, integerTypes, otherType::error>, two,
+     wordsOf<integerTypes>, strictTwo, L"Gives the bits that are set in either."},
+    {L"round", nullptr, createScriptOperation<rounding, floatingTypes, otherType::error>, decimals,
+     wordsOf<floatingTypes>, strictTwo, L"Gives the number rounded to so many decimals."},
+    {L"cutoff", nullptr, createScriptOperation<cutting, floatingTypes, otherType::error>, decimals,
+     wordsOf<floatingTypes>, strictTwo, L"Gives the number cut off behind so many decimals."},
+    {L"isequal", L"==", createScriptOperation<isEqual, comparable>, two, wordsOf<comparable>, typedTwo,
      L"Tells whether both are equal."},
-    {L"isnotequal", L"!=", createScriptOperation<isNotEqual, comparable>, two, comparableWords, typedTwo,
+    {L"isnotequal", L"!=", createScriptOperation<isNotEqual, comparable>, two, wordsOf<comparable>, typedTwo,
      L"Tells whether both differ."},
-    {L"issmaller", L"<", createScriptOperation<isSmaller, ordered>, two, orderedWords, typedTwo,
+    {L"issmaller", L"<", createScriptOperation<isSmaller, ordered>, two, wordsOf<ordered>, typedTwo,
      L"Tells whether the first is smaller."},
-    {L"issmallerorequal", L"<=", createScriptOperation<isSmallerOrEqual, ordered>, two, orderedWords,
+    {L"issmallerorequal", L"<=", createScriptOperation<isSmallerOrEqual, ordered>, two, wordsOf<ordered>,
      typedTwo, L"Tells whether the first is smaller or equal."},
-    {L"isbigger", L">", createScriptOperation<isBigger, ordered>, two, orderedWords, typedTwo,
+    {L"isbigger", L">", createScriptOperation<isBigger, ordered>, two, wordsOf<ordered>, typedTwo,
      L"Tells whether the first is greater."},
-    {L"isbiggerorequal", L">=", createScriptOperation<isBiggerOrEqual, ordered>, two, orderedWords, typedTwo,
-     L"Tells whether the first is greater or equal."},
-    {L"minus", nullptr, createMinus, one, signedWords, typedOne, L"Gives the number with the other sign."},
-    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", subtractableWords, oneOrTwo,
+    {L"isbiggerorequal", L">=", createScriptOperation<isBiggerOrEqual, ordered>, two, wordsOf<ordered>,
+     typedTwo, L"Tells whether the first is greater or equal."},
+    {L"minus", nullptr, createMinus, one, wordsOf<signedNumbers>, typedOne,
+     L"Gives the number with the other sign."},
+    {L"-", nullptr, createMinusSign, L"<type>(first, [second])", wordsOf<subtractable>, oneOrTwo,
      L"Stands for subtract with two parameters, and for minus with one.", resultRule::keepsTypeButOfDate},
-    {L"abs", nullptr, createScriptOperation<magnitude, signedNumbers>, one, signedWords, typedOne,
+    {L"abs", nullptr, createScriptOperation<magnitude, signedNumbers>, one, wordsOf<signedNumbers>, typedOne,
      L"Gives the number without its sign."},
     {L"not", L"!", unaryoperation<notfunc>::createFrom, L"(value)", nullptr, unaryoperand::failures,
      L"Gives the opposite of a truth value."},

@@ -23,6 +23,7 @@
 #pragma once
 
 #include "statements/qxScriptBase.h"
+#include "statements/qxScriptDataTypes.h"
 
 #include <algorithm>
 #include <array>
@@ -171,6 +172,36 @@ constexpr builtin namedRow(const wchar_t* summary, resultRule result = resultRul
             .summary = summary,
             .failures = rowtext::allFailures<Statement>};
 }
+
+// What a row tells of its data types: the words of a list.
+
+template <class T>
+struct keywordOf
+{
+    static constexpr const wchar_t* word = dataTypeOf<T>.word;
+};
+
+namespace rowtext
+{
+
+template <class Types, template <class> class Word>
+struct typeWords;
+template <class... T, template <class> class Word>
+struct typeWords<typeList<T...>, Word>
+{
+    static constexpr std::size_t write(wchar_t* out)
+    {
+        textWriter text(out);
+        std::wstring_view between;
+        ((text.add(between), text.add(Word<T>::word), between = L", "), ...);
+        return text.size();
+    }
+};
+
+} // namespace rowtext
+
+template <class Types, template <class> class Word = keywordOf>
+inline constexpr const wchar_t* wordsOf = rowtext::written<rowtext::typeWords<Types, Word>::write>.data();
 
 // The row of the same statement under another name.
 constexpr builtin renamed(builtin row, const wchar_t* name)

@@ -20,6 +20,8 @@ namespace qx::script
 namespace
 {
 
+using intrface::objectRef;
+
 // What the factories of one statement say of a text that they refuse.
 struct refusals
 {
@@ -84,7 +86,6 @@ public:
     }
 
 private:
-    using reference = intrface::interfaceptr<intrface::unknown>;
     using iterator = intrface::interfaceptr<intrface::forwardIterator>;
 
     // What the source has: the objects that it walks over, or copies of the elements of an array. REQUIRED:
@@ -94,7 +95,7 @@ private:
         genericValue source;
         if (!mpSource.evaluate(context, source))
             execError(this, noSource);
-        reference object;
+        objectRef object;
         valueArray array;
         if (!source.getValue(object) && !source.getValue(array))
             refuseCollection(this, source);
@@ -105,17 +106,17 @@ private:
     static valueArray objectsOf(iterator& walked)
     {
         std::size_t count = 0;
-        walk(walked, [&](const reference&) { ++count; });
+        walk(walked, [&](const objectRef&) { ++count; });
         valueArray objects;
         objects.reserve(count);
-        walk(walked, [&](const reference& object) { objects.emplace_back(object); });
+        walk(walked, [&](const objectRef& object) { objects.emplace_back(object); });
         return objects;
     }
 
     template <class Use>
     static void walk(iterator& walked, Use use)
     {
-        reference object;
+        objectRef object;
         for (walked->first(object.receive()); !walked->isEnd(); walked->next(object.receive()))
             use(object);
     }
@@ -463,28 +464,17 @@ private:
 template <template <class K> class Statement>
 statement* createKeyed(const callText& call)
 {
-    static constexpr struct
-    {
-        ePrimitiveScriptType type;
-        statement* (*create)(const callText& call);
-    } members[] = {
-        {scriptTypeShort, Statement<short>::create},
-        {scriptTypeInt, Statement<int>::create},
-        {scriptTypeLong, Statement<long32>::create},
-        {scriptTypeString, Statement<string>::create},
-    };
     if (call.types.empty())
         refuse(noKeyType);
-    const ePrimitiveScriptType type = parseScriptType(call.types[0]);
-    for (const auto& member : members)
-        if (member.type == type)
-            return member.create(call);
+    if (statement* const made = makeFor(parseScriptType(call.types[0]), mapKeyTypes(),
+                                        [&call]<class K>() { return Statement<K>::create(call); }))
+        return made;
     refuse(wrongKeyType, call.types[0]);
 }
 
 // --- Table ---
 
-constexpr const wchar_t* keyTypes = L"short, int, long, string";
+constexpr const wchar_t* keyTypes = wordsOf<mapKeyTypes>;
 constexpr const wchar_t* createFailures[] = {noKeyType, wrongKeyType};
 constexpr const wchar_t* insertFailures[] = {
     noKeyType, wrongKeyType, insertRefusals.tooFew, insertRefusals.unusable, noMap, noKey, noMapValue};

@@ -494,11 +494,8 @@ private:
     ownedProvider mpValue;
 };
 
-template <class T>
-statement* makeIsoftype(ownedProvider value)
-{
-    return new isoftype<T>(std::move(value));
-}
+// Every value reads as a text.
+using askedTypes = join<typeList<bool>, numberTypes, calendarTypes, typeList<valueArray>>;
 
 constexpr const wchar_t* noOperand = L"isoftype::createFrom: number of parameters < 1";
 constexpr const wchar_t* noType = L"isoftype: missing datatype for \"isoftype\"";
@@ -506,28 +503,12 @@ constexpr const wchar_t* typeFailures[] = {noOperand, noType};
 
 statement* createIsoftype(const callText& call)
 {
-    static const struct
-    {
-        ePrimitiveScriptType type;
-        statement* (*make)(ownedProvider value);
-    } members[] = {
-        {scriptTypeBool, makeIsoftype<bool>},        {scriptTypeShort, makeIsoftype<short>},
-        {scriptTypeInt, makeIsoftype<int>},          {scriptTypeLong, makeIsoftype<long32>},
-        {scriptTypeUshort, makeIsoftype<ushort>},    {scriptTypeUint, makeIsoftype<uint>},
-        {scriptTypeUlong, makeIsoftype<ulong32>},    {scriptTypeFloat, makeIsoftype<float>},
-        {scriptTypeDouble, makeIsoftype<double>},    {scriptTypeDate, makeIsoftype<date>},
-        {scriptTypeTime, makeIsoftype<time>},        {scriptTypeTimestamp, makeIsoftype<timestamp>},
-        {scriptTypeArray, makeIsoftype<valueArray>},
-    };
     if (call.params.empty())
         refuse(noOperand);
     if (call.types.empty())
         refuse(noType);
-    const ePrimitiveScriptType type = parseScriptType(call.types[0]);
-    for (const auto& member : members)
-        if (member.type == type)
-            return member.make(providerOf(call, 0));
-    return nullptr;
+    return makeFor(parseScriptType(call.types[0]), askedTypes(),
+                   [&call]<class T>() { return new isoftype<T>(providerOf(call, 0)); });
 }
 
 // --- Table ---
@@ -553,7 +534,7 @@ constexpr builtin rows[] = {
     {.name = L"isoftype",
      .create = createIsoftype,
      .parameters = L"<type>(value)",
-     .types = L"bool, short, int, long, ushort, uint, ulong, float, double, date, time, timestamp, array",
+     .types = wordsOf<askedTypes>,
      .summary = L"Tells whether the value reads as this type, by itself or by conversion.",
      .failures = typeFailures},
     createVariable::row<scopeGlobal>(L"createglobalvar",

@@ -2,10 +2,13 @@
 #include "qxScriptTypes.h"
 
 #include "statements/qxScriptBuiltins.h"
+#include "statements/qxScriptDataTypes.h"
 
+#include "qxHeldTypes.h"
 #include "qxLog.h"
 
 #include <algorithm>
+#include <array>
 
 namespace qx::script
 {
@@ -13,30 +16,25 @@ namespace qx::script
 namespace
 {
 
-struct keyword
+// The keywords by their numbers.
+template <class... T>
+constexpr auto keywordsOf(typeList<T...>)
 {
-    std::wstring_view word;
-    ePrimitiveScriptType type;
-};
+    std::array<std::wstring_view, sizeof...(T) + 2> words;
+    words[scriptTypeVoid] = L"void";
+    words[scriptTypeBinary] = L"binary";
+    ((words[dataTypeOf<T>.number] = dataTypeOf<T>.word), ...);
+    return words;
+}
 
-constexpr keyword keywords[] = {
-    {L"void", scriptTypeVoid},     {L"bool", scriptTypeBool},
-    {L"short", scriptTypeShort},   {L"int", scriptTypeInt},
-    {L"long", scriptTypeLong},     {L"ushort", scriptTypeUshort},
-    {L"uint", scriptTypeUint},     {L"ulong", scriptTypeUlong},
-    {L"float", scriptTypeFloat},   {L"double", scriptTypeDouble},
-    {L"string", scriptTypeString}, {L"date", scriptTypeDate},
-    {L"time", scriptTypeTime},     {L"timestamp", scriptTypeTimestamp},
-    {L"binary", scriptTypeBinary}, {L"unknownptr", scriptTypeUnknownptr},
-    {L"array", scriptTypeArray},
-};
+constexpr auto keywords = keywordsOf(keywordTypes());
 
-// Null for a word that is none.
-const keyword* findKeyword(std::wstring_view word)
+// scriptTypeVoid for a word that is none.
+ePrimitiveScriptType find(std::wstring_view word)
 {
-    const auto found = std::find_if(std::begin(keywords), std::end(keywords),
-                                    [word](const keyword& k) { return k.word == word; });
-    return found == std::end(keywords) ? nullptr : found;
+    const auto found = std::find(keywords.begin(), keywords.end(), word);
+    return found == keywords.end() ? scriptTypeVoid
+                                   : static_cast<ePrimitiveScriptType>(found - keywords.begin());
 }
 
 ePrimitiveScriptType typeOf(std::wstring_view text)
@@ -44,10 +42,8 @@ ePrimitiveScriptType typeOf(std::wstring_view text)
     if (qxlog::logManager::listens(qxlog::level::debug))
         qxlog::logManager::getLogger(L"qx::script::parseScriptType")
             ->log_debug(L"qx::script::parseScriptType entered with typestring %s", text);
-    const keyword* found = findKeyword(text);
-    if (!found)
-        found = findKeyword(string(std::wstring(text)).lower());
-    return found ? found->type : scriptTypeVoid;
+    const ePrimitiveScriptType found = find(text);
+    return found != scriptTypeVoid ? found : find(string(std::wstring(text)).lower());
 }
 
 } // namespace
