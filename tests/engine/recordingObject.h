@@ -121,22 +121,15 @@ public:
     {                                                                                                        \
         return done("setValue", name, valueText(qx::genericValue(value)));                                   \
     }
-#define QX_FIELD_TYPES(USE)                                                                                  \
-    USE(bool)                                                                                                \
-    USE(short)                                                                                               \
-    USE(qx::long32)                                                                                          \
-    USE(qx::ushort)                                                                                          \
-    USE(qx::uint)                                                                                            \
-    USE(qx::ulong32)                                                                                         \
-    USE(float)                                                                                               \
-    USE(double)                                                                                              \
-    USE(qx::date)                                                                                            \
-    USE(qx::time)                                                                                            \
-    USE(qx::timestamp)
     QX_FIELD_TYPES(QX_GET)
-    QX_GET(int)
-    QX_GET(qx::string)
-    QX_FIELD_TYPES(QX_SET)
+    QX_SET(bool)
+    QX_SET(short)
+    QX_SET(qx::long32)
+    QX_SET(qx::ushort)
+    QX_SET(qx::uint)
+    QX_SET(qx::ulong32)
+    QX_FLOATING_TYPES(QX_SET)
+    QX_CALENDAR_TYPES(QX_SET)
     QX_SET_GIVEN(qx::string, const qx::string&)
 
 private:
