@@ -1,12 +1,10 @@
 // Branches and loops, the signals that leave them, and the null reference.
-#include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
+#include "modules/askedObject.h"
 #include "modules/qxScriptCollections.h"
 #include "modules/qxScriptModules.h"
+#include "modules/refusals.h"
 #include "parser/qxScriptParsing.h"
-#include "qxScriptInterfaces.h"
-#include "qxScriptReference.h"
-#include "statements/qxScriptBase.h"
 #include "statements/qxScriptSteps.h"
 
 #include "qxHeldTypes.h"
@@ -18,7 +16,6 @@ namespace
 {
 
 using intrface::forwardIterator;
-using intrface::objectRef;
 using intrface::unknown;
 using sharedStatement = sharedPtr<statement>;
 
@@ -167,9 +164,9 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
 class _while final : public scriptbasestatement
 {
 public:
-    static constexpr const wchar_t* tooFew = L"_while::createFrom: number of parameters < 2";
-    static constexpr const wchar_t* unusable = L"_while::createFrom: error parsing \"%s\"";
-    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition};
+    static constexpr refusals texts{2, L"_while::createFrom: number of parameters < 2",
+                                    L"_while::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noCondition};
 
     _while(ownedProvider condition, const sharedStatement& body)
         : mpCondition(std::move(condition)), mBody(body)
@@ -186,9 +183,7 @@ public:
 
     static statement* create(const callText& call)
     {
-        if (call.params.size() < 2)
-            refuse(tooFew);
-        ownedProvider condition = requireProvider(call, 0, unusable);
+        ownedProvider condition = requireProvider(call, 0, texts);
         return new _while(std::move(condition), bodyFrom(call, 1));
     }
 
@@ -209,9 +204,9 @@ private:
 class for_each final : public scriptbasestatement
 {
 public:
-    static constexpr const wchar_t* tooFew = L"for_each::createFrom: number of parameters < 3";
-    static constexpr const wchar_t* unusable = L"for_each::createFrom: error parsing \"%s\"";
-    static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, noCollection,
+    static constexpr refusals texts{3, L"for_each::createFrom: number of parameters < 3",
+                                    L"for_each::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noCondition, noCollection,
                                                   noCollectionWithoutText};
 
     for_each(const scString& name, ownedProvider collection, const sharedStatement& body)
@@ -253,13 +248,12 @@ private:
     // An object that is no iterator has no elements.
     void walk(objectRef& object, codecontext& context, genericValue& result) const
     {
-        intrface::interfaceptr<forwardIterator> iterator(object);
+        const askedObject<forwardIterator> iterator(object);
         if (!iterator.isValid())
             return;
         for (step move = &forwardIterator::first;; move = &forwardIterator::next) {
             objectRef element;
-            (iterator.get()->*move)(element.receive());
-            epoch::move(); // the object may have run anything
+            iterator.ask([&](forwardIterator& asked) { (asked.*move)(element.receive()); });
             if (iterator->isEnd() || !runWith(genericValue(element), context, result))
                 return;
         }
@@ -279,13 +273,9 @@ private:
 
 statement* for_each::create(const callText& call)
 {
-    if (call.params.size() < 3)
-        refuse(tooFew);
     // REQUIRED: the name keeps its case and its blanks, unlike those of all other variables.
-    const scString name = scString::createFrom(call.params[0].text());
-    if (name.string().empty())
-        refuse(unusable, call.params[0].view());
-    ownedProvider collection = requireProvider(call, 1, unusable);
+    const scString name = requireWrittenName(call, texts);
+    ownedProvider collection = requireProvider(call, 1, texts);
     return new for_each(name, std::move(collection), bodyFrom(call, 2));
 }
 

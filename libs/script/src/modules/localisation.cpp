@@ -1,8 +1,7 @@
 // Localised messages: made, added to and resolved by scripts, and hung on the host's objects.
+#include "modules/objectStatements.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
-#include "qxScriptInterfaces.h"
-#include "qxScriptReference.h"
 
 #include "qxHeldTypes.h"
 
@@ -154,21 +153,7 @@ public:
 
 constexpr const wchar_t* noMessages = L"Given object does not provide a messages-interface";
 
-class onObject : public scriptbasesinglefunction
-{
-protected:
-    intrface::interfaceptr<messagesaccess> requireMessages(const declaredParameter& objectParam,
-                                                           codecontext& context) const
-    {
-        objectRef object = require<objectRef>(objectParam, context);
-        const intrface::interfaceptr<messagesaccess> messages(object);
-        if (!messages.isValid())
-            execError(this, noMessages);
-        return messages;
-    }
-};
-
-class objmsg_add final : public onObject
+class objmsg_add final : public objectfunction
 {
 public:
     static constexpr const wchar_t* messageName = L"objmsg_add";
@@ -182,7 +167,7 @@ public:
     statement* clone() const override { return new objmsg_add(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
-        const auto messages = requireMessages(objectParam, context);
+        const auto messages = requireObject<messagesaccess>(objectParam, context, noMessages);
         const string id = require<string>(idParam, context);
         const int severity = requireSeverity(context);
         messages->addMessage(id.c_str(), severity, requireMessage(context));
@@ -214,7 +199,7 @@ private:
     }
 };
 
-class objmsg_remove final : public onObject
+class objmsg_remove final : public objectfunction
 {
 public:
     static constexpr const wchar_t* messageName = L"objmsg_remove";
@@ -225,7 +210,7 @@ public:
     statement* clone() const override { return new objmsg_remove(*this); }
     void execute(codecontext& context, genericValue&) const override
     {
-        const auto messages = requireMessages(objectParam, context);
+        const auto messages = requireObject<messagesaccess>(objectParam, context, noMessages);
         const string id = require<string>(idParam, context);
         messages->removeMessage(id.c_str());
     }

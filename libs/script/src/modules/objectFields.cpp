@@ -16,10 +16,10 @@ using intrface::fieldaccess;
 
 // --- Reading ---
 
-constexpr objectRefusals getRefusals{2, L"getFieldValue::parse: number of parameters < 2",
-                                     L"getFieldValue::parse: error parsing %s"};
-constexpr objectRefusals getArrayRefusals{2, L"getArrayFieldValue::parse: number of parameters < 2",
-                                          L"getArrayFieldValue::parse: error parsing %s"};
+constexpr refusals getRefusals{2, L"getFieldValue::parse: number of parameters < 2",
+                               L"getFieldValue::parse: error parsing %s"};
+constexpr refusals getArrayRefusals{2, L"getArrayFieldValue::parse: number of parameters < 2",
+                                    L"getArrayFieldValue::parse: error parsing %s"};
 constexpr const wchar_t* notHeld = L"internal error";
 constexpr const wchar_t* notGot = L"error calling the objects get-method for field %s";
 
@@ -44,7 +44,7 @@ public:
     {
         const auto fields = requireObject<Access>(context);
         const memberName name = getFieldName(context);
-        if (!getInto(*fields.get(), name.c_str(), result))
+        if (!fields.ask([&](Access& asked) { return getInto(asked, name.c_str(), result); }))
             execError(this, notGot, name.text());
     }
 
@@ -141,8 +141,7 @@ bool write(fieldaccess& fields, const wchar_t* name, const T& value)
 }
 
 // REQUIRED: the first text names the other statement.
-constexpr objectRefusals setRefusals{3, L"getFieldValue::parse: number of parameters < 3",
-                                     getRefusals.unusable};
+constexpr refusals setRefusals{3, L"getFieldValue::parse: number of parameters < 3", getRefusals.unusable};
 constexpr const wchar_t* unusableValue = L"setFieldValue::parse: error parsing %s";
 constexpr const wchar_t* noField = L"field \"%s\" not found within object";
 constexpr const wchar_t* noValue = L"unable to retrieve value for field \"%s\" (1)";
@@ -159,9 +158,7 @@ public:
     {
         const auto fields = requireObject<fieldaccess>(context);
         const memberName name = getFieldName(context);
-        const bool isThere = fields->hasField(name.c_str());
-        epoch::move(); // the object may have run anything, and there are operands yet
-        if (!isThere && !mayCreate(context))
+        if (!fields->hasField(name.c_str()) && !mayCreate(context))
             execError(this, noField, name.text());
         genericValue given;
         if (!mpValue.evaluate(context, given))
@@ -169,7 +166,7 @@ public:
         T value{};
         if (!readValue(given, value))
             execError(this, unreadableValue, name.text());
-        if (!write(*fields.get(), name.c_str(), value))
+        if (!fields.ask([&](fieldaccess& asked) { return write(asked, name.c_str(), value); }))
             execError(this, notSet);
     }
 
@@ -195,7 +192,7 @@ private:
 
 // --- Asking ---
 
-class hasField final : public scriptbasesinglefunction
+class hasField final : public objectfunction
 {
 public:
     static constexpr const wchar_t* messageName = L"has";
@@ -207,21 +204,17 @@ public:
     statement* clone() const override { return new hasField(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        objectRef object;
-        read(objectParam, context, object);
-        const intrface::interfaceptr<fieldaccess> fields(object);
-        if (!fields.isValid())
-            execError(this, objectParam.failure);
+        const auto fields = requireObject<fieldaccess>(objectParam, context, objectParam.failure);
         const auto name = require<string>(nameParam, context);
-        replaceResult(result, ask(*fields.get(), name));
+        replaceResult(result, ask(fields, name));
     }
 
 private:
     // REQUIRED: whatever the host throws, a text too, is the failure of this statement.
-    bool ask(fieldaccess& fields, const string& name) const
+    bool ask(const askedObject<fieldaccess>& fields, const string& name) const
     {
         try {
-            return fields.hasField(name.c_str());
+            return fields->hasField(name.c_str());
         } catch (const exception& caught) {
             execError(this, &caught, nullptr);
         } catch (...) {

@@ -22,7 +22,7 @@ using intrface::unknown;
 // A relation that its object has.
 struct relationOf
 {
-    intrface::interfaceptr<relationaccess> object;
+    askedObject<relationaccess> object;
     string name;
 };
 
@@ -41,7 +41,6 @@ protected:
         const string name = getFieldName(context).text();
         if (!object->hasRelation(name.c_str()))
             execError(this, noRelation, name);
-        epoch::move(); // the object may have run anything, and there are operands yet
         return {object, name};
     }
 
@@ -50,7 +49,9 @@ protected:
                              bool (relationaccess::*get)(const wchar_t*, unknown**)) const
     {
         objectRef related;
-        if (!(relation.object.get()->*get)(relation.name.c_str(), related.receive()))
+        if (!relation.object.ask([&](relationaccess& asked) {
+                return (asked.*get)(relation.name.c_str(), related.receive());
+            }))
             execError(this, notGot, relation.name);
         return related;
     }
@@ -61,16 +62,15 @@ constexpr const wchar_t* getRelationUnusable = L"getRelation::createFrom: error 
 class getRelation final : public relationStatement
 {
 public:
-    static constexpr objectRefusals refusals{2, L"getRelation::createFrom: number of parameters < 2",
-                                             getRelationUnusable};
+    static constexpr refusals texts{2, L"getRelation::createFrom: number of parameters < 2",
+                                    getRelationUnusable};
     static constexpr const wchar_t* noStatus = L"Unable to retrieve deletionstatus";
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, noStatus,          noObject,
-                                                  noRelation,      refusals.unusable, notGot};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, noStatus,       noObject,
+                                                  noRelation,   texts.unusable, notGot};
 
     explicit getRelation(const callText& call)
-        : relationStatement(call, refusals), mpDeletionStatus(providerOf(call, 4))
+        : relationStatement(call, texts), mpDeletionStatus(providerOf(call, 4))
     {}
-    static statement* create(const callText& call) { return new getRelation(call); }
 
     statement* clone() const override { return new getRelation(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -90,13 +90,11 @@ class getRelations final : public relationStatement
 {
 public:
     // REQUIRED: the second text names the other statement.
-    static constexpr objectRefusals refusals{2, L"getRelations::createFrom: number of parameters < 2",
-                                             getRelationUnusable};
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, noObject, noRelation, refusals.unusable,
-                                                  notGot};
+    static constexpr refusals texts{2, L"getRelations::createFrom: number of parameters < 2",
+                                    getRelationUnusable};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, noObject, noRelation, texts.unusable, notGot};
 
-    explicit getRelations(const callText& call) : relationStatement(call, refusals) {}
-    static statement* create(const callText& call) { return new getRelations(call); }
+    explicit getRelations(const callText& call) : relationStatement(call, texts) {}
 
     statement* clone() const override { return new getRelations(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -109,17 +107,16 @@ public:
 class setRelation final : public relationStatement
 {
 public:
-    static constexpr objectRefusals refusals{2, L"setRelation::createFrom: number of parameters < 2",
-                                             L"setRelation::createFrom: error parsing \"%s\""};
+    static constexpr refusals texts{2, L"setRelation::createFrom: number of parameters < 2",
+                                    L"setRelation::createFrom: error parsing \"%s\""};
     static constexpr const wchar_t* unreadable = L"unable to retrieve relation";
     static constexpr const wchar_t* notSet = L"pObject->setRelation failed";
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject,
-                                                  noRelation,      unreadable,        notSet};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject,
+                                                  noRelation,   unreadable,     notSet};
 
     explicit setRelation(const callText& call)
-        : relationStatement(call, refusals), mpRelated(providerOf(call, 2))
+        : relationStatement(call, texts), mpRelated(providerOf(call, 2))
     {}
-    static statement* create(const callText& call) { return new setRelation(call); }
 
     statement* clone() const override { return new setRelation(*this); }
     // Has no value.
@@ -153,7 +150,7 @@ private:
 // Data under a name of an object.
 struct dataOf
 {
-    intrface::interfaceptr<transientdataaccess> object;
+    askedObject<transientdataaccess> object;
     string name;
 };
 
@@ -164,7 +161,7 @@ public:
 
 protected:
     // A name that cannot be made is found missing when the statement runs.
-    dataStatement(const callText& call, const objectRefusals& texts)
+    dataStatement(const callText& call, const refusals& texts)
         : methodstatement(call, texts), mpName(providerOf(call, 1))
     {}
 
@@ -184,12 +181,11 @@ private:
 class hasTransientData final : public dataStatement
 {
 public:
-    static constexpr objectRefusals refusals{2, L"hasTransientData::createFrom: number of parameters < 2",
-                                             L"hasTransientData::createFrom: error parsing \"%s\""};
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject, noName};
+    static constexpr refusals texts{2, L"hasTransientData::createFrom: number of parameters < 2",
+                                    L"hasTransientData::createFrom: error parsing \"%s\""};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject, noName};
 
-    explicit hasTransientData(const callText& call) : dataStatement(call, refusals) {}
-    static statement* create(const callText& call) { return new hasTransientData(call); }
+    explicit hasTransientData(const callText& call) : dataStatement(call, texts) {}
 
     statement* clone() const override { return new hasTransientData(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -202,14 +198,12 @@ public:
 class getTransientData final : public dataStatement
 {
 public:
-    static constexpr objectRefusals refusals{2, L"getTransientData::createFrom: number of parameters < 2",
-                                             L"getTransientData::createFrom: error parsing \"%s\""};
+    static constexpr refusals texts{2, L"getTransientData::createFrom: number of parameters < 2",
+                                    L"getTransientData::createFrom: error parsing \"%s\""};
     static constexpr const wchar_t* notGot = L"Error executing getTransientData";
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject, noName,
-                                                  notGot};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject, noName, notGot};
 
-    explicit getTransientData(const callText& call) : dataStatement(call, refusals) {}
-    static statement* create(const callText& call) { return new getTransientData(call); }
+    explicit getTransientData(const callText& call) : dataStatement(call, texts) {}
 
     statement* clone() const override { return new getTransientData(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -228,17 +222,15 @@ public:
 class setTransientData final : public dataStatement
 {
 public:
-    static constexpr objectRefusals refusals{2, L"setTransientData::createFrom: number of parameters < 2",
-                                             L"setTransientData::createFrom: error parsing \"%s\""};
+    static constexpr refusals texts{2, L"setTransientData::createFrom: number of parameters < 2",
+                                    L"setTransientData::createFrom: error parsing \"%s\""};
     static constexpr const wchar_t* noValue = L"unable to retrieve value";
     static constexpr const wchar_t* notSet = L"Error executing setTransientData";
-    static constexpr const wchar_t* failures[] = {refusals.tooFew, refusals.unusable, noObject,
-                                                  noName,          noValue,           notSet};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject,
+                                                  noName,       noValue,        notSet};
 
-    explicit setTransientData(const callText& call)
-        : dataStatement(call, refusals), mpValue(providerOf(call, 2))
+    explicit setTransientData(const callText& call) : dataStatement(call, texts), mpValue(providerOf(call, 2))
     {}
-    static statement* create(const callText& call) { return new setTransientData(call); }
 
     statement* clone() const override { return new setTransientData(*this); }
     // Has no value.
@@ -271,20 +263,20 @@ private:
 // --- Table ---
 
 constexpr builtin hasDataRow = {.name = L"obj_hastransientdata",
-                                .create = hasTransientData::create,
+                                .create = create<hasTransientData>,
                                 .parameters = L"(object, name)",
                                 .summary = L"Tells whether there is data under the name on the object.",
                                 .failures = hasTransientData::failures};
 constexpr builtin getDataRow = {
     .name = L"obj_gettransientdata",
-    .create = getTransientData::create,
+    .create = create<getTransientData>,
     .parameters = L"(object, name)",
     .summary = L"Gives a copy of the value that a script has hung on the object under the name; fails, "
                L"without a text, where there is none.",
     .failures = getTransientData::failures};
 constexpr builtin setDataRow = {
     .name = L"obj_settransientdata",
-    .create = setTransientData::create,
+    .create = create<setTransientData>,
     .parameters = L"(object, name, [value])",
     .result = resultRule::none,
     .summary = L"Hangs a copy of the value on the object under the name, or clears what is there.",
@@ -292,18 +284,18 @@ constexpr builtin setDataRow = {
 
 constexpr builtin rows[] = {
     {.name = L"obj_getrelation",
-     .create = getRelation::create,
+     .create = create<getRelation>,
      .parameters = L"(object, relation, [unused], [unused], [deletion status])",
      .summary = L"Gives the object at the other end of a relation, a null reference where there is none.",
      .failures = getRelation::failures},
     {.name = L"obj_getrelations",
-     .create = getRelations::create,
+     .create = create<getRelations>,
      .parameters = L"(object, relation)",
      .summary = L"Gives what walks over the objects at the other ends of a relation, for `for_each` and "
                 L"`createarray`.",
      .failures = getRelations::failures},
     {.name = L"obj_setrelation",
-     .create = setRelation::create,
+     .create = create<setRelation>,
      .parameters = L"(object, relation, [related])",
      .result = resultRule::none,
      .summary = L"Links the object to another, or to none.",

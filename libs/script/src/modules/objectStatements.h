@@ -1,27 +1,16 @@
 // The bases of the statements on host objects.
 #pragma once
 
-#include "contexts/qxScriptEpoch.h"
-#include "qxScriptReference.h"
-#include "statements/qxScriptBase.h"
+#include "modules/askedObject.h"
+#include "modules/refusals.h"
 #include "statements/qxScriptHeld.h"
 
 namespace qx::script
 {
 
-using intrface::objectRef;
-
 // Failures that statements of several sources share.
 constexpr const wchar_t* noObject = L"unable to retrieve object";
 constexpr const wchar_t* noFieldName = L"Error retrieving fieldname";
-
-// How the factories of one statement refuse a call.
-struct objectRefusals
-{
-    std::size_t required; // parameters
-    const wchar_t* tooFew;
-    const wchar_t* unusable; // with the text of the parameter
-};
 
 // Keeps a holder on the heap for the length of a scope, by one more count.
 class holderPin
@@ -43,40 +32,45 @@ private:
     genericValue::holderbase& mHolder;
 };
 
+// Base of the statements with named parameters of which one is the object.
+class objectfunction : public scriptbasesinglefunction
+{
+protected:
+    // The interface T of the object; `noInterface` is the failure of one that does not offer it.
+    template <class T>
+    askedObject<T> requireObject(const declaredParameter& asked, codecontext& context,
+                                 const wchar_t* noInterface) const
+    {
+        auto object = require<objectRef>(asked, context);
+        return requireInterface<T>(this, object, noInterface);
+    }
+};
+
 // Base of the statements whose parameters stand by place: the first one is the object.
 class methodstatement : public scriptbasestatement
 {
 protected:
-    methodstatement(const callText& call, const objectRefusals& texts);
+    methodstatement(const callText& call, const refusals& texts);
 
     // The interface T of the object.
     template <class T>
-    intrface::interfaceptr<T> requireObject(codecontext& context) const
+    askedObject<T> requireObject(codecontext& context) const
     {
         genericValue::holderbase* const holder = holderInPlace(context);
         objectRef* const object = holder ? valueOf<objectRef>(*holder) : nullptr;
         if (!object)
             return requireGiven<T>(context);
         const holderPin kept(*holder); // who is asked may end the variable, but not the object that is asked
-        return requireInterface<T>(*object);
+        return requireInterface<T>(this, *object, noObject);
     }
 
 private:
-    // Not inline, so that what occurs most saves fewer registers.
+    // Not inline, so that the fast path saves fewer registers (W7).
     template <class T>
-    [[gnu::noinline]] intrface::interfaceptr<T> requireGiven(codecontext& context) const
+    [[gnu::noinline]] askedObject<T> requireGiven(codecontext& context) const
     {
         objectRef object = getObject(context);
-        return requireInterface<T>(object);
-    }
-    template <class T>
-    intrface::interfaceptr<T> requireInterface(objectRef& object) const
-    {
-        intrface::interfaceptr<T> found(object);
-        epoch::move(); // the object has been asked, and an operand that comes yet may call a function
-        if (!found.isValid())
-            execError(this, noObject);
-        return found;
+        return requireInterface<T>(this, object, noObject);
     }
     // What the object's variable holds where nobody else can reach it; null where it is not just that.
     genericValue::holderbase* holderInPlace(codecontext& context) const
@@ -107,11 +101,11 @@ private:
     string mOwn;
 };
 
-// ... and the second one the name of a field or relation.
+// Base of those whose second parameter is the name of a field or relation.
 class fieldstatement : public methodstatement
 {
 protected:
-    fieldstatement(const callText& call, const objectRefusals& texts);
+    fieldstatement(const callText& call, const refusals& texts);
 
     // REQUIRED: empty where the value has no text.
     memberName getFieldName(codecontext& context) const

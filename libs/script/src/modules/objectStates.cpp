@@ -22,12 +22,12 @@ using intrface::triggerEvents;
 template <class T>
 struct fieldOf
 {
-    intrface::interfaceptr<T> access;
+    askedObject<T> access;
     string name;
 };
 
 // What all have in common: the object first, then its interface, then the name of the field.
-class onField : public scriptbasesinglefunction
+class onField : public objectfunction
 {
 public:
     static constexpr declaredParameter thisParam{L"this", true, L"Error retrieving this-pointer (1)"};
@@ -40,19 +40,8 @@ protected:
     template <class T>
     fieldOf<T> requireField(codecontext& context) const
     {
-        objectRef object = requireThis(context);
-        const auto access = requireInterface<T>(object, noAccess);
+        const auto access = requireObject<T>(thisParam, context, noAccess);
         return {access, requireName(context)};
-    }
-
-    objectRef requireThis(codecontext& context) const { return require<objectRef>(thisParam, context); }
-    template <class T>
-    intrface::interfaceptr<T> requireInterface(objectRef& object, const wchar_t* failure) const
-    {
-        const intrface::interfaceptr<T> access(object);
-        if (!access.isValid())
-            execError(this, failure);
-        return access;
     }
     string requireName(codecontext& context) const { return require<string>(nameParam, context); }
 };
@@ -89,9 +78,9 @@ public:
     statement* clone() const override { return new obj_isfieldvalid(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        objectRef object = requireThis(context);
-        const auto restrictions = requireInterface<restrictionsaccess>(object, noAccess);
-        const auto fields = requireInterface<fieldaccess>(object, noFields);
+        auto object = require<objectRef>(thisParam, context);
+        const auto restrictions = requireInterface<restrictionsaccess>(this, object, noAccess);
+        const auto fields = requireInterface<fieldaccess>(this, object, noFields);
         const string name = requireName(context);
         const sharedPtr<condition> restriction = restrictions->getRestriction(name.c_str());
         bool isValid = true;
@@ -178,7 +167,8 @@ public:
         const auto field = requireField<propertyaccess>(context);
         bool on = true;
         read(Flag::flagParam, context, on);
-        (field.access.get()->*Flag::set)(field.name.c_str(), on != Flag::isOpposite);
+        field.access.ask(
+            [&](propertyaccess& asked) { (asked.*Flag::set)(field.name.c_str(), on != Flag::isOpposite); });
     }
 };
 
@@ -192,7 +182,8 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         const auto field = requireField<propertyaccess>(context);
-        const bool on = (field.access.get()->*Flag::ask)(field.name.c_str());
+        const bool on =
+            field.access.ask([&](propertyaccess& asked) { return (asked.*Flag::ask)(field.name.c_str()); });
         replaceResult(result, on != Flag::isOpposite);
     }
 };
@@ -275,7 +266,7 @@ public:
     void execute(codecontext& context, genericValue&) const override
     {
         const auto field = requireField<triggerEvents>(context);
-        (field.access.get()->*Event::trigger)(field.name.c_str());
+        field.access.ask([&](triggerEvents& asked) { (asked.*Event::trigger)(field.name.c_str()); });
     }
 };
 

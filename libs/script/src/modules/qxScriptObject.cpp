@@ -4,12 +4,9 @@
 namespace qx::script
 {
 
-methodstatement::methodstatement(const callText& call, const objectRefusals& texts)
-{
-    if (call.params.size() < texts.required)
-        refuse(texts.tooFew);
-    mpObject = requireProvider(call, 0, texts.unusable);
-}
+methodstatement::methodstatement(const callText& call, const refusals& texts)
+    : mpObject(requireProvider(call, 0, texts))
+{}
 
 objectRef methodstatement::getObject(codecontext& context) const
 {
@@ -20,7 +17,7 @@ objectRef methodstatement::getObject(codecontext& context) const
     return object ? *object : objectRef();
 }
 
-fieldstatement::fieldstatement(const callText& call, const objectRefusals& texts)
+fieldstatement::fieldstatement(const callText& call, const refusals& texts)
     : methodstatement(call, texts), mpFieldName(requireProvider(call, 1, texts.unusable))
 {}
 

@@ -4,10 +4,11 @@
 // its case. Variables are stored under lower-case names without blanks, so a script spells the name like that
 // here.
 #include "contexts/qxScriptEpoch.h"
+#include "modules/askedObject.h"
 #include "modules/qxScriptCollections.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
-#include "qxScriptReference.h"
+#include "modules/refusals.h"
 #include "qxScriptTypes.h"
 #include "statements/qxScriptHeld.h"
 
@@ -19,26 +20,6 @@ namespace qx::script
 
 namespace
 {
-
-using intrface::objectRef;
-
-// What the factories of one statement say of a text that they refuse.
-struct refusals
-{
-    std::size_t required; // parameters
-    const wchar_t* tooFew;
-    const wchar_t* unusable; // with the text of the parameter
-};
-
-scString nameOf(const callText& call, const refusals& texts)
-{
-    if (call.params.size() < texts.required)
-        refuse(texts.tooFew);
-    const scString name = scString::createFrom(call.params[0].text());
-    if (name.string().empty())
-        refuse(texts.unusable, call.params[0].view());
-    return name;
-}
 
 // The T in a variable that nobody else can reach, in place. Null where it is not just that; then the long way
 // tells. What is in place stays there until something has an effect.
@@ -86,7 +67,7 @@ public:
     }
 
 private:
-    using iterator = intrface::interfaceptr<intrface::forwardIterator>;
+    using iterator = askedObject<intrface::forwardIterator>;
 
     // What the source has: the objects that it walks over, or copies of the elements of an array. REQUIRED:
     // an object that is no iterator has nothing, without a failure.
@@ -99,11 +80,11 @@ private:
         valueArray array;
         if (!source.getValue(object) && !source.getValue(array))
             refuseCollection(this, source);
-        iterator walked(object);
+        const iterator walked(object);
         return walked.isValid() ? objectsOf(walked) : array;
     }
 
-    static valueArray objectsOf(iterator& walked)
+    static valueArray objectsOf(const iterator& walked)
     {
         std::size_t count = 0;
         walk(walked, [&](const objectRef&) { ++count; });
@@ -114,7 +95,7 @@ private:
     }
 
     template <class Use>
-    static void walk(iterator& walked, Use use)
+    static void walk(const iterator& walked, Use use)
     {
         objectRef object;
         for (walked->first(object.receive()); !walked->isEnd(); walked->next(object.receive()))
@@ -174,7 +155,10 @@ public:
         return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
     }
 
-    static statement* create(const callText& call) { return new sizeOfArray(nameOf(call, texts)); }
+    static statement* create(const callText& call)
+    {
+        return new sizeOfArray(requireWrittenName(call, texts));
+    }
 };
 
 class addToArray final : public arrayStatement
@@ -197,8 +181,8 @@ public:
     }
     static statement* create(const callText& call)
     {
-        const scString name = nameOf(call, texts);
-        return new addToArray(name, requireProvider(call, 1, texts.unusable));
+        const scString name = requireWrittenName(call, texts);
+        return new addToArray(name, requireProvider(call, 1, texts));
     }
 
 private:
@@ -270,8 +254,8 @@ public:
 
     static statement* create(const callText& call)
     {
-        const scString name = nameOf(call, texts);
-        return new arrayElement(name, requireProvider(call, 1, texts.unusable));
+        const scString name = requireWrittenName(call, texts);
+        return new arrayElement(name, requireProvider(call, 1, texts));
     }
 
 private:
@@ -312,7 +296,7 @@ class mapStatement : public scriptbasestatement
 {
 protected:
     mapStatement(const callText& call, const refusals& texts)
-        : mName(nameOf(call, texts)), mpKey(requireProvider(call, 1, texts.unusable))
+        : mName(requireWrittenName(call, texts)), mpKey(requireProvider(call, 1, texts))
     {
         stayInside(this);
         if constexpr (cell::small<K>)
@@ -408,7 +392,7 @@ private:
     }
 
     explicit insertIntoMap(const callText& call)
-        : mapStatement<K>(call, insertRefusals), mpValue(requireProvider(call, 2, insertRefusals.unusable))
+        : mapStatement<K>(call, insertRefusals), mpValue(requireProvider(call, 2, insertRefusals))
     {}
 
     ownedProvider mpValue;

@@ -6,6 +6,7 @@
 #include "contexts/qxScriptEpoch.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
+#include "modules/refusals.h"
 #include "qxScriptTypes.h"
 
 #include "qxHeldTypes.h"
@@ -24,17 +25,6 @@ enum eVarScope
     scopeParameter = 1, // the parameters of the call
     scopeGlobal = 2     // the global variables
 };
-
-// The name that the first parameter gives. `failure` names the statement in the report of an empty one.
-scString requiredName(const callText& call, const wchar_t* tooFew, const wchar_t* failure)
-{
-    if (call.params.empty())
-        refuse(tooFew);
-    const scString name = call.params[0].name();
-    if (name.string().empty())
-        refuse(failure, call.params[0].view());
-    return name;
-}
 
 sharedPtr<genericValue> storageOf(codecontext& context, eVarScope where, const scString& name)
 {
@@ -120,9 +110,9 @@ bool writeShort(codecontext& context, genericSet::entry& variable, const shortOp
 class variableExists final : public scriptbasestatement
 {
 public:
-    static constexpr const wchar_t* tooFew = L"variableExists::createFrom: number of parameters < 1";
-    static constexpr const wchar_t* noName = L"variableExists::createFrom: error setting variablename \"%s\"";
-    static constexpr const wchar_t* failures[] = {tooFew, noName};
+    static constexpr refusals texts{1, L"variableExists::createFrom: number of parameters < 1",
+                                    L"variableExists::createFrom: error setting variablename \"%s\""};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable};
 
     variableExists(eVarScope where, const scString& name) : mScope(where), mName(name)
     {
@@ -158,7 +148,7 @@ private:
     template <eVarScope Scope>
     static statement* create(const callText& call)
     {
-        return new variableExists(Scope, requiredName(call, tooFew, noName));
+        return new variableExists(Scope, requireVariableName(call, texts));
     }
 
     eVarScope mScope;
@@ -169,8 +159,8 @@ private:
 class assignment : public scriptbasestatement
 {
 protected:
-    assignment(eVarScope where, const callText& call, const wchar_t* tooFew, const wchar_t* unusable)
-        : mScope(where), mName(requiredName(call, tooFew, unusable)), mpValue(providerOf(call, 1))
+    assignment(eVarScope where, const callText& call, const refusals& texts)
+        : mScope(where), mName(requireVariableName(call, texts)), mpValue(providerOf(call, 1))
     {}
 
     eVarScope mScope;
@@ -181,12 +171,12 @@ protected:
 class createVariable final : public assignment
 {
 public:
-    static constexpr const wchar_t* tooFew = L"createVariable::createFrom: number of parameters < 1";
-    static constexpr const wchar_t* noName = L"createVariable::createFrom: error setting variablename \"%s\"";
+    static constexpr refusals texts{1, L"createVariable::createFrom: number of parameters < 1",
+                                    L"createVariable::createFrom: error setting variablename \"%s\""};
     static constexpr const wchar_t* noValue = L"error retrieving value";
-    static constexpr const wchar_t* failures[] = {tooFew, noName, noValue};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noValue};
 
-    createVariable(eVarScope where, const callText& call) : assignment(where, call, tooFew, noName)
+    createVariable(eVarScope where, const callText& call) : assignment(where, call, texts)
     {
         stayInside(this);
     }
@@ -242,13 +232,13 @@ template <eVarScope Scope>
 class setVariable final : public assignment
 {
 public:
-    static constexpr const wchar_t* tooFew = L"setVariable::createFrom: number of parameters < 1";
-    static constexpr const wchar_t* noName = L"setVariable::createFrom: error setting variablename \"%s\"";
+    static constexpr refusals texts{1, L"setVariable::createFrom: number of parameters < 1",
+                                    L"setVariable::createFrom: error setting variablename \"%s\""};
     static constexpr const wchar_t* noVariable = L"Error retrieving variable %s";
     static constexpr const wchar_t* noValue = L"Error retrieving value for variable \"%s\"";
-    static constexpr const wchar_t* failures[] = {tooFew, noName, noVariable, noValue};
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noVariable, noValue};
 
-    explicit setVariable(const callText& call) : assignment(Scope, call, tooFew, noName) { stayInside(this); }
+    explicit setVariable(const callText& call) : assignment(Scope, call, texts) { stayInside(this); }
 
     statement* clone() const override { return new setVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override { assign(context, &result); }
@@ -308,10 +298,10 @@ template <eVarScope Scope>
 class getVariable final : public scriptbasestatement
 {
 public:
-    static constexpr const wchar_t* tooFew = L"getVariable::createFrom: number of parameters < 1";
-    static constexpr const wchar_t* noName = L"getVariable::parse: error setting variablename %s";
+    static constexpr refusals texts{1, L"getVariable::createFrom: number of parameters < 1",
+                                    L"getVariable::parse: error setting variablename %s"};
     // The last one is what the context throws.
-    static constexpr const wchar_t* failures[] = {tooFew, noName,
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable,
                                                   Scope == scopeVariable ? L"Variable \"%s\" not found"
                                                   : Scope == scopeParameter
                                                       ? L"Parameter \"%s\" not found"
@@ -356,7 +346,7 @@ public:
 private:
     static statement* create(const callText& call)
     {
-        return new getVariable(requiredName(call, tooFew, noName));
+        return new getVariable(requireVariableName(call, texts));
     }
 
     [[gnu::noinline]] cell::word smallOtherwise(codecontext& context) const
@@ -387,9 +377,9 @@ class getVariableAddress final : public scriptbasestatement
 {
 public:
     static constexpr const wchar_t* noType = L"getVariableAddress::createFrom: number of types != 1";
-    static constexpr const wchar_t* tooFew = L"getVariableAddress::createFrom: number of parameters < 1";
-    static constexpr const wchar_t* noName = L"getVariablePointer::parse: error setting variablename %s";
-    static constexpr const wchar_t* failures[] = {noType, tooFew, noName};
+    static constexpr refusals texts{1, L"getVariableAddress::createFrom: number of parameters < 1",
+                                    L"getVariablePointer::parse: error setting variablename %s"};
+    static constexpr const wchar_t* failures[] = {noType, texts.tooFew, texts.unusable};
 
     getVariableAddress(eVarScope where, const scString& name) : mName(name), mScope(where) {}
 
@@ -417,7 +407,7 @@ private:
     {
         if (call.types.size() != 1)
             refuse(noType);
-        return new getVariableAddress(Scope, requiredName(call, tooFew, noName));
+        return new getVariableAddress(Scope, requireVariableName(call, texts));
     }
 
     scString mName;
