@@ -2,6 +2,7 @@
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptNamed.h"
 #include "modules/qxScriptRows.h"
+#include "modules/refusals.h"
 
 #include "qxHeldTypes.h"
 #include "qxMath.h"
@@ -16,138 +17,96 @@ namespace
 
 using doubleFunction = double (*)(double);
 
-constexpr const wchar_t* noOperand = L"anglefunc::createFrom: number of parameters < 1";
-constexpr const wchar_t* unusableOperand = L"anglefunc::createFrom: error parsing \"%s\"";
-
-// What the trigonometric functions have in common: a first type that tells the unit, and one operand.
-// REQUIRED: only a missing type is told apart; the other texts name the functions of an angle for both.
-bool isInDegrees(const callText& call, const wchar_t* missingType)
-{
-    if (call.types.empty())
-        refuse(missingType);
-    if (call.params.empty())
-        refuse(noOperand);
-    return call.types[0].lower() == L"deg"; // any other word stands for radians
-}
-
-ownedProvider operandOf(const callText& call)
-{
-    return requireProvider(call, 0, unusableOperand);
-}
+// REQUIRED: only a missing type is told apart; these texts name the functions of an angle for both.
+constexpr refusals texts{1, L"anglefunc::createFrom: number of parameters < 1",
+                         L"anglefunc::createFrom: error parsing \"%s\""};
 
 // sin, cos, tan: from an angle to a number.
-class anglefunc final : public scriptbasestatement
+struct fromAngle
 {
-public:
     static constexpr const wchar_t* noUnit = L"anglefunc::createFrom: missing datatype";
     static constexpr const wchar_t* unreadable = L"Angle not given";
-    static constexpr const wchar_t* failures[] = {noOperand, unusableOperand, noUnit, unreadable};
+    static constexpr const wchar_t* parameters = L"<unit>(angle)";
 
-    template <doubleFunction Function>
-    static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
+    static double of(double operand, bool inDegrees, doubleFunction function)
     {
-        return {.name = name,
-                .create = create<Function>,
-                .parameters = L"<unit>(angle)",
-                .types = L"any",
-                .summary = summary,
-                .failures = failures};
+        return function((inDegrees ? angle::fromDegree(operand) : angle::fromRadians(operand)).radians());
     }
-
-    statement* clone() const override { return new anglefunc(*this); }
-    void execute(codecontext& context, genericValue& result) const override
-    {
-        double operand = 0;
-        if (!mpOperand.read(context, operand))
-            execError(this, unreadable);
-        replaceResult(result, of(operand));
-    }
-    std::uint64_t smallValue(codecontext& context) const
-    {
-        double operand = 0;
-        return mpOperand.shortCut().read(context, operand) ? cell::make(of(operand)) : cell::refused;
-    }
-
-private:
-    template <doubleFunction Function>
-    static statement* create(const callText& call)
-    {
-        const bool inDegrees = isInDegrees(call, noUnit);
-        return new anglefunc(operandOf(call), inDegrees ? angle::fromDegree : angle::fromRadians, Function);
-    }
-
-    using angleMaker = angle (*)(double);
-
-    anglefunc(ownedProvider operand, angleMaker makeAngle, doubleFunction function)
-        : mpOperand(std::move(operand)), mMakeAngle(makeAngle), mFunction(function)
-    {
-        mpOperand.fold<double>();
-        offerShortCuts(this, depthOf(mpOperand), writing::replaces);
-    }
-
-    double of(double operand) const { return mFunction(mMakeAngle(operand).radians()); }
-
-    ownedProvider mpOperand;
-    angleMaker mMakeAngle;
-    doubleFunction mFunction;
 };
 
 // asin, acos, atan: from a number to an angle.
-class angleinvfunc final : public scriptbasestatement
+struct toAngle
 {
-public:
     static constexpr const wchar_t* noUnit = L"angleinvfunc::createFrom: missing datatype";
     static constexpr const wchar_t* unreadable = L"Value not given";
-    static constexpr const wchar_t* failures[] = {noOperand, unusableOperand, noUnit, unreadable};
+    static constexpr const wchar_t* parameters = L"<unit>(value)";
+
+    static double of(double operand, bool inDegrees, doubleFunction function)
+    {
+        const angle found = angle::fromRadians(function(operand));
+        return inDegrees ? found.degree() : found.radians();
+    }
+};
+
+// A trigonometric function: the first type tells the unit of the angle, and there is one operand.
+template <class Way>
+class trigonometric final : public scriptbasestatement
+{
+public:
+    static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, Way::noUnit, Way::unreadable};
 
     template <doubleFunction Function>
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
     {
         return {.name = name,
                 .create = create<Function>,
-                .parameters = L"<unit>(value)",
+                .parameters = Way::parameters,
                 .types = L"any",
                 .summary = summary,
                 .failures = failures};
     }
 
-    statement* clone() const override { return new angleinvfunc(*this); }
+    statement* clone() const override { return new trigonometric(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         double operand = 0;
         if (!mpOperand.read(context, operand))
-            execError(this, unreadable);
-        replaceResult(result, of(operand));
+            execError(this, Way::unreadable);
+        replaceResult(result, Way::of(operand, mInDegrees, mFunction));
     }
     std::uint64_t smallValue(codecontext& context) const
     {
         double operand = 0;
-        return mpOperand.shortCut().read(context, operand) ? cell::make(of(operand)) : cell::refused;
+        return mpOperand.shortCut().read(context, operand)
+                   ? cell::make(Way::of(operand, mInDegrees, mFunction))
+                   : cell::refused;
     }
 
 private:
     template <doubleFunction Function>
     static statement* create(const callText& call)
     {
-        const bool inDegrees = isInDegrees(call, noUnit);
-        return new angleinvfunc(operandOf(call), inDegrees ? &angle::degree : &angle::radians, Function);
+        if (call.types.empty())
+            refuse(Way::noUnit);
+        ownedProvider operand = requireProvider(call, 0, texts);
+        const bool inDegrees = call.types[0].lower() == L"deg"; // any other word stands for radians
+        return new trigonometric(std::move(operand), inDegrees, Function);
     }
 
-    using angleReader = double (angle::*)() const;
-
-    angleinvfunc(ownedProvider operand, angleReader readAngle, doubleFunction function)
-        : mpOperand(std::move(operand)), mReadAngle(readAngle), mFunction(function)
+    trigonometric(ownedProvider operand, bool inDegrees, doubleFunction function)
+        : mpOperand(std::move(operand)), mFunction(function), mInDegrees(inDegrees)
     {
         mpOperand.fold<double>();
         offerShortCuts(this, depthOf(mpOperand), writing::replaces);
     }
 
-    double of(double operand) const { return (angle::fromRadians(mFunction(operand)).*mReadAngle)(); }
-
     ownedProvider mpOperand;
-    angleReader mReadAngle;
     doubleFunction mFunction;
+    bool mInDegrees;
 };
+
+using anglefunc = trigonometric<fromAngle>;
+using angleinvfunc = trigonometric<toAngle>;
 
 constexpr declaredParameter firstParam{L"val1", true, L"Error retrieving value1"};
 constexpr declaredParameter secondParam{L"val2", true, L"Error retrieving value2"};
