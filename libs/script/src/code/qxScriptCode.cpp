@@ -1,17 +1,11 @@
+// Code calls from the host: the text of a call taken apart, and a function run in the host's context.
 #include "qxScriptCode.h"
 
-#include "code/qxScriptBasePath.h"
 #include "code/qxScriptFunctionTable.h"
 #include "contexts/qxScriptEpoch.h"
 
 namespace qx::script
 {
-
-const scString& scriptBasePath()
-{
-    static const scString name = scString::createFrom(L"scriptbasepath");
-    return name;
-}
 
 namespace
 {

@@ -1,3 +1,5 @@
+// Reading of script files: bytes become lines, lines become the texts of definitions, and a text is cut into
+// name, declarations and body. Most lines are ASCII, and are looked at as bytes before they are widened.
 #include "code/qxScriptFile.h"
 
 #include "qxException.h"

@@ -1,4 +1,4 @@
-// Script files: where they are found, and how their text is cut into definitions.
+// Script files: how their text is cut into definitions.
 //
 // A script file is a sequence of definitions `scrdef name(declarations) body`. Plain files end in .qxscr,
 // scrambled ones in .qxsscr. Reading only cuts: declarations stay as written and bodies stay text, so that
@@ -10,17 +10,10 @@
 
 #include <array>
 #include <cstdint>
-
 #include <unordered_map>
 
 namespace qx::script
 {
-
-// Finds the file of a code call: the bare name in the current directory, then the name with its two
-// extensions in `basePath` (if there is one), beside the running program, and in the current directory. On
-// file systems that tell upper from lower case each candidate is looked for as written and then without
-// regard to case. Throws fileNotFoundException with the last candidate.
-file findScriptFile(const string& basePath, const string& fileName);
 
 // Scrambles or unscrambles a whole text of a script file.
 void scramble(binaryBuffer& text);
@@ -100,7 +93,7 @@ enum class definitionResult
 // Reads the definition at the reader's position and moves behind it. Where it is not read, nothing but its
 // line counts, if there is one.
 definitionResult readDefinition(scrdefReader& reader, scriptDefinition& definition);
-// The same without cutting it: gives its text and the name in it, both valid until the next call.
+// Reads a definition without cutting it: gives its text and the name in it, both valid until the next call.
 definitionResult readDefinition(scrdefReader& reader, std::wstring_view& text, std::wstring_view& name);
 // Cuts a definition that was read. Strings that are in `definition` are used again.
 void cutDefinition(std::wstring_view text, scriptDefinition& definition);

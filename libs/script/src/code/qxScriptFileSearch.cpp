@@ -1,6 +1,6 @@
 // The search for script files. Code calls come lower-cased, so a file system that tells upper from lower case
 // needs a second look at each place, through listings of directories whose names are folded to lower case.
-#include "code/qxScriptFile.h"
+#include "code/qxScriptFileSearch.h"
 
 #include "qxDirectory.h"
 #include "qxException.h"
@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <unordered_map>
+#include <vector>
 
 namespace qx::script
 {
@@ -86,7 +88,7 @@ private:
         return names;
     }
 
-    // The same for one name alone, which is cheaper. Folding changes no length.
+    // What `matches` gives, for one name alone: nothing but that is folded. Folding changes no length.
     static std::vector<string> matchesIn(const std::vector<directoryEntry>& entries, const string& lowered)
     {
         std::vector<string> equals;

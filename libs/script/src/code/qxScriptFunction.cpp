@@ -1,3 +1,5 @@
+// A call of a loaded function: arguments are bound to parameters, the body runs, and what was returned is
+// handed on.
 #include "code/qxScriptFunction.h"
 
 #include "code/qxScriptBasePath.h"

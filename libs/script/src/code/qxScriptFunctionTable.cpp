@@ -1,7 +1,7 @@
 // Loaded functions: the shared table, and code calls as its keys.
 #include "code/qxScriptFunctionTable.h"
 
-#include "code/qxScriptFile.h"
+#include "code/qxScriptFileSearch.h"
 #include "code/qxScriptRecentFile.h"
 #include "contexts/qxScriptEpoch.h"
 #include "qxScriptException.h"

@@ -23,7 +23,7 @@ public:
 
     // Lower-case, without blanks; may be empty.
     const string& name() const noexcept { return mVariable.string(); }
-    // The same as the name of a variable.
+    // The name, as contexts look it up.
     const scString& variable() const noexcept { return mVariable; }
     ePrimitiveScriptType type() const noexcept { return mType; }
 

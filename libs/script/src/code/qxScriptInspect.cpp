@@ -1,6 +1,8 @@
+// What tools ask of scripts: functions of files listed and checked, files scrambled, statements described.
 #include "qxScriptInspect.h"
 
 #include "code/qxScriptFile.h"
+#include "code/qxScriptFileSearch.h"
 #include "code/qxScriptFunction.h"
 #include "parser/qxScriptParsing.h"
 #include "qxScriptException.h"

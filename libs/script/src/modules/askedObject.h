@@ -36,7 +36,7 @@ public:
     };
     call operator->() const noexcept { return call(mPointer.get()); }
 
-    // The same for what is told by a function: `use` gets the interface.
+    // For operations that are not named here: `use` gets the interface, for the length of its work.
     template <class Use>
     decltype(auto) ask(const Use& use) const
     {

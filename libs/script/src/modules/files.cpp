@@ -23,7 +23,7 @@ protected:
 
     string requireFile(codecontext& context) const { return require<string>(fileParam, context); }
 
-    // The same for a name that is taken from the directory of the script when it begins with a dot.
+    // The name of the file, taken from the directory of the script when it begins with a dot.
     // REQUIRED: ".hidden" counts as such a name, and nothing is put between directory and name.
     string requireScriptFile(codecontext& context) const
     {

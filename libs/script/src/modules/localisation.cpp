@@ -1,6 +1,6 @@
 // Localised messages: made, added to and resolved by scripts, and hung on the host's objects.
-#include "modules/objectStatements.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptObject.h"
 #include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"

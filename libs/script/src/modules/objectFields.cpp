@@ -1,6 +1,6 @@
 // The statements that read and write the fields of host objects.
-#include "modules/objectStatements.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptObject.h"
 #include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"

@@ -1,7 +1,7 @@
 // The statements on the relations of host objects, and on the data that scripts hang on them.
 #include "modules/genericValueObject.h"
-#include "modules/objectStatements.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptObject.h"
 #include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"

@@ -1,7 +1,7 @@
 // The statements on the states of fields: restriction, disabled, constant, label, and what observers are
 // told.
-#include "modules/objectStatements.h"
 #include "modules/qxScriptModules.h"
+#include "modules/qxScriptObject.h"
 #include "modules/qxScriptRows.h"
 
 #include "qxHeldTypes.h"

@@ -1,3 +1,4 @@
+// The units of dates and times, by word, and the statement that moves a value by so many of one.
 #include "modules/qxScriptCalculation.h"
 
 namespace qx::script

@@ -1,5 +1,5 @@
 // Objects of the host: what the statements on them have in common.
-#include "modules/objectStatements.h"
+#include "modules/qxScriptObject.h"
 
 namespace qx::script
 {

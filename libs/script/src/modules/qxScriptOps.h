@@ -38,6 +38,7 @@ struct shortly<T>
 {
     static constexpr bool possible = true;
 
+    // Inline, since it is most of what an operator does (W1).
     [[gnu::always_inline]] bool read(const shortOperand& operand, codecontext& context)
     {
         return operand.read(context, value);

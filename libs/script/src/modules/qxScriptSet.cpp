@@ -33,8 +33,8 @@ T* variableInPlace(codecontext& context, const scString& name)
     return variable && !variable->isShared() ? heldInPlace<T>(variable->value()) : nullptr;
 }
 
-// The same in the long way. A variable that others can reach may have been written by them, so the epoch
-// moves.
+// The T in a visible variable, whoever else can reach it. A variable that others can reach may have been
+// written by them, so the epoch moves.
 template <class T>
 heldIn<T> heldInVariable(codecontext& context, const scString& name)
 {
@@ -374,7 +374,7 @@ private:
                    return true;
                });
     }
-    // Not inline, so that the look-up in the map above is.
+    // Not inline, so that the look-up in the map above is (W6).
     [[gnu::noinline]] void insert(codecontext& context) const
     {
         const heldIn<mapOf<K>> map = this->requireMap(context);
