@@ -24,7 +24,7 @@ const scString& localScriptBasePath()
     return name;
 }
 
-// Null values in a row: few of them take no memory.
+// A buffer of null values, without an allocation where they are few.
 class valueRow
 {
 public:

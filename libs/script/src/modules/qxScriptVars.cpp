@@ -1,8 +1,8 @@
 // Variables: the statements that create, read, write and test variables, parameters and globals.
 //
 // A name is the literal text of the first parameter, without its blanks and lower-cased, fixed when the text
-// is parsed. Where a statement can see which name is a lookup of the context; here is only what it does with
-// the storage.
+// is parsed. The context looks up which variable a name means; here is only what a statement does with its
+// storage.
 #include "contexts/qxScriptEpoch.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
@@ -10,8 +10,6 @@
 #include "qxScriptTypes.h"
 
 #include "qxHeldTypes.h"
-
-#include <optional>
 
 namespace qx::script
 {
@@ -61,30 +59,6 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 {
     return Scope == scopeVariable ? scope::ownVariable(context, name) : nullptr;
 }
-
-// The storage of a variable, found before its value is evaluated and kept until that is written: a variable
-// may end meanwhile. Null for an unknown name.
-class heldStorage
-{
-public:
-    // `entry` is what entryOf gave; where that is null the context is asked.
-    heldStorage(genericSet::entry* entry, codecontext& context, eVarScope where, const scString& name)
-    {
-        if (entry)
-            mHold.emplace(*entry);
-        else
-            mpAddress = storageOf(context, where, name);
-    }
-
-    explicit operator bool() const { return mHold || mpAddress; }
-    genericValue& value() const { return mHold ? mHold->value() : *mpAddress; }
-    // True where it is known that others can reach it.
-    bool isShared() const { return mHold && mHold->isShared(); }
-
-private:
-    std::optional<genericSet::hold> mHold;
-    sharedPtr<genericValue> mpAddress;
-};
 
 // Writes a text that comes by a short cut into a variable. Not inline: it has room for a text (W4).
 [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable, const shortOperand& value)
@@ -278,19 +252,28 @@ private:
     // Not inline, so that the fast path saves fewer registers (W1).
     [[gnu::noinline]] void assign(codecontext& context, genericValue* result) const
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
-        if (!result && variable && writeShort(context, *variable, mpValue.shortCut()))
-            return;
-        const heldStorage storage(variable, context, Scope, mName);
-        if (!storage)
-            execError(this, noVariable, mName.string());
-        if (mpValue && !mpValue.write(context, storage.value()))
+        if (genericSet::entry* const variable = entryOf(context, Scope, mName)) {
+            if (!result && writeShort(context, *variable, mpValue.shortCut()))
+                return;
+            const genericSet::hold held(*variable);
+            write(context, held.value());
+            if (result && held.isShared())
+                epoch::move(); // others may have written it since
+            if (result)
+                *result = held.value();
+        } else {
+            const sharedPtr<genericValue> storage = storageOf(context, Scope, mName);
+            if (!storage)
+                execError(this, noVariable, mName.string());
+            write(context, *storage);
+            if (result)
+                *result = *storage;
+        }
+    }
+    void write(codecontext& context, genericValue& storage) const
+    {
+        if (mpValue && !mpValue.write(context, storage))
             execError(this, noValue, mName.string());
-        if (!result)
-            return;
-        if (storage.isShared())
-            epoch::move(); // others may have written it since
-        *result = storage.value();
     }
 };
 
