@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace
@@ -58,6 +59,53 @@ protected:
 TEST_F(commandLine, goes_as_expected)
 {
     expectOutcomes("engine/commandline", [this](const string& command) { return outcomeOf(command); });
+}
+
+// What the man page says behind the name of a command in its synopsis, without its macros.
+std::string synopsisOf(const std::string& manual, const std::string& name)
+{
+    const std::string start = ".B qxscript " + name + "\n";
+    std::string synopsis;
+    std::istringstream lines(manual.substr(std::min(manual.find(start), manual.size())));
+    std::string line;
+    for (std::getline(lines, line); std::getline(lines, line) && line != ".br" && !line.starts_with(".SH");) {
+        const std::size_t macro = line.find(' ');
+        line.erase(0, macro + 1);
+        if (macro == 3) // two fonts in turn: what stands apart belongs together
+            std::erase(line, ' ');
+        synopsis += line + ' ';
+    }
+    return synopsis;
+}
+
+TEST_F(commandLine, is_told_by_readme_and_man_page)
+{
+    const std::string readme = contentOf(treeRoot() / "README.md");
+    const std::string manual = contentOf(treeRoot() / "docs/qxscript.1");
+    const auto printed = [this](const std::string& arguments) {
+        shell("qxscript " + arguments + " >printed");
+        return mDirectory.read("printed");
+    };
+    std::string told; // in the order of the README
+    for (const std::string& line : linesOf(readme))
+        if (line.starts_with("qxscript "))
+            told += line.substr(9, line.find(' ', 9) - 9) + ' ';
+    std::string offered;
+    const std::string help = printed("--help");
+    for (const std::string& line : linesOf(help.substr(help.find("Subcommands:\n") + 13))) {
+        if (!line.starts_with("  "))
+            continue;
+        const std::string name = line.substr(2, line.find(' ', 2) - 2);
+        SCOPED_TRACE(name);
+        const std::string usage = printed(name + " --help");
+        const std::size_t from = usage.find("[OPTIONS] ") + 10;
+        const std::string parameters = usage.substr(from, usage.find('\n', from) - from);
+        EXPECT_NE(readme.find("\nqxscript " + name + ' ' + parameters + ' '), std::string::npos);
+        EXPECT_NE(synopsisOf(manual, name).find(parameters + ' '), std::string::npos);
+        EXPECT_NE(manual.find("\n.BI \"" + name + ' '), std::string::npos);
+        offered += name + ' ';
+    }
+    EXPECT_EQ(told, offered + "--version ");
 }
 
 TEST_F(commandLine, asks_on_a_terminal)
