@@ -71,8 +71,10 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 }
 
 // Writes a value that comes by a short cut into a variable. It comes about without an effect, so nothing can
-// tell when it was found out. False, with nothing changed, where it has to be evaluated.
-bool writeShort(codecontext& context, genericSet::entry& variable, const shortOperand& value)
+// tell when it was found out. False, with nothing changed, where it has to be evaluated. Inline, since most
+// assignments try it in vain (W2).
+[[gnu::always_inline]] inline bool writeShort(codecontext& context, genericSet::entry& variable,
+                                              const shortOperand& value)
 {
     const cell::word w = value.smallValue(context);
     if (w != cell::refused)
