@@ -106,7 +106,7 @@ std::string outcomeOf(const std::string& script, const string& function)
         qx::script::codeManager::instance()->executeFunction(wide(scriptsDirectory().string()),
                                                              L"script$" + wide(script) + L"$" + function,
                                                              context, none, result);
-        value = "    " + valueText(result) + "\n";
+        value = "    " + shownLine(wide(valueText(result))) + "\n";
     });
     return function.utf8() + "\n" + shownReports() + (value.empty() ? shownChain(chain) : value);
 }

@@ -64,7 +64,7 @@ public:
     static constexpr const wchar_t* noArgument = L"Error retrieving script-parameter";
     static constexpr const wchar_t* failures[] = {tooFew, unusable, noCode, noArgument};
 
-    callFunction(const sharedPtr<const codeCall>& call, std::vector<ownedProvider> arguments)
+    callFunction(const sharedPtr<const codeCall>& call, std::vector<operand> arguments)
         : mpCall(call), mArguments(std::move(arguments))
     {
         stayInside(this);
@@ -139,7 +139,7 @@ private:
     }
 
     sharedPtr<const codeCall> mpCall; // shared by clones
-    std::vector<ownedProvider> mArguments;
+    std::vector<operand> mArguments;
 };
 
 statement* callFunction::create(const callText& call)
@@ -154,10 +154,10 @@ statement* callFunction::create(const callText& call)
         refuse(unusable, codeId);
     if (codeId.empty())
         refuse(noCode);
-    std::vector<ownedProvider> arguments;
+    std::vector<operand> arguments;
     arguments.reserve(call.params.size());
     for (std::size_t i = 1; i < call.params.size(); ++i)
-        arguments.push_back(requireProvider(call, i, unusable));
+        arguments.push_back(requireOperand(call, i, unusable));
     return new callFunction(sharedPtr<const codeCall>(new codeCall(codeId)), std::move(arguments));
 }
 
@@ -171,8 +171,8 @@ public:
     static constexpr const wchar_t* failures[] = {noReturnValue, notSet};
     static constexpr ending ends = ending::returned;
 
-    explicit _return(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
-    static statement* create(const callText& call) { return new _return(providerOf(call, 0)); }
+    explicit _return(operand value) : mpValue(std::move(value)) { stayInside(this); }
+    static statement* create(const callText& call) { return new _return(operandAt(call, 0)); }
 
     statement* clone() const override { return new _return(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -199,7 +199,7 @@ private:
             execError(this, notSet);
     }
 
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 // Runs a statement as if it were a function body: what it returns is its value, and its signals end here.
@@ -208,8 +208,8 @@ class treatasfunction final : public scriptbasestatement
 public:
     static constexpr const wchar_t* failures[] = {noReturnValue};
 
-    explicit treatasfunction(ownedProvider value) : mpValue(std::move(value)) { stayInside(this); }
-    static statement* create(const callText& call) { return new treatasfunction(providerOf(call, 0)); }
+    explicit treatasfunction(operand value) : mpValue(std::move(value)) { stayInside(this); }
+    static statement* create(const callText& call) { return new treatasfunction(operandAt(call, 0)); }
 
     statement* clone() const override { return new treatasfunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -231,7 +231,7 @@ public:
     }
 
 private:
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 // --- Table ---

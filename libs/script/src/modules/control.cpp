@@ -44,7 +44,7 @@ public:
     static constexpr const wchar_t* notShown = L"error converting variable to bool";
     static constexpr const wchar_t* failures[] = {tooFew, unusable, noCondition, noTruth, notShown};
 
-    _if(ownedProvider condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
+    _if(operand condition, const sharedStatement& thenDo, const sharedStatement& elseDo)
         : mpCondition(std::move(condition)), mThen(thenDo), mElse(elseDo)
     {
         stayInside(this);
@@ -88,7 +88,7 @@ private:
         execError(this, notShown);
     }
 
-    ownedProvider mpCondition;
+    operand mpCondition;
     sharedStatement mThen; // null: nothing to do
     sharedStatement mElse; // null: nothing to do
 };
@@ -109,7 +109,7 @@ statement* _if::create(const callText& call)
 {
     if (call.params.size() < 2)
         refuse(tooFew);
-    ownedProvider condition = requireProvider(call, 0, unusable);
+    operand condition = requireOperand(call, 0, unusable);
     const sharedStatement thenDo = branchFrom(call, 1);
     return new _if(std::move(condition), thenDo, branchFrom(call, 2));
 }
@@ -168,8 +168,7 @@ public:
                                     L"_while::createFrom: error parsing \"%s\""};
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noCondition};
 
-    _while(ownedProvider condition, const sharedStatement& body)
-        : mpCondition(std::move(condition)), mBody(body)
+    _while(operand condition, const sharedStatement& body) : mpCondition(std::move(condition)), mBody(body)
     {
         stayInside(this);
     }
@@ -183,7 +182,7 @@ public:
 
     static statement* create(const callText& call)
     {
-        ownedProvider condition = requireProvider(call, 0, texts);
+        operand condition = requireOperand(call, 0, texts);
         return new _while(std::move(condition), bodyFrom(call, 1));
     }
 
@@ -197,7 +196,7 @@ private:
         return isTrue;
     }
 
-    ownedProvider mpCondition;
+    operand mpCondition;
     sharedStatement mBody; // null: empty
 };
 
@@ -209,7 +208,7 @@ public:
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noCondition, noCollection,
                                                   noCollectionWithoutText};
 
-    for_each(const scString& name, ownedProvider collection, const sharedStatement& body)
+    for_each(const scString& name, operand collection, const sharedStatement& body)
         : mName(name), mpCollection(std::move(collection)), mBody(body)
     {}
 
@@ -267,7 +266,7 @@ private:
     }
 
     scString mName;
-    ownedProvider mpCollection;
+    operand mpCollection;
     sharedStatement mBody; // null: empty
 };
 
@@ -275,7 +274,7 @@ statement* for_each::create(const callText& call)
 {
     // REQUIRED: the name keeps its case and its blanks, unlike those of all other variables.
     const scString name = requireWrittenName(call, texts);
-    ownedProvider collection = requireProvider(call, 1, texts);
+    operand collection = requireOperand(call, 1, texts);
     return new for_each(name, std::move(collection), bodyFrom(call, 2));
 }
 

@@ -175,8 +175,8 @@ public:
 private:
     // REQUIRED: the flag is never refused.
     explicit setFieldValue(const callText& call)
-        : fieldstatement(call, setRefusals), mpValue(requireProvider(call, 2, unusableValue)),
-          mpCreate(providerOf(call, 3))
+        : fieldstatement(call, setRefusals), mpValue(requireOperand(call, 2, unusableValue)),
+          mpCreate(operandAt(call, 3))
     {}
 
     bool mayCreate(codecontext& context) const
@@ -186,8 +186,8 @@ private:
         return create;
     }
 
-    ownedProvider mpValue;
-    ownedProvider mpCreate; // null: the field has to exist
+    operand mpValue;
+    operand mpCreate; // null: the field has to exist
 };
 
 // --- Asking ---

@@ -69,7 +69,7 @@ public:
                                                   noRelation,   texts.unusable, notGot};
 
     explicit getRelation(const callText& call)
-        : relationStatement(call, texts), mpDeletionStatus(providerOf(call, 4))
+        : relationStatement(call, texts), mpDeletionStatus(operandAt(call, 4))
     {}
 
     statement* clone() const override { return new getRelation(*this); }
@@ -83,7 +83,7 @@ public:
     }
 
 private:
-    ownedProvider mpDeletionStatus; // REQUIRED: the fifth parameter; it is read, and no operation takes it
+    operand mpDeletionStatus; // REQUIRED: the fifth parameter; it is read, and no operation takes it
 };
 
 class getRelations final : public relationStatement
@@ -114,8 +114,7 @@ public:
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject,
                                                   noRelation,   unreadable,     notSet};
 
-    explicit setRelation(const callText& call)
-        : relationStatement(call, texts), mpRelated(providerOf(call, 2))
+    explicit setRelation(const callText& call) : relationStatement(call, texts), mpRelated(operandAt(call, 2))
     {}
 
     statement* clone() const override { return new setRelation(*this); }
@@ -142,7 +141,7 @@ private:
         return *object;
     }
 
-    ownedProvider mpRelated; // null: the relation is cleared
+    operand mpRelated; // null: the relation is cleared
 };
 
 // --- Transient data ---
@@ -162,7 +161,7 @@ public:
 protected:
     // A name that cannot be made is found missing when the statement runs.
     dataStatement(const callText& call, const refusals& texts)
-        : methodstatement(call, texts), mpName(providerOf(call, 1))
+        : methodstatement(call, texts), mpName(operandAt(call, 1))
     {}
 
     dataOf requireData(codecontext& context) const
@@ -175,7 +174,7 @@ protected:
     }
 
 private:
-    ownedProvider mpName;
+    operand mpName;
 };
 
 class hasTransientData final : public dataStatement
@@ -229,7 +228,7 @@ public:
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noObject,
                                                   noName,       noValue,        notSet};
 
-    explicit setTransientData(const callText& call) : dataStatement(call, texts), mpValue(providerOf(call, 2))
+    explicit setTransientData(const callText& call) : dataStatement(call, texts), mpValue(operandAt(call, 2))
     {}
 
     statement* clone() const override { return new setTransientData(*this); }
@@ -257,7 +256,7 @@ private:
         return objectRef::adopt(static_cast<unknown*>(root));
     }
 
-    ownedProvider mpValue; // null: what is stored is cleared
+    operand mpValue; // null: what is stored is cleared
 };
 
 // --- Table ---

@@ -72,11 +72,11 @@ statement* calculation<Value>::createFrom(const callText& call, calculationMode 
 
 template <class Value>
 calculation<Value>::calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit)
-    : mMode(mode), mpUnit(&unit), mpValue(requireProvider(call, 0, texts::unreadableText)),
-      mpQuantity(requireProvider(call, 1, texts::unreadableText))
+    : mMode(mode), mpUnit(&unit), mpValue(requireOperand(call, 0, texts::unreadableText)),
+      mpQuantity(requireOperand(call, 1, texts::unreadableText))
 {
     if (!unit.move && call.params.size() > 2)
-        mpUnused = requireProvider(call, 2, texts::unreadableText);
+        mpUnused = requireOperand(call, 2, texts::unreadableText);
     mpValue.fold<Value>();
     mpQuantity.fold<uint>();
     if (unit.move)

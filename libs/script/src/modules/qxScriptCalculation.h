@@ -67,9 +67,9 @@ private:
 
     calculationMode mMode;
     const unitOf<Value>* mpUnit; // never null, in static memory
-    ownedProvider mpValue;
-    ownedProvider mpQuantity;
-    ownedProvider mpUnused;
+    operand mpValue;
+    operand mpQuantity;
+    operand mpUnused;
 };
 
 using dateCalculation = calculation<date>;

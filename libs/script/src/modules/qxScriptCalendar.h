@@ -111,10 +111,10 @@ private:
     {
         if (call.params.empty())
             refuse(Kind::tooFewParameters);
-        return new infoOf(Info, requireProvider(call, 0, Kind::unreadableText));
+        return new infoOf(Info, requireOperand(call, 0, Kind::unreadableText));
     }
 
-    infoOf(int info, ownedProvider value) : mInfo(info), mpValue(std::move(value))
+    infoOf(int info, operand value) : mInfo(info), mpValue(std::move(value))
     {
         mpValue.template fold<typename Kind::type>();
         if (isReadOut())
@@ -127,7 +127,7 @@ private:
     }
 
     int mInfo;
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 } // namespace qx::script

@@ -65,17 +65,17 @@ private:
     explicit rgb_make(const callText& call)
         : mpRed(partOf(call, 0)), mpGreen(partOf(call, 1)), mpBlue(partOf(call, 2))
     {
-        for (ownedProvider* const part : {&mpRed, &mpGreen, &mpBlue})
+        for (operand* const part : {&mpRed, &mpGreen, &mpBlue})
             part->fold<uint>();
         offerShortCuts(this, depthOf(mpRed, mpGreen, mpBlue), writing::keepsType);
     }
 
-    static ownedProvider partOf(const callText& call, std::size_t place)
+    static operand partOf(const callText& call, std::size_t place)
     {
-        return requireProvider(call, place, unusable);
+        return requireOperand(call, place, unusable);
     }
 
-    uint requirePart(const ownedProvider& part, codecontext& context, const wchar_t* failure) const
+    uint requirePart(const operand& part, codecontext& context, const wchar_t* failure) const
     {
         uint value = 0;
         if (!part.read(context, value))
@@ -83,9 +83,9 @@ private:
         return value;
     }
 
-    ownedProvider mpRed;
-    ownedProvider mpGreen;
-    ownedProvider mpBlue;
+    operand mpRed;
+    operand mpGreen;
+    operand mpBlue;
 };
 
 class rgb_const final : public scriptbasestatement

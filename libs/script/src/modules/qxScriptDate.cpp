@@ -83,10 +83,10 @@ private:
     {
         if (call.params.empty())
             refuse(tooFew);
-        return new dateAsString(requireProvider(call, 0, dateKind::unreadableText), Form);
+        return new dateAsString(requireOperand(call, 0, dateKind::unreadableText), Form);
     }
 
-    dateAsString(ownedProvider given, int form) : mpDate(std::move(given)), mForm(form)
+    dateAsString(operand given, int form) : mpDate(std::move(given)), mForm(form)
     {
         mpDate.fold<date>();
         offerShortCuts(this, depthOf(mpDate), writing::textReplaces);
@@ -110,7 +110,7 @@ private:
         }
     }
 
-    ownedProvider mpDate;
+    operand mpDate;
     int mForm;
 };
 

@@ -32,9 +32,9 @@ public:
     }
     std::uint64_t smallValue(codecontext& context) const
     {
-        for (const ownedProvider& operand : mOperands) {
+        for (const operand& one : mOperands) {
             bool truth = false;
-            if (!operand.shortCut().read(context, truth))
+            if (!one.shortCut().read(context, truth))
                 return cell::refused;
             if (truth == Decisive)
                 return cell::make(Decisive);
@@ -47,25 +47,25 @@ public:
         autoPtr<logicoperation> made(new logicoperation);
         made->mOperands.reserve(call.params.size());
         for (std::size_t i = 0; i < call.params.size(); ++i)
-            made->mOperands.push_back(requireProvider(call, i, unusable));
+            made->mOperands.push_back(requireOperand(call, i, unusable));
         if (made->mOperands.size() < 2)
             refuse(tooFew);
         unsigned depth = 0;
-        for (ownedProvider& operand : made->mOperands) {
-            operand.fold<bool>();
-            depth = std::max(depth, depthOf(operand));
+        for (operand& one : made->mOperands) {
+            one.fold<bool>();
+            depth = std::max(depth, depthOf(one));
         }
         offerShortCuts(made.get(), depth, writing::replaces);
         return made.release();
     }
 
 private:
-    bool truthOf(const ownedProvider& operand, codecontext& context) const
+    bool truthOf(const operand& asked, codecontext& context) const
     {
         genericValue value;
-        if (!operand)
+        if (!asked)
             execError(this, missing);
-        if (!operand.evaluate(context, value))
+        if (!asked.evaluate(context, value))
             execError(this, withoutValue);
         bool truth = false;
         if (!value.getValue(truth)) // a null value too
@@ -73,7 +73,7 @@ private:
         return truth;
     }
 
-    std::vector<ownedProvider> mOperands;
+    std::vector<operand> mOperands;
 };
 
 using _and = logicoperation<false>;

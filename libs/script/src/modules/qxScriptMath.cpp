@@ -88,19 +88,19 @@ private:
     {
         if (call.types.empty())
             refuse(Way::noUnit);
-        ownedProvider operand = requireProvider(call, 0, texts);
+        operand angle = requireOperand(call, 0, texts);
         const bool inDegrees = call.types[0].lower() == L"deg"; // any other word stands for radians
-        return new trigonometric(std::move(operand), inDegrees, Function);
+        return new trigonometric(std::move(angle), inDegrees, Function);
     }
 
-    trigonometric(ownedProvider operand, bool inDegrees, doubleFunction function)
-        : mpOperand(std::move(operand)), mFunction(function), mInDegrees(inDegrees)
+    trigonometric(operand value, bool inDegrees, doubleFunction function)
+        : mpOperand(std::move(value)), mFunction(function), mInDegrees(inDegrees)
     {
         mpOperand.fold<double>();
         offerShortCuts(this, depthOf(mpOperand), writing::replaces);
     }
 
-    ownedProvider mpOperand;
+    operand mpOperand;
     doubleFunction mFunction;
     bool mInDegrees;
 };

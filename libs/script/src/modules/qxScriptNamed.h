@@ -62,19 +62,19 @@ protected:
         std::size_t place = 0;
         (foldAt<T>(place++), ...);
         unsigned depth = 0;
-        for (const boundOperand& operand : mOperands)
-            if (operand)
-                depth = std::max(depth, operand.shortCut().depth());
+        for (const operand& one : mOperands)
+            if (one)
+                depth = std::max(depth, one.shortCut().depth());
         offerShortCuts(shell, depth, written);
     }
 
-    boundOperand mOperands[std::size(F::declared)];
+    operand mOperands[std::size(F::declared)];
 
 private:
     void bind()
     {
         for (std::size_t i = 0; i < std::size(mOperands); ++i)
-            mOperands[i] = boundOperand(boundProvider(i));
+            mOperands[i] = operand::borrowing(boundProvider(i));
     }
     template <class T>
     void foldAt(std::size_t place)

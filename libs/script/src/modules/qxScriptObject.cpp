@@ -5,7 +5,7 @@ namespace qx::script
 {
 
 methodstatement::methodstatement(const callText& call, const refusals& texts)
-    : mpObject(requireProvider(call, 0, texts))
+    : mpObject(requireOperand(call, 0, texts))
 {}
 
 objectRef methodstatement::getObject(codecontext& context) const
@@ -18,7 +18,7 @@ objectRef methodstatement::getObject(codecontext& context) const
 }
 
 fieldstatement::fieldstatement(const callText& call, const refusals& texts)
-    : methodstatement(call, texts), mpFieldName(requireProvider(call, 1, texts.unusable))
+    : methodstatement(call, texts), mpFieldName(requireOperand(call, 1, texts.unusable))
 {}
 
 memberName fieldstatement::evaluateFieldName(codecontext& context) const

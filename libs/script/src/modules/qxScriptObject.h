@@ -83,7 +83,7 @@ private:
     // Null where the value holds anything but an object: nothing is converted.
     objectRef getObject(codecontext& context) const;
 
-    ownedProvider mpObject;
+    operand mpObject;
 };
 
 // The name of a field or relation: that of the statement itself where the script gives it as a literal.
@@ -117,7 +117,7 @@ protected:
 private:
     memberName evaluateFieldName(codecontext& context) const;
 
-    ownedProvider mpFieldName;
+    operand mpFieldName;
 };
 
 } // namespace qx::script

@@ -21,9 +21,9 @@ binaryoperands::binaryoperands(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpFirst = requireProvider(call, 0, unusable);
+    mpFirst = requireOperand(call, 0, unusable);
     // REQUIRED: a second operand that cannot be made is found missing when the statement runs.
-    mpSecond = providerOf(call, 1);
+    mpSecond = operandAt(call, 1);
 }
 
 void binaryoperands::evaluate(codecontext& context, genericValue& first, genericValue& second) const
@@ -42,7 +42,7 @@ unaryoperand::unaryoperand(const callText& call)
 {
     if (call.params.empty())
         return;
-    mpOperand = requireProvider(call, 0, unusable);
+    mpOperand = requireOperand(call, 0, unusable);
 }
 
 void unaryoperand::evaluate(codecontext& context, genericValue& operand) const

@@ -39,7 +39,7 @@ struct shortly<T>
     static constexpr bool possible = true;
 
     // Inline, since it is most of what an operator does (W1).
-    [[gnu::always_inline]] bool read(const shortOperand& operand, codecontext& context)
+    [[gnu::always_inline]] bool read(const operandShortCut& operand, codecontext& context)
     {
         return operand.read(context, value);
     }
@@ -55,7 +55,10 @@ struct shortly<string>
 
     shortly() noexcept; // as that of the scratch
 
-    bool read(const shortOperand& operand, codecontext& context) { return operand.textValue(context, text); }
+    bool read(const operandShortCut& operand, codecontext& context)
+    {
+        return operand.textValue(context, text);
+    }
     std::wstring_view get() const { return text.view(); }
 
     textScratch text;
@@ -81,8 +84,8 @@ protected:
 
     void evaluate(codecontext& context, genericValue& first, genericValue& second) const;
 
-    ownedProvider mpFirst;
-    ownedProvider mpSecond;
+    operand mpFirst;
+    operand mpSecond;
 };
 
 class unaryoperand : public scriptbasestatement
@@ -98,7 +101,7 @@ protected:
 
     void evaluate(codecontext& context, genericValue& operand) const;
 
-    ownedProvider mpOperand;
+    operand mpOperand;
 };
 
 template <class F>

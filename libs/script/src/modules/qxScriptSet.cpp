@@ -51,7 +51,7 @@ public:
     static constexpr const wchar_t* noSource = L"error retrieving iterator";
     static constexpr const wchar_t* failures[] = {unusable, noSource, noCollection, noCollectionWithoutText};
 
-    explicit createArray(ownedProvider source) : mpSource(std::move(source)) {}
+    explicit createArray(operand source) : mpSource(std::move(source)) {}
 
     statement* clone() const override { return new createArray(*this); }
     void execute(codecontext& context, genericValue& result) const override
@@ -62,8 +62,8 @@ public:
     static statement* create(const callText& call)
     {
         if (call.params.empty())
-            return new createArray(ownedProvider());
-        return new createArray(requireProvider(call, 0, unusable));
+            return new createArray(operand());
+        return new createArray(requireOperand(call, 0, unusable));
     }
 
 private:
@@ -102,7 +102,7 @@ private:
             use(object);
     }
 
-    ownedProvider mpSource; // null: none given
+    operand mpSource; // null: none given
 };
 
 // Base of the statements on an array in a variable.
@@ -170,7 +170,7 @@ public:
     static constexpr const wchar_t* noValue = L"Error retrieving value(2)";
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray, missing, noValue};
 
-    addToArray(const scString& name, ownedProvider value) : arrayStatement(name), mpValue(std::move(value)) {}
+    addToArray(const scString& name, operand value) : arrayStatement(name), mpValue(std::move(value)) {}
 
     statement* clone() const override { return new addToArray(*this); }
     // Has no value.
@@ -182,7 +182,7 @@ public:
     static statement* create(const callText& call)
     {
         const scString name = requireWrittenName(call, texts);
-        return new addToArray(name, requireProvider(call, 1, texts));
+        return new addToArray(name, requireOperand(call, 1, texts));
     }
 
 private:
@@ -207,7 +207,7 @@ private:
         array->push_back(std::move(value));
     }
 
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 class arrayElement final : public arrayStatement
@@ -221,7 +221,7 @@ public:
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray,
                                                   missing,      unreadable,     beyond};
 
-    arrayElement(const scString& name, ownedProvider index) : arrayStatement(name), mpIndex(std::move(index))
+    arrayElement(const scString& name, operand index) : arrayStatement(name), mpIndex(std::move(index))
     {
         mpIndex.fold<uint>();
         offerShortCuts(this, depthOf(mpIndex), writing::replaces);
@@ -255,7 +255,7 @@ public:
     static statement* create(const callText& call)
     {
         const scString name = requireWrittenName(call, texts);
-        return new arrayElement(name, requireProvider(call, 1, texts));
+        return new arrayElement(name, requireOperand(call, 1, texts));
     }
 
 private:
@@ -268,7 +268,7 @@ private:
         return array && index < array->size() ? &(*array)[index] : nullptr;
     }
 
-    ownedProvider mpIndex;
+    operand mpIndex;
 };
 
 template <class K>
@@ -296,7 +296,7 @@ class mapStatement : public scriptbasestatement
 {
 protected:
     mapStatement(const callText& call, const refusals& texts)
-        : mName(requireWrittenName(call, texts)), mpKey(requireProvider(call, 1, texts))
+        : mName(requireWrittenName(call, texts)), mpKey(requireOperand(call, 1, texts))
     {
         stayInside(this);
         if constexpr (cell::small<K>)
@@ -338,7 +338,7 @@ private:
     scString mName;
 
 protected:
-    ownedProvider mpKey;
+    operand mpKey;
 };
 
 constexpr refusals insertRefusals{3, L"insertIntoMap::createFrom: number of parameters < 3",
@@ -392,10 +392,10 @@ private:
     }
 
     explicit insertIntoMap(const callText& call)
-        : mapStatement<K>(call, insertRefusals), mpValue(requireProvider(call, 2, insertRefusals))
+        : mapStatement<K>(call, insertRefusals), mpValue(requireOperand(call, 2, insertRefusals))
     {}
 
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 template <class K>

@@ -188,7 +188,7 @@ public:
     static constexpr const wchar_t* unreadable = L"error retrieving string (2)";
     static constexpr const wchar_t* failures[] = {tooFew, unusable, missing, unreadable};
 
-    explicit scr_strlen(ownedProvider value) : mpValue(std::move(value))
+    explicit scr_strlen(operand value) : mpValue(std::move(value))
     {
         offerShortCuts(this, depthOf(mpValue), writing::keepsType);
     }
@@ -214,11 +214,11 @@ public:
     {
         if (call.params.empty())
             refuse(tooFew);
-        return new scr_strlen(requireProvider(call, 0, unusable));
+        return new scr_strlen(requireOperand(call, 0, unusable));
     }
 
 private:
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 class scr_strcat final : public scriptbasestatement
@@ -228,12 +228,12 @@ public:
     static constexpr const wchar_t* unusable = L"strcat::createFrom: error parsing \"%s\"";
     static constexpr const wchar_t* failures[] = {tooFew, unusable, noText};
 
-    using providers = std::vector<ownedProvider, freeListAllocator<ownedProvider>>;
+    using providers = std::vector<operand, freeListAllocator<operand>>;
 
     explicit scr_strcat(providers values) : mValues(std::move(values))
     {
         unsigned depth = 0;
-        for (const ownedProvider& value : mValues)
+        for (const operand& value : mValues)
             depth = std::max(depth, value.shortCut().depth());
         offerShortCuts(this, depth, writing::textKeepsType);
     }
@@ -242,7 +242,7 @@ public:
     void execute(codecontext& context, genericValue& result) const override
     {
         string joined;
-        for (const ownedProvider& value : mValues) {
+        for (const operand& value : mValues) {
             textScratch text;
             if (!value.readText(context, text))
                 execError(this, noText);
@@ -253,7 +253,7 @@ public:
     bool textValue(codecontext& context, textScratch& text) const
     {
         text.borrow({});
-        for (const ownedProvider& value : mValues) {
+        for (const operand& value : mValues) {
             textScratch piece;
             if (!value.shortCut().textValue(context, piece))
                 return false;
@@ -269,7 +269,7 @@ public:
         providers values;
         values.reserve(call.params.size());
         for (std::size_t i = 0; i < call.params.size(); ++i)
-            values.push_back(requireProvider(call, i, unusable));
+            values.push_back(requireOperand(call, i, unusable));
         return new scr_strcat(std::move(values));
     }
 

@@ -61,7 +61,8 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 }
 
 // Writes a text that comes by a short cut into a variable. Not inline: it has room for a text (W4).
-[[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable, const shortOperand& value)
+[[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable,
+                                 const operandShortCut& value)
 {
     textScratch text;
     return value.textValue(context, text) && declinesWithoutMemory([&] {
@@ -74,7 +75,7 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
 // tell when it was found out. False, with nothing changed, where it has to be evaluated. Inline, since most
 // assignments try it in vain (W2).
 [[gnu::always_inline]] inline bool writeShort(codecontext& context, genericSet::entry& variable,
-                                              const shortOperand& value)
+                                              const operandShortCut& value)
 {
     const cell::word w = value.smallValue(context);
     if (w != cell::refused)
@@ -136,12 +137,12 @@ class assignment : public scriptbasestatement
 {
 protected:
     assignment(eVarScope where, const callText& call, const refusals& texts)
-        : mScope(where), mName(requireVariableName(call, texts)), mpValue(providerOf(call, 1))
+        : mScope(where), mName(requireVariableName(call, texts)), mpValue(operandAt(call, 1))
     {}
 
     eVarScope mScope;
     scString mName;
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 class createVariable final : public assignment
@@ -240,7 +241,7 @@ private:
     // The fast path (W1): a small value into a variable that nobody else can reach.
     [[gnu::always_inline]] bool assignSmall(genericValue& own, codecontext& context) const
     {
-        const shortOperand& value = mpValue.shortCut();
+        const operandShortCut& value = mpValue.shortCut();
         const cell::word w = value.smallValue(context);
         const cell::word written =
             w == cell::refused ? cell::refused : writtenOver(cell::access::load(own), w, value.keepsType());
@@ -406,7 +407,7 @@ public:
     static constexpr const wchar_t* tooFew = L"isnull::createFrom: number of parameters < 1";
     static constexpr const wchar_t* failures[] = {tooFew};
 
-    explicit isnull(ownedProvider value) : mpValue(std::move(value))
+    explicit isnull(operand value) : mpValue(std::move(value))
     {
         offerShortCuts(this, depthOf(mpValue), writing::replaces);
     }
@@ -428,11 +429,11 @@ public:
     {
         if (call.params.empty())
             refuse(tooFew);
-        return new isnull(providerOf(call, 0));
+        return new isnull(operandAt(call, 0));
     }
 
 private:
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 // Tells whether a value reads as a T, by itself or by conversion.
@@ -440,7 +441,7 @@ template <class T>
 class isoftype final : public scriptbasestatement
 {
 public:
-    explicit isoftype(ownedProvider value) : mpValue(std::move(value))
+    explicit isoftype(operand value) : mpValue(std::move(value))
     {
         if constexpr (isShort)
             offerShortCuts(this, depthOf(mpValue), writing::replaces);
@@ -467,7 +468,7 @@ private:
     // Small values become such a type by the library's own conversions alone.
     static constexpr bool isShort = cell::small<T> || std::is_same_v<T, timestamp>;
 
-    ownedProvider mpValue;
+    operand mpValue;
 };
 
 // Every value reads as a text.
@@ -484,7 +485,7 @@ statement* createIsoftype(const callText& call)
     if (call.types.empty())
         refuse(noType);
     return makeFor(parseScriptType(call.types[0]), askedTypes(),
-                   [&call]<class T>() { return new isoftype<T>(providerOf(call, 0)); });
+                   [&call]<class T>() { return new isoftype<T>(operandAt(call, 0)); });
 }
 
 // --- Table ---

@@ -28,10 +28,10 @@ inline void requireCount(const callText& call, const refusals& texts)
 }
 
 // The provider of a parameter, which has to be made.
-inline ownedProvider requireProvider(const callText& call, std::size_t place, const refusals& texts)
+inline operand requireOperand(const callText& call, std::size_t place, const refusals& texts)
 {
     requireCount(call, texts);
-    return requireProvider(call, place, texts.unusable);
+    return requireOperand(call, place, texts.unusable);
 }
 
 // The name that the first parameter tells; it must not be empty.

@@ -234,21 +234,4 @@ operand operandAt(const callText& call, std::size_t place);
 // which may name the text of the parameter.
 operand requireOperand(const callText& call, std::size_t place, const wchar_t* failure);
 
-// TEMPORARY until the modules are renamed
-using ownedProvider = operand;
-using shortOperand = operandShortCut;
-struct boundOperand : operand
-{
-    boundOperand() = default;
-    explicit boundOperand(const valueProvider* p) : operand(operand::borrowing(p)) {}
-};
-inline operand providerOf(const callText& c, std::size_t p)
-{
-    return operandAt(c, p);
-}
-inline operand requireProvider(const callText& c, std::size_t p, const wchar_t* f)
-{
-    return requireOperand(c, p, f);
-}
-
 } // namespace qx::script
