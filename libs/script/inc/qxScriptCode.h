@@ -6,6 +6,8 @@
 //     auto* const code = qx::script::codeManager::instance();
 //     code->executeFunction(L"scripts", L"script$tools$pick", context, arguments, result);
 //
+// What fails is thrown, see executeFunction; a host that shows it walks the chain (qxScriptException.h).
+//
 // A code call is `type$file$function`; an empty type means a script file. Loaded functions are cached by file
 // and function name and reloaded when their file's time is newer.
 #pragma once
@@ -64,12 +66,13 @@ private:
 class QXSCRIPT_API resolvedCall
 {
 public:
-    // Nothing is looked for until the call is made.
+    // Nothing is looked for until the call is made, so a wrong name fails then. Both texts are copied.
     resolvedCall(const string& basePath, const string& call);
     resolvedCall(const resolvedCall&) = delete;
     resolvedCall& operator=(const resolvedCall&) = delete;
     ~resolvedCall();
 
+    // codeManager::executeFunction for this call: arguments, result and failures are the same.
     bool execute(scriptcontext& context, std::vector<genericValue>& arguments, genericValue& result) const;
 
 private:

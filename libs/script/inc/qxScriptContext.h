@@ -11,6 +11,12 @@
 // find a variable gives it a name in lower case. Values are copied on their way in. A context is for one
 // thread at a time, and must outlive the runs in it and the contexts of blocks inside it.
 //
+//     class formContext final : public qx::script::scriptcontext
+//     {
+//         bool hasParameter(const qx::scString& name) const override { return mForm.has(name.string()); }
+//         ... // and the others that concern parameters
+//     };
+//
 // A host may derive a class of its own, to have names that are computed or stored elsewhere: the engine then
 // asks the virtual operations for each look-up, and takes no other way to variables.
 #pragma once
@@ -120,18 +126,21 @@ public:
     // Ends the global variables too, unless they belong to another context.
     ~scriptcontext() override;
 
+    // Global variables: as codecontext says. They are stored here, or shared with the caller's root.
     bool hasGlobalContextVariable(const scString& name) const override;
     // False, with nothing stored, in a context that shares the globals of one that had none.
     bool setGlobalContextVariable(const scString& name, const genericValue& value) override;
     genericValue& globalContextVariable(const scString& name) override;
     const genericValue& globalContextVariable(const scString& name) const override;
     sharedPtr<genericValue> globalContextVariableAddress(const scString& name) override;
+    // Parameters: stored here. Setting one always succeeds.
     bool hasParameter(const scString& name) const override;
     bool setParameter(const scString& name, const genericValue& value) override;
     bool deleteParameter(const scString& name) override;
     genericValue& parameter(const scString& name) override;
     const genericValue& parameter(const scString& name) const override;
     sharedPtr<genericValue> parameterAddress(const scString& name) override;
+    // Signals: stored here, until the statement that they are meant for clears them.
     bool setScriptSignal(const scString& name, const genericValue& value) override;
     sharedPtr<genericValue> scriptSignal(const scString& name) override;
     void clearScriptSignal(const scString& name) override;

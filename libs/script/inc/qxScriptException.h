@@ -11,6 +11,17 @@
 //         scriptExecException                 a statement failed at run time
 //       exceptionDetail                       carries a detail text to the statement's failure; stays inside
 //
+// What a host shows is the chain, the failure of the outermost statement first and the reason last:
+//
+//     try {
+//         tree->exec(context, result);
+//     } catch (const qx::exception& failure) {
+//         for (const qx::locString& message : failure.messages())
+//             show(message.text());
+//     } catch (const qx::string& thrown) { // by the script, with throwmessage
+//         show(thrown);
+//     }
+//
 // Parsing wraps what it catches once for each level of the text, running once for each enclosing statement.
 // Beside these a plain qx::string travels, thrown by the script itself; it is never wrapped by a statement.
 // `previous`, the failure that led to this one, may be null everywhere; texts may not, unless said otherwise.

@@ -16,7 +16,16 @@
 //
 // A field has a held type of genericValue, or is a genericValue, which takes the type that is written, or is
 // a refPtr to an object or a vector of such, which scripts read as a reference or an array and do not write.
-// Anything else does not compile. Whatever type a script states, the value is converted to and from the
+// Anything else does not compile:
+//
+//     bool, short, int, long32, ushort, uint, ulong32     read and written
+//     float, double, qx::string                           read and written
+//     date, time, timestamp                               read and written
+//     genericValue                                        read and written, in whatever type comes
+//     refPtr<T>                                           read as a reference
+//     std::vector of any of these                         read as an array
+//
+// Whatever type a script states, the value is converted to and from the
 // field's own as everywhere in the language.
 #pragma once
 
@@ -33,7 +42,7 @@
 namespace qx::host
 {
 
-// What a field may be.
+// What a field may be, of those that the head of this header lists.
 template <class T>
 inline constexpr bool fieldType = holdable<T> || std::is_same_v<T, genericValue>;
 template <class T>
@@ -41,6 +50,9 @@ inline constexpr bool fieldType<refPtr<T>> = true;
 template <class T>
 inline constexpr bool fieldType<std::vector<T>> = fieldType<T>;
 
+//     {L"total", &order::total, L"Sum"}             read only, shown with a label
+//     {L"rate", &order::rate, &order::setRate}       the setter may refuse a value by false
+//
 // One field of a class: a name, and how it is read and written. Immutable; used by any thread that may use
 // the object.
 template <class Owner>
@@ -104,6 +116,7 @@ private:
     template <class T>
     static constexpr bool written = holdable<T> || std::is_same_v<T, genericValue>;
 
+    // What all fields of one type have in common; read only, unless somebody overrides that.
     template <class T>
     class typedAccess : public access
     {
@@ -116,6 +129,7 @@ private:
         bool write(Owner&, const genericValue&) const override { return false; }
     };
 
+    // A member: read as it stands, written in place.
     template <class T>
     class memberAccess final : public typedAccess<T>
     {
@@ -136,6 +150,7 @@ private:
         T Owner::*mMember;
     };
 
+    // What a function gives, which may be a T or a reference to one.
     template <class T, class Got>
     class computedAccess : public typedAccess<T>
     {
@@ -151,6 +166,7 @@ private:
         Got (Owner::*mGetter)() const;
     };
 
+    // A pair of functions. What is written is converted into what the setter takes first.
     template <class T, class Got, class Set, class Done>
     class propertyAccess final : public computedAccess<T, Got>
     {
@@ -183,8 +199,9 @@ private:
     sharedPtr<const access> mAccess;
 };
 
-// The fields of a class, to be made once, in the order in which they are given. Names and labels are
-// literals; names are compared exactly, and of two that are the same the first counts.
+// The fields of a class, to be made once and never changed, so that any thread may use it, in the order in
+// which they are given. Names and labels are literals; names are compared exactly, and of two that are the
+// same the first counts.
 template <class Owner>
 class fieldTable
 {
@@ -254,6 +271,11 @@ using withFields = std::conditional_t<
 // States of fields belong to the single object: nothing is disabled to begin with, what scripts cannot write
 // is constant, and labels are those of the table. They are for editors; a script may write a disabled field.
 template <class Derived, class... More>
+//
+//     class note final : public qx::host::fieldObject<note, qx::intrface::messagesaccess>
+//
+// One object is for one thread at a time, as far as its fields and states go; its references may be counted
+// by any.
 class fieldObject : public withFields<More...>
 {
 public:
@@ -323,6 +345,7 @@ public:
     string getLabel(const wchar_t* name) override { return stateOf(name).label; }
 
 private:
+    // What an editor shows of a field.
     struct state
     {
         bool disabled = false;
@@ -339,6 +362,7 @@ private:
     static const field<Derived>* find(const wchar_t* name) { return table().find(name); }
     Derived& self() { return static_cast<Derived&>(*this); }
 
+    // The typed reads and writes of fieldaccess: the field converts.
     template <class T>
     bool get(const wchar_t* name, T& out)
     {
@@ -352,6 +376,7 @@ private:
         return found && found->set(self(), genericValue(value));
     }
 
+    // Before anybody has changed it: what the table says.
     static state initialState(std::size_t index)
     {
         return {false, !table()[index].isWritable(), string(table()[index].label())};

@@ -5,8 +5,18 @@
 //     });
 //
 // Scripts then say `vat("100")` or `vat(net, "0.07")`. Parameters and result are held types of genericValue,
-// genericValue itself, refPtr to an object of the host, or vectors of such. A std::optional need not be
-// given. A function that wants the run's context takes a codecontext& first, which is no parameter of the
+// genericValue itself, refPtr to an object of the host, or vectors of such (qxScriptHostObject.h, valueOf and
+// readValue). A std::optional need not be given, and is empty then; parameters behind it should be optional
+// too.
+//
+//     double, int, bool, qx::string, date, ...    converted; what does not read fails
+//     std::optional<T>                            as T; nothing where the call does not give it
+//     genericValue                                as the script gives it, null included
+//     refPtr<customer>                            a reference to a customer; any other object is a failure
+//     std::vector<T>                              an array, element by element
+//     script::codecontext&                        first only: the context of the run
+//     void                                        as result: the statement has no value
+// A function that wants the run's context takes a codecontext& first, which is no parameter of the
 // statement. As many functions as a host likes compile quickly: lambdas of one signature share their code.
 #pragma once
 
@@ -29,6 +39,16 @@ struct statementInfo; // qxScriptInspect.h
 namespace qx::host
 {
 
+//     class swapMaker final : public qx::host::statementMaker
+//     {
+//         script::statement* make(const std::vector<string>& types, const std::vector<string>& params,
+//                                 int flags) const override
+//         {
+//             return types.size() == 1 ? swap::create(types[0], params, flags) : nullptr;
+//         }
+//     };
+//     qx::host::addStatement(L"swap", std::make_unique<swapMaker>()); // swap<int>(a, b)
+//
 // Makes the statements of one name, for hosts that want more than a function: types in angle brackets,
 // parameters that are not evaluated, a statement of a class of their own. Lives as long as the process, and
 // is asked from whatever threads parse.
@@ -71,9 +91,9 @@ struct argument<std::optional<T>>
     }
 };
 
-class functionStatement;
+class functionStatement; // the engine's side: a statement with named parameters
 
-// A call of a function, for the length of its run.
+// A call of a function, for the length of its run. Arguments are evaluated from left to right, once each.
 class functionCall
 {
 public:
@@ -109,7 +129,7 @@ private:
 // made for each function is its thunk.
 using anyThunk = void (*)();
 
-// A function, without its type.
+// A function, without its type: owned, and called through the code of its signature.
 struct boundFunction
 {
     using endOfTarget = void (*)(const void*);
@@ -146,6 +166,7 @@ public:
 private:
     using thunk = Result (*)(const void* target, script::codecontext& context, Args... arguments);
 
+    // All that is made for each function: a call of it by its type.
     template <class Function, bool WithContext>
     static Result thunkOf(const void* target, script::codecontext& context, Args... arguments)
     {
@@ -172,6 +193,7 @@ private:
         // In braces the arguments are evaluated in order.
         inOrder{call, target, function, result, call.read<std::remove_cvref_t<Args>>(Place)...};
     }
+    // Calls the function with what was read, and writes what it gives.
     struct inOrder
     {
         inOrder(const functionCall& call, const void* target, thunk function,
@@ -184,6 +206,7 @@ private:
         }
     };
 
+    // One more than there are, since an array cannot be empty.
     static constexpr bool required[] = {argument<std::remove_cvref_t<Args>>::isRequired..., true};
 };
 

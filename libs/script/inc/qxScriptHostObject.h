@@ -12,6 +12,18 @@
 //     qx::refPtr<customer> buyer(new customer(L"Ada"));
 //     context.createVariable(name, qx::host::valueOf(buyer)); // the script's reference counts too
 //
+// An object with an interface of the host's own, which other parts of the host ask for:
+//
+//     class printing : public qx::intrface::unknown
+//     {
+//     public:
+//         virtual void print() = 0;
+//     };
+//     template <>
+//     inline constexpr const wchar_t* qx::intrface::interfaceName<printing> = L"printing";
+//
+//     class report final : public qx::host::object<printing> { ... };
+//
 // Nothing here changes the contract of qxScriptInterfaces.h: an object may as well implement it by hand.
 #pragma once
 
@@ -32,7 +44,8 @@ namespace qx::host
 
 using intrface::unknown;
 
-// A reference to an object, whatever it is: what values hold.
+// A reference to an object, whatever it is: what values hold. Copies share the object; the last one to go
+// ends it.
 using reference = intrface::objectRef;
 
 // Base of an object that offers these interfaces. It begins without a reference, so a refPtr takes it over
@@ -43,6 +56,7 @@ template <class First, class... More>
 class object : public First, public More...
 {
 public:
+    // An object is one thing with a count of its own: scripts and hosts share it and do not copy it.
     object(const object&) = delete;
     object& operator=(const object&) = delete;
 
@@ -55,6 +69,7 @@ public:
             delete this;
         return left;
     }
+    // Gives the interfaces of the template's list, and `unknown`; null and false for any other name.
     bool queryInterface(const wchar_t* name, const void** out) const override
     {
         return const_cast<object*>(this)->queryInterface(name, const_cast<void**>(out));
@@ -87,6 +102,7 @@ private:
         return findBy(name, [](const wchar_t* a, const wchar_t* b) { return std::wstring_view(a) == b; });
     }
 
+    // The pointer to the interface of that name, as `same` compares names; null where it is not offered.
     template <class Same>
     void* findBy(const wchar_t* name, const Same& same)
     {
@@ -110,7 +126,7 @@ private:
         return found != nullptr;
     }
 
-    uint mReferences = 0;
+    uint mReferences = 0; // interlocked
 };
 
 // --- Between objects, references and values ---
@@ -135,6 +151,12 @@ refPtr<T> objectOf(unknown* pointer)
     return refPtr<T>(dynamic_cast<T*>(pointer));
 }
 
+//     bool getRelation(const wchar_t* name, unknown** out) override
+//     {
+//         qx::host::handOut(mBuyer, out); // a refPtr, which may be null
+//         return true;
+//     }
+//
 // For operations that hand an object out: `*out` gets the object with one reference for the caller. `object`
 // may be null.
 inline void handOut(const reference& object, unknown** out)
@@ -196,6 +218,7 @@ bool readValue(const genericValue& value, T& out)
 {
     return value.getValue(out);
 }
+// A value reads as itself, whatever it holds, null included.
 inline bool readValue(const genericValue& value, genericValue& out)
 {
     out = value;
@@ -212,6 +235,7 @@ requires(!readable<T>) bool readValue(const genericValue& value, T& out)
     out = dynamic_cast<genericValue::holder<T>&>(*target).constValue();
     return true;
 }
+// An object of the host, by its class.
 template <class T>
 bool readValue(const genericValue& value, refPtr<T>& out)
 {
@@ -224,6 +248,7 @@ bool readValue(const genericValue& value, refPtr<T>& out)
     out = std::move(object);
     return true;
 }
+// An array, if every element reads as a T.
 template <class T>
 requires(!std::is_same_v<T, genericValue>) bool readValue(const genericValue& value, std::vector<T>& out)
 {
@@ -251,6 +276,7 @@ public:
     // Null references in between are handed out as null objects.
     explicit objectIterator(std::vector<reference> objects) : mObjects(std::move(objects)) {}
 
+    // forwardIterator: each walk begins anew, and sees the objects that there were at the beginning.
     void first(unknown** out) override
     {
         mAt = 0;

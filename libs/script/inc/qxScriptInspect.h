@@ -40,13 +40,17 @@ enum class scriptFileEnd
 
 struct scriptFileInfo
 {
-    std::vector<functionInfo> functions; // in file order
+    // In file order. Of two with one name the later counts, see functionInfo::redefines.
+    std::vector<functionInfo> functions;
     scriptFileEnd end = scriptFileEnd::complete;
     std::size_t endLine = 0; // of the definition that ends the reading; 0 in a complete file
 };
 
-// Lists the definitions of a script file; its extension tells whether it is scrambled. Throws
-// readFileException for one that cannot be read.
+//     for (const qx::script::functionInfo& function : qx::script::listFunctions(file).functions)
+//         show(function.line, function.name);
+//
+// Lists the definitions of a script file, in file order, without parsing their bodies; its extension tells
+// whether it is scrambled. Throws readFileException for one that cannot be read.
 QXSCRIPT_API scriptFileInfo listFunctions(const file& scriptFile);
 
 // Loads a definition as its first call would. Throws parserException: what is wrong with its text, or
@@ -90,6 +94,8 @@ scriptFileInfo checkFunctions(const file& scriptFile, const Told& told)
     return checkFunctions(scriptFile, static_cast<checkListener&>(listener));
 }
 
+//     const qx::file found = qx::script::locateScriptFile(L"scripts", L"tools"); // of script$tools$...
+//
 // The file that code calls of this base path and file name run. Throws fileNotFoundException.
 QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileName);
 
@@ -98,7 +104,7 @@ QXSCRIPT_API file locateScriptFile(const string& basePath, const string& fileNam
 // be written; throws readFileException when `from` cannot be read.
 QXSCRIPT_API bool scrambleFile(const file& from, const file& to);
 
-// One statement.
+// One statement, as help texts and editors want it.
 struct statementInfo
 {
     string name;

@@ -6,6 +6,22 @@
 // likes; a statement that needs one that is missing fails with a message of its own.
 //
 //     class part final : public qx::intrface::fieldaccess, public qx::intrface::triggerEvents
+//     {
+//     public:
+//         bool queryInterface(const wchar_t* name, void** out) override
+//         {
+//             *out = nullptr;
+//             if (std::wcscmp(name, qx::intrface::interfaceName<qx::intrface::fieldaccess>) == 0)
+//                 *out = static_cast<qx::intrface::fieldaccess*>(this);
+//             ... // and the other ones, `unknown` among them
+//             if (*out)
+//                 addRef();
+//             return *out != nullptr;
+//         }
+//         ...
+//     };
+//
+// qx::host::object (qxScriptHostObject.h) does all that by itself.
 //
 // For all operations: names are those of the script, never null and borrowed for the length of the call. The
 // engine takes no lock around a call, but for addRef, and may call from any thread that runs a script. An
@@ -45,6 +61,7 @@ protected:
 
 // Reads and writes the named fields of an object, in the type that the script states. What `obj_get`,
 // `obj_set` and their relatives need; a field is whatever the host takes for one.
+// Scripts ask by `obj_has`, `obj_get`, `obj_set`, and the same with `ctxt_` for the object of the context.
 class fieldaccess : public unknown
 {
 public:
@@ -93,6 +110,7 @@ protected:
 };
 
 // Reads fields that hold arrays. Scripts get a copy; there is no operation that writes one back.
+// Scripts ask by `obj_get<array>`.
 class arrayfieldaccess : public unknown
 {
 public:
@@ -105,6 +123,8 @@ protected:
 
 // States of fields that an editor of the object shows. They say what the user may do, and bind nobody: what a
 // script may write is for fieldaccess to decide.
+// Scripts set by `obj_setenabled`, `obj_setdisabled`, `obj_setconstant`, `obj_setlabel` and
+// `obj_setlabelswitch`, and ask by `obj_isenabled`, `obj_isdisabled`, `obj_isconstant` and `obj_label`.
 class propertyaccess : public unknown
 {
 public:
@@ -128,6 +148,7 @@ protected:
 // Conditions that the values of fields have to meet (qxCondition.h). Who checks them, and when, is the host's
 // affair: an editor mostly, before it takes what the user has typed. An object that offers it answers to
 // fieldaccess too, with the same pointer.
+// Scripts set by `obj_setrestriction` and try a field against its condition by `obj_isfieldvalid`.
 class restrictionsaccess : public fieldaccess
 {
 public:
@@ -142,6 +163,7 @@ protected:
 
 // Tells the observers of an object that a field has changed. Writing a field tells nobody by itself: a script
 // says when it is done. The engine does not look at the results.
+// Scripts tell by `obj_triggerfieldchange` and `obj_triggerfieldinfochange`.
 class triggerEvents : public unknown
 {
 public:
@@ -156,6 +178,7 @@ protected:
 
 // Named links from an object to others. A relation has one end, which may be empty, or several, which scripts
 // read through an iterator.
+// Scripts ask by `obj_getrelation` and `obj_getrelations`, and link by `obj_setrelation`.
 class relationaccess : public unknown
 {
 public:
@@ -179,6 +202,9 @@ protected:
 
 // Objects that are attached to an object under a name for a while and are no part of it: what a script or a
 // part of the host wants to find again where the object turns up next. They are not stored with the object.
+// Scripts use `obj_hastransientdata`, `obj_gettransientdata` and `obj_settransientdata`, or `ctxt_` in place
+// of `obj_`. A value that is no object travels in an object of the engine, which the host keeps like any
+// other.
 class transientdataaccess : public unknown
 {
 public:
@@ -195,6 +221,7 @@ protected:
 
 // Messages that the user sees at an object, such as what an editor shows beside a field. The engine does not
 // look at the results.
+// Scripts use `objmsg_add` and `objmsg_remove`.
 class messagesaccess : public unknown
 {
 public:
@@ -211,6 +238,7 @@ protected:
 // A walk over objects, behind `for_each` and the statements that make arrays of objects. Every caller does:
 // `first`; while not `isEnd`: use the element, `next`. A second walk begins with `first` again, and must give
 // as many elements as the one before.
+// Any object with it may stand for a collection in `for_each` and `createarray`.
 class forwardIterator : public unknown
 {
 public:

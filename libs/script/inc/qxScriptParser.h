@@ -2,10 +2,14 @@
 //
 // The grammar knows no keywords: a program is a sequence of calls `name<types>(parameters)`, joined by `;`
 // and grouped by `{ }`. Every name is offered to the modules in turn, and the first that makes a statement of
-// it wins.
+// it wins. A module of a host is one function and one object; it may know any number of names. Most hosts
+// need none, as qx::host::addStatement (qxScriptHostFunction.h) brings statements by name.
 //
 //     static qx::script::statement* makeMine(const qx::string& name, const std::vector<qx::string>& types,
-//                                            const std::vector<qx::string>& params, int flags);
+//                                            const std::vector<qx::string>& params, int flags)
+//     {
+//         return name == L"shout" ? shout::create(params, flags) : nullptr; // null: not mine
+//     }
 //     static qx::script::scriptModule mine(makeMine);
 //     mine.registerModule();
 #pragma once
@@ -23,8 +27,8 @@ struct statementInfo;
 // Statement flags travel with every parse and tell what is allowed at a place of the text.
 enum statementFlags
 {
-    continueAllowed = 1,
-    breakAllowed = 2
+    continueAllowed = 1, // within the body of a loop
+    breakAllowed = 2     // likewise
 };
 
 // Makes a statement for a call that it knows, owned by the caller, or gives null for one that it declines.

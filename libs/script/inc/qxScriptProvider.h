@@ -14,6 +14,10 @@ namespace qx::script
 
 class codecontext;
 
+//     const qx::autoPtr<qx::script::valueProvider> amount(
+//         qx::script::valueProvider::createFrom(params[0], flags)); // in the factory
+//     amount->getValue(context, value);                             // in execute
+//
 // Immutable once made: one provider may be asked by several threads, each with a context of its own.
 class QXSCRIPT_API valueProvider
 {

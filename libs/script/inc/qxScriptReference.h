@@ -4,6 +4,12 @@
 //     qx::intrface::interfaceptr<qx::intrface::fieldaccess> fields(object);
 //     if (fields.isValid() && fields->hasField(L"length"))
 //
+// An operation that hands out an object puts it straight into a pointer, so that nothing is lost when it
+// fails:
+//
+//     qx::intrface::interfaceptr<qx::intrface::unknown> buyer;
+//     if (relations->getRelation(L"buyer", buyer.receive())) ...
+//
 // A pointer that is not null owns exactly one reference, which it drops at its end. A pointer itself is for
 // one thread at a time; two pointers to one object may be used by two threads, as far as the object allows
 // it.
@@ -51,6 +57,8 @@ protected:
 
 // A typed pointer to a host object. An interface of the host's own takes part once interfaceName is
 // specialised for it. Instantiated by whoever uses it, and visible everywhere, so that all agree on one type.
+//
+// The const one is for readers: it asks the const queries, and gives const operations alone.
 template <class T>
 class QX_SHARED const_interfaceptr : public const_interfaceptrbase
 {
@@ -70,6 +78,7 @@ public:
     }
     // Copies share the object: one more reference, no query.
     const_interfaceptr(const const_interfaceptr& other) : mpInterface(other.mpInterface) { take(); }
+    // Shares the object of `other`; to itself is nothing.
     // REQUIRED: the old object is released before the new one is taken, so `other` must not be a part of an
     // object that the release ends.
     const_interfaceptr& operator=(const const_interfaceptr& other)
@@ -85,8 +94,10 @@ public:
     // The object as its interface; borrowed, null for a null pointer. `->` must not be used on that.
     bool isValid() const override { return mpInterface != nullptr; }
     const unknown* getConstUnknown() const override { return mpInterface; }
+    // Drops its reference, which may end the object.
     virtual ~const_interfaceptr() { drop(); }
 
+    // Borrowed. What is done through it is the object's to allow: no lock is taken.
     const T* get() const noexcept { return mpInterface; }
     const T* operator->() const noexcept { return mpInterface; }
 
@@ -107,7 +118,7 @@ protected:
         }
     }
 
-    T* mpInterface = nullptr;
+    T* mpInterface = nullptr; // one reference; null for none
 };
 
 // One whose object may be changed: the pointer that values and the engine hold.

@@ -1,5 +1,8 @@
 // Switches of the engine, for the whole process, which change what a run costs and nothing else; and a limit
 // for the runs of one thread.
+//
+// The switches may be set at any time, from any thread; runs that are under way notice at one of their next
+// statements. They are for measuring and for finding faults: a host that ships leaves them alone.
 #pragma once
 
 #include "qxScriptExport.h"
@@ -25,6 +28,10 @@ QXSCRIPT_API void setStrictFileCheck(bool on) noexcept;
 // Operands without an effect and turns of a loop with a body are not counted, so a run costs some fixed
 // multiple of the limit at most for each character of its text. The statement that is one too many fails with
 // unexpectedErrorException "step limit reached", and so does every one after it until a limit is set anew.
+//
+//     qx::script::settings::setStepLimit(1'000'000);
+//     tree->exec(context, result); // may throw
+//     qx::script::settings::setStepLimit(UINT64_MAX);
 QXSCRIPT_API std::uint64_t stepLimit() noexcept;
 QXSCRIPT_API void setStepLimit(std::uint64_t steps) noexcept;
 

@@ -138,7 +138,8 @@ struct declaredParameter
     const wchar_t* failure = nullptr; // of a run in which it does not read; null where that is none
 };
 
-// True for what declares parameters: names, each with a flag behind it, and perhaps a null name at the end.
+// For the check below: true for what declares parameters: names, each with a flag behind it, and perhaps a
+// null name at the end.
 template <class... Words>
 constexpr bool declaresParameters()
 {
@@ -155,9 +156,27 @@ constexpr bool declaresParameters()
 // Base of functions with named parameters: declared at parse time, bound by position, asked for by name at
 // run time.
 //
-//     class shout final : public qx::script::singlefunction { ... };
-//     // in the factory:  made->parse(L"shout", params, flags, L"text", true, L"times", false, nullptr);
-//     // in execute:      getParamValue(L"text", context, value)
+//     class shout final : public qx::script::singlefunction
+//     {
+//     public:
+//         static statement* create(const std::vector<qx::string>& params, int flags)
+//         {
+//             qx::autoPtr<shout> made(new shout);
+//             made->parse(L"shout", params, flags, L"text", true, L"times", false, nullptr);
+//             return made.release();
+//         }
+//         statement* clone() const override { return new shout(*this); }
+//         void destroy() override { delete this; }
+//         void execute(qx::script::codecontext& context, qx::genericValue& result) const override
+//         {
+//             qx::genericValue text;
+//             if (!getParamValue(L"text", context, text))
+//                 execError(this, L"no text");
+//             ...
+//         }
+//     };
+//
+// `create` is what a module's factory gives for the name, see scriptModule (qxScriptParser.h).
 class QXSCRIPT_API singlefunction : public statement
 {
 public:
@@ -204,6 +223,7 @@ private:
         const wchar_t* name = nullptr;
         bool flag = false;
     };
+    // What a call has given for a declared name.
     struct parameter
     {
         const wchar_t* name; // lasts for good
