@@ -75,7 +75,7 @@ inline std::vector<qx::string> readings(const qx::genericValue& value)
             return;
         }
         if (const qx::string text = textOf(out); lines.empty() || text != last)
-            lines.push_back((last = text) + L":");
+            lines.emplace_back((last = text) + L":");
         lines.back() += L" " + qx::string(name);
     });
     return lines;

@@ -82,10 +82,11 @@ private:
     bool makePlaces();
 
     rememberedCall** mpPlaces = nullptr; // owned; null until the first call, and at the end
-    bool mHasEnded = false;
 };
 
 constinit QX_THREAD_LOCAL callMemory memoryOfThread;
+// Not a member, where it would take eight bytes.
+constinit QX_THREAD_LOCAL bool memoryHasEnded = false;
 
 // Ends the memory with its thread. `memoryOfThread` itself has nothing to destroy, so that whatever runs
 // later on a thread that ends still finds it.
@@ -110,7 +111,7 @@ void callMemory::remember(const codeCall& call, rememberedCall& found)
 
 bool callMemory::makePlaces()
 {
-    if (mHasEnded)
+    if (memoryHasEnded)
         return false;
     atThreadEnd.keepWatch(); // the first mention makes it
     mpPlaces = new (std::nothrow) rememberedCall*[placeCount]();
@@ -119,7 +120,7 @@ bool callMemory::makePlaces()
 
 void callMemory::end() noexcept
 {
-    mHasEnded = true;
+    memoryHasEnded = true;
     rememberedCall** const places = std::exchange(mpPlaces, nullptr);
     for (std::size_t i = 0; places && i < placeCount; ++i)
         if (places[i])
