@@ -29,7 +29,7 @@ public:
         scriptcontext context;
         context.createVariable(nameOf(L"a"), a);
         context.createVariable(nameOf(L"b"), b);
-        return outcomeOf(*mStatement, context, result);
+        return outcomeOf(*mStatement, context, std::move(result));
     }
 
 private:
@@ -226,10 +226,9 @@ void checkFloating(const wchar_t* type)
         });
     checkEach<T>(L"abs", type, [](T a) { return std::copysign(a, T(1)); });
     checkEach<T>(L"minus", type, [](T a) { return std::copysign(a, std::signbit(a) ? T(1) : T(-1)); });
-    for (const auto& [keyword, compute] :
-         {std::pair(L"round", &qx::roundImp), std::pair(L"cutoff", &qx::cutOffImp)})
+    for (const auto& row : {std::pair(L"round", &qx::roundImp), std::pair(L"cutoff", &qx::cutOffImp)})
         checkEach<T>(
-            keyword, type, [compute](T a) { return static_cast<T>(compute(a, 2)); }, L"(a, \"2\")");
+            row.first, type, [&row](T a) { return static_cast<T>(row.second(a, 2)); }, L"(a, \"2\")");
 }
 
 class faultingSystem final : public fakeSystem

@@ -80,7 +80,7 @@ texts given(const qx::string& text, qx::genericValue prepared)
 TEST(parser, cuts_texts_as_expected)
 {
     expectOutcomes("engine/parser", [](const qx::string& text) {
-        const texts outcome = outcomeOf(text);
+        texts outcome = outcomeOf(text);
         EXPECT_EQ(outcomeOf(text + std::wstring(100, L' ')), outcome) << quotedText(text);
         return outcome;
     });
