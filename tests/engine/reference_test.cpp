@@ -41,9 +41,8 @@ std::vector<std::string> testedLines(bool sources)
         const fs::path extension = entry.path().extension();
         if (extension != ".expected" && (!sources || extension != ".cpp"))
             continue;
-        // A blank at the end of an expected line stands as \s.
         qx::string text = qx::string::fromUtf8(contentOf(entry.path()));
-        for (const std::string& line : linesOf(text.replace(L"\\\"", L"\"").replace(L"\\s\n", L" \n").utf8()))
+        for (const std::string& line : linesOf(text.replace(L"\\\"", L"\"").replace(L"\u2420", L" ").utf8()))
             all.push_back(line);
     }
     return all;
