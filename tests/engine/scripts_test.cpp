@@ -16,7 +16,7 @@
 #include "assertRecorder.h"
 #include "documents.h"
 #include "objectWorld.h"
-#include "utils/fakeSystem.h"
+#include "programs.h"
 
 #include "modules/qxScriptCalculation.h"
 
@@ -113,21 +113,14 @@ std::vector<std::string> functionsOf(const std::string& script)
 
 // --- Statements ---
 
-// Says the same on every machine, in the last moment of 2024-03-09, and reports the message boxes shown and
-// the processes started.
-class fixedMachine final : public stoppedClock
+// Says the same on every machine, and reports the processes started.
+class fixedMachine final : public quietMachine
 {
 public:
-    fixedMachine() : stoppedClock(1710028799999) {}
     bool modulePath(const string&, string& directory) override
     {
         directory = L"program";
         return true;
-    }
-    int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
-    {
-        qx::assertMsg(L"box %s|%s|%u", caption, text, flags);
-        return 1;
     }
     bool startProcess(const string& exe, const string& params, int flags, qx::ulong32* id, void** first,
                       void** process, const string& place) override
