@@ -341,6 +341,18 @@ TEST_P(scripts, give_what_is_expected)
 
 INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(tables()), testName);
 
+TEST(scriptRows, clones_of_signals_raise_them)
+{
+    const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"break()", L"#breaksignal#"},
+                                                              {L"continue()", L"#continuesignal#"}};
+    for (const auto& [text, signal] : rows) {
+        scriptcontext context;
+        const auto original = parsed(text, qx::script::continueAllowed | qx::script::breakAllowed);
+        ownedStatement(original->clone())->exec(context);
+        EXPECT_TRUE(context.scriptSignal(nameOf(signal))) << string(signal).utf8();
+    }
+}
+
 // What a statement does to the value that it is written into, as the table of its module tells: seen over a
 // map, into which nothing converts.
 TEST(scriptRows, every_statement_has_rows_that_show_what_its_result_does)

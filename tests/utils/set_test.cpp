@@ -66,6 +66,7 @@ TEST(genericSet, agrees_with_a_plain_list)
                 ASSERT_EQ(found->isShared(), known.use_count() > 1) << "holding is not sharing";
                 held.value() = genericValue(*known = step);
                 handedOut.emplace_back(set.genericValue(name(n)), known);
+                ASSERT_EQ(std::as_const(set).genericValue(name(n)).get(), handedOut.back().first.get());
             }
             for (const auto& [address, number] : handedOut) {
                 int read = -1;
