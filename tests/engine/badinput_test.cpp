@@ -124,21 +124,6 @@ TEST(badInput, recursion_without_end_uses_up_the_stack_and_says_so)
     });
 }
 
-TEST(badInput, definition_without_end_fails)
-{
-    const scratchDirectory scripts;
-    const std::pair<const char*, const char*> rows[] = {
-        {"f(in x = \"", "Function \"f\" not found in file "},
-        {"f() {", "Error parsing  {"},
-        {"f() return(\"", "Error parsing  return(\"\nMissing end of string for statement \"return(\"\""},
-    };
-    for (const auto& [text, chain] : rows) {
-        const std::string file = unusedName();
-        scripts.write(file + ".qxscr", std::string("scrdef ") + text);
-        EXPECT_TRUE(runCall(scripts.name(), string::fromUtf8("$" + file + "$f")).starts_with(chain)) << text;
-    }
-}
-
 TEST(badInput, every_unit_of_text_is_a_character_like_others)
 {
     const assertRecorder recorder;

@@ -73,25 +73,11 @@ TEST(codeManager, function_is_loaded_again_only_for_a_newer_file)
 
 TEST(codeManager, what_a_failed_read_or_listing_gave_is_not_kept)
 {
-    class stumblingDisk final : public fakeSystem
-    {
-    public:
-        bool readFile(const qx::string& name, qx::byteSink& sink) override
-        {
-            return !failsToRead && platformSystem::readFile(name, sink);
-        }
-        bool listDirectory(const qx::string& name, std::vector<qx::directoryEntry>& entries) override
-        {
-            return !failsToList && platformSystem::listDirectory(name, entries);
-        }
-        bool failsToRead = false;
-        bool failsToList = false;
-    };
     const scratchDirectory directory;
     const std::string name = unusedName();
     directory.write("Lost" + name + ".qxscr", "scrdef f(){ return(\"f\"); } \nscrdef g(){ return(\"g\"); }");
     setAge(directory, "", -60);
-    stumblingDisk disk;
+    watchedDisk disk;
     const auto call = [&](const char* function) {
         return runCall(directory.name(), qx::string::fromUtf8("$Lost" + name + "$" + function));
     };

@@ -1,6 +1,5 @@
-// What scripts alone cannot show of arrays and maps: host iterators, containers that go away, deep nesting.
+// What scripts alone cannot show of arrays and maps: containers that go away, deep nesting.
 #include "host.h"
-#include "hostObject.h"
 #include "scriptSupport.h"
 
 #include <qxHeldTypes.h>
@@ -18,7 +17,6 @@ namespace
 {
 
 using stringMap = std::map<string, genericValue>;
-using calls = std::vector<std::string>;
 
 template <class T>
 T& heldIn(const genericValue& value)
@@ -50,47 +48,6 @@ genericValue nested(int depth)
 }
 
 } // namespace
-
-TEST(createarray, walks_an_iterator_twice_and_refers_to_its_objects)
-{
-    hostObject<unknown> a;
-    hostObject<unknown> b;
-    hostIterator iterator({&a, nullptr, &b});
-    {
-        scriptcontext context;
-        context.createVariable(nameOf(L"objects"), iterator.value());
-        iterator.take();
-        const genericValue array = run(context, L"createarray(objects)", genericValue(5));
-        EXPECT_EQ(valueText(array),
-                  "array [unknownptr to an object, unknownptr to nothing, unknownptr to an object]");
-        objectRef element;
-        ASSERT_TRUE(heldIn<valueArray>(array)[2].getValue(element));
-        EXPECT_EQ(element.getUnknown(), b.root());
-        EXPECT_EQ(a.references, 2u);
-        calls moves = iterator.take();
-        std::erase_if(moves, [](const std::string& call) { return call == "addRef" || call == "release"; });
-        EXPECT_EQ(moves, (calls{"qx::intrface::forwardIterator", "first", "next", "next", "next", "first",
-                                "next", "next", "next"}));
-    }
-    EXPECT_EQ(a.references, 1u);
-    EXPECT_EQ(b.references, 1u);
-    EXPECT_EQ(iterator.references, 1u);
-}
-
-TEST(createarray, keeps_no_reference_when_the_iterator_fails)
-{
-    hostObject<unknown> object;
-    hostIterator iterator({&object, &object});
-    for (const int moves : {1, 3}) { // in the first pass and in the second
-        iterator.movesLeft = moves;
-        scriptcontext context;
-        context.createVariable(nameOf(L"objects"), iterator.value());
-        EXPECT_EQ(failureOf([&] { run(context, L"createarray(objects)"); }),
-                  (texts{L"Error executing script \"createarray(objects)\" ", L"iterator broken"}));
-    }
-    EXPECT_EQ(iterator.references, 1u);
-    EXPECT_EQ(object.references, 1u); // what `next` gave before it threw too
-}
 
 TEST(collections, array_of_maps_of_arrays_is_copied_deeply)
 {

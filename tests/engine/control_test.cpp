@@ -117,9 +117,9 @@ TEST(control, end_of_all_loops_ends_the_signals_of_each)
 namespace
 {
 
-// Runs `for_each(e, walk, BODY)`, where act() notes `part` or `null` for e, and gives what happened in one
+// Runs `for_each(e, SOURCE, BODY)`, where act() notes `part` or `null` for e, and gives what happened in one
 // line; references and queries are left out.
-std::string walked(hostIterator& object, const wchar_t* body)
+std::string walked(hostIterator& object, const wchar_t* body, const wchar_t* source = L"walk")
 {
     const hostModule host(L"act", [&object](codecontext& context, qx::genericValue&) {
         objectRef element;
@@ -129,7 +129,7 @@ std::string walked(hostIterator& object, const wchar_t* body)
     const texts failure = failureOf([&] {
         scriptcontext context;
         context.createVariable(nameOf(L"walk"), object.value());
-        parsed(qx::string(L"for_each(e, walk, ") + body + L")")->exec(context);
+        parsed(qx::string::sformat(L"for_each(e, %s, %s)", source, body))->exec(context);
     });
     std::string happened;
     for (const std::string& what : object.take())
@@ -141,7 +141,7 @@ std::string walked(hostIterator& object, const wchar_t* body)
 
 } // namespace
 
-TEST(control, for_each_walks_an_iterator)
+TEST(control, for_each_and_createarray_walk_an_iterator)
 {
     hostObject<unknown> part;
     hostIterator three({&part, nullptr, &part});
@@ -154,6 +154,13 @@ TEST(control, for_each_walks_an_iterator)
     EXPECT_EQ(walked(three, L"{ act(); getvar(missing); }"), "first part Variable \"missing\" not found");
     three.movesLeft = 1;
     EXPECT_EQ(walked(three, L"{ act(); }"), "first part next iterator broken");
+    // An array counts the objects first, then keeps them; what is given before a failure is released too.
+    EXPECT_EQ(walked(three, L"{ act(); }", L"createarray(walk)"),
+              "first next next next first next next next part null part nothing thrown");
+    three.movesLeft = 1;
+    EXPECT_EQ(walked(three, L"{}", L"createarray(walk)"), "first next iterator broken");
+    three.movesLeft = 4;
+    EXPECT_EQ(walked(three, L"{}", L"createarray(walk)"), "first next next next first next iterator broken");
     hostIterator none({});
     EXPECT_EQ(walked(none, L"{ act(); }"), "first nothing thrown");
     EXPECT_EQ(part.references, 1u);

@@ -34,11 +34,11 @@ inline std::vector<std::string> wordsOf(std::string list)
     return words;
 }
 
-// The lines of a table of statements, without comments; none if the file defines functions.
-inline std::vector<std::string> rowsOf(const std::string& script)
+// The statements of a table in tests/cases.
+inline std::vector<std::string> rowsOf(const std::string& table)
 {
-    const std::string content = contentOf(scriptsDirectory() / (script + ".qxscr"));
-    std::vector<std::string> rows = linesOf(content.find("scrdef ") == std::string::npos ? content : "");
-    std::erase_if(rows, [](const std::string& line) { return line.empty() || line.starts_with("//"); });
+    std::vector<std::string> rows = linesOf(contentOf(tableFile("cases/" + table)));
+    std::erase_if(rows,
+                  [](const std::string& line) { return line.empty() || line[0] == ' ' || line[0] == '#'; });
     return rows;
 }

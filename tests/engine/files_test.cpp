@@ -55,25 +55,16 @@ public:
 };
 
 // Notes what is loaded.
-class notingSystem final : public fakeSystem
+class notingSystem final : public programIn
 {
 public:
-    explicit notingSystem(const string& programDirectory) : mProgramDirectory(programDirectory) {}
-
-    bool modulePath(const string&, string& directoryName) override
-    {
-        directoryName = mProgramDirectory;
-        return true;
-    }
+    using programIn::programIn;
     void* loadLibrary(const string& name) override
     {
         noted = name;
         return this;
     }
     string noted;
-
-private:
-    string mProgramDirectory;
 };
 
 // The children of this process that have ended (true) or run, as the system lists them.
@@ -113,22 +104,6 @@ TEST_F(files, names_and_contents_in_every_encoding)
         EXPECT_EQ(outcome(L"{ file_delete(d, n); file_delete(strcat(d, n, \"2\")); }"), "null");
         EXPECT_TRUE(fs::is_empty(mDirectory.path("")));
     }
-}
-
-TEST_F(files, copies_keep_the_name_and_overwrite_nothing)
-{
-    const currentDirectory back(fs::current_path());
-    mDirectory.write("a", "from");
-    fs::create_directory(mDirectory.path("to"));
-    EXPECT_EQ(outcome(L"directory_setcurrent(d)"), "bool true");
-    const string copy = L"file_copy(\"a\", \"to\")";
-    EXPECT_EQ(outcome(copy), "string \"to/a\"");
-    mDirectory.write("a", "newer");
-    EXPECT_EQ(outcome(copy), "Error copying file");
-    EXPECT_EQ(mDirectory.read("to/a"), "from");
-    EXPECT_EQ(outcome(L"{ file_delete(\"to\"); file_delete(d, \"a\"); file_delete(d, \"a\"); }"), "null");
-    EXPECT_TRUE(fs::exists(mDirectory.path("to"))) << "a directory is not deleted";
-    EXPECT_FALSE(fs::exists(mDirectory.path("a")));
 }
 
 TEST_F(files, disks_that_fail_between_two_steps)

@@ -240,21 +240,3 @@ TEST(references, share_their_object_when_values_are_copied)
     }
     EXPECT_EQ(object.references, 1u);
 }
-
-TEST(references, are_true_where_they_lead_to_an_object)
-{
-    hostObject<unknown> object;
-    scriptcontext context;
-    for (const objectRef& reference : {object.share(), objectRef()}) {
-        context.setGlobalContextVariable(nameOf(L"o"), genericValue(reference));
-        for (const wchar_t* text : {L"getvar(o)", L"getvarptr<unknownptr>(o)"}) {
-            genericValue value;
-            parsed(text)->exec(context, value);
-            bool truth = !reference.isValid();
-            EXPECT_TRUE(value.getValue(truth));
-            EXPECT_EQ(truth, reference.isValid());
-            int number = 0;
-            EXPECT_FALSE(value.getValue(number));
-        }
-    }
-}

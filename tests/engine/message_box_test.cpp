@@ -1,9 +1,7 @@
 // The question that stands for a message box on a terminal.
 #include "../../tools/qxscript/messageBox.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
+#include "support/expectations.h"
 
 namespace
 {
@@ -21,36 +19,17 @@ bool readTyped(std::string& line)
 
 } // namespace
 
-TEST(messageBox, answers_name_buttons)
+// A row is `FLAGS`, then what is typed, each line behind a bar.
+TEST(messageBox, answers_name_buttons_as_expected)
 {
-    constexpr int unread = 1; // lines that must be left
-    const struct
-    {
-        qx::uint flags;
-        std::vector<std::string> lines;
-        int button;
-        std::size_t left;
-    } rows[] = {
-        {0 + 16, {" O\t\r"}, 1, 0},
-        {0, {"what", " ", "o"}, 1, unread}, // an empty line is enough for one button
-        {1, {"Cancel"}, 2, 0},
-        {3 + 32, {"n", "y"}, 7, unread},
-        {3, {"", "maybe", "ye", "ok", "C"}, 2, 0},
-        {5, {"r"}, 4, 0},
-        {2, {"ignore"}, 5, 0},
-        {6, {"c"}, 2, 0}, // the first of two
-        {6, {"continue"}, 11, 0},
-        // The end of the input.
-        {0, {}, 1, 0},
-        {1, {"what"}, 2, 0},
-        {2, {}, 3, 0},
-        {3, {}, 2, 0},
-        {4, {}, 6, 0},
-        {5, {}, 2, 0},
-    };
-    for (const auto& row : rows) {
-        typed = row.lines;
-        EXPECT_EQ(askForButton(L"text", L"title", row.flags, readTyped), row.button) << row.flags;
-        EXPECT_EQ(typed.size(), row.left);
-    }
+    expectOutcomes("engine/message_box", [](const qx::string& row) {
+        std::vector<qx::string> lines;
+        row.splitAt(L"|", lines, false);
+        typed.clear();
+        for (std::size_t i = 1; i < lines.size(); ++i)
+            typed.push_back(lines[i].utf8());
+        const auto flags = static_cast<qx::uint>(std::stoul(lines[0]));
+        const int button = askForButton(L"text", L"title", flags, readTyped);
+        return std::vector<qx::string>{qx::string::sformat(L"button %d, %u unread", button, typed.size())};
+    });
 }

@@ -102,51 +102,22 @@ TEST(objects, may_run_scripts_while_they_are_asked)
                                   "long 1; ?relationaccess; hasRelation r; getRelation r");
 }
 
-namespace
-{
-
-// An object that owns itself; whoever asks it ends the variable that leads to it.
-class ending final : public unknown
-{
-public:
-    explicit ending(codecontext& context) : mContext(context) { ++living; }
-    ~ending() { --living; }
-    qx::uint addRef() override { return ++mReferences; }
-    qx::uint release() override
-    {
-        const qx::uint left = --mReferences;
-        if (left == 0)
-            delete this;
-        return left;
-    }
-    bool queryInterface(const wchar_t*, const void**) const override { return false; }
-    bool queryInterface(const wchar_t*, void** out) override
-    {
-        mContext.deleteParameter(nameOf(L"o"));
-        *out = nullptr;
-        wasThere = living == 1 && mReferences > 0;
-        return false;
-    }
-    inline static int living = 0;
-    inline static bool wasThere = false;
-
-private:
-    codecontext& mContext;
-    qx::uint mReferences = 0;
-};
-
-} // namespace
-
 // The variable that a script asks for its object may end meanwhile, and with it the last reference.
 TEST(objects, live_while_they_are_asked)
 {
     for (const std::string& row : rowsOf("object/asked")) {
+        SCOPED_TRACE(row);
         scriptcontext context;
-        ending::wasThere = false;
-        context.setParameter(nameOf(L"o"), genericValue(objectRef::share(new ending(context))));
+        bool wasThere = false;
+        auto* const object = new recordingObject;
+        object->whenAsked = [&] {
+            context.deleteParameter(nameOf(L"o"));
+            wasThere = recordingObject::living == 1;
+        };
+        context.setParameter(nameOf(L"o"), genericValue(objectRef::adopt(object->root())));
         failureOf([&] { parsed(string::fromUtf8(row))->exec(context); });
-        EXPECT_TRUE(ending::wasThere) << row;
-        EXPECT_EQ(ending::living, 0) << row;
+        EXPECT_TRUE(wasThere);
+        EXPECT_EQ(recordingObject::living, 0);
     }
 }
 

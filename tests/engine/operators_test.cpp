@@ -1,6 +1,6 @@
 // The typed operators: which keyword takes which type, and what each gives at the edges of its types.
 #include "host.h"
-#include "utils/fakeSystem.h"
+#include "programs.h"
 #include "valueText.h"
 
 #include <qxHeldTypes.h>
@@ -231,17 +231,11 @@ void checkFloating(const wchar_t* type)
             row.first, type, [&row](T a) { return static_cast<T>(row.second(a, 2)); }, L"(a, \"2\")");
 }
 
-class faultingSystem final : public fakeSystem
-{
-public:
-    [[noreturn]] void divisionFault() override { throw qx::unexpectedErrorException(L"fault of the host"); }
-};
-
 } // namespace
 
 TEST(operators, compute_at_the_edges_of_their_types)
 {
-    const faultingSystem system;
+    const quietMachine machine;
     checkIntegers<short>(L"short");
     checkIntegers<int>(L"int");
     checkIntegers<qx::long32>(L"long");

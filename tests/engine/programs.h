@@ -27,14 +27,15 @@ const std::vector<programVariable>& programVariables();
 // machine, or tell its state. The signs in it are those of twins.txt.
 const std::vector<qx::string>& listedShapes();
 
-// The machine that programs run on: it says the same in every run, and has division faults thrown.
-class quietMachine final : public stoppedClock
+// The machine that programs run on: it says the same in every run, in the last moment of 2024-03-09, reports
+// the message boxes shown, and has division faults thrown.
+class quietMachine : public stoppedClock
 {
 public:
     quietMachine() : stoppedClock(1710028799999) {}
-    int messageBox(void*, const qx::string& text, const qx::string& caption, qx::uint) override
+    int messageBox(void*, const qx::string& text, const qx::string& caption, qx::uint flags) override
     {
-        qx::assertMsg(L"box %s|%s", caption, text);
+        qx::assertMsg(L"box %s|%s|%u", caption, text, flags);
         return 1;
     }
     [[noreturn]] void divisionFault() override { throw qx::unexpectedErrorException(L"fault of the host"); }

@@ -81,23 +81,6 @@ inline void setAge(const scratchDirectory& directory, const std::string& entry, 
     std::filesystem::last_write_time(directory.path(entry), now + std::chrono::seconds(seconds));
 }
 
-// A program directory of the test's own.
-class programIn final : public fakeSystem
-{
-public:
-    explicit programIn(const qx::string& directory) : mDirectory(directory) {}
-    bool modulePath(const qx::string& module, qx::string& directory) override
-    {
-        if (!module.empty())
-            return platformSystem::modulePath(module, directory);
-        directory = mDirectory;
-        return true;
-    }
-
-private:
-    qx::string mDirectory;
-};
-
 // Makes a directory current for the length of a test.
 class currentDirectory
 {

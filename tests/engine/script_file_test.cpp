@@ -142,14 +142,9 @@ TEST(scriptFile, listings_are_trusted_once_a_directory_has_been_still)
     if (qx::file(L"/a") == qx::file(L"/A"))
         GTEST_SKIP() << "nothing is listed on such a file system";
     // Directories that changed at one time, and a clock.
-    class countingDisk final : public fakeSystem
+    class stillDisk final : public watchedDisk
     {
     public:
-        bool listDirectory(const qx::string& name, std::vector<qx::directoryEntry>& entries) override
-        {
-            ++listings;
-            return platformSystem::listDirectory(name, entries);
-        }
         bool status(const qx::string& name, qx::fileStatus& status) override
         {
             const bool isThere = platformSystem::status(name, status);
@@ -157,12 +152,11 @@ TEST(scriptFile, listings_are_trusted_once_a_directory_has_been_still)
             return isThere;
         }
         long long utcNow() override { return changed + age; }
-        int listings = 0;
         long long changed = 0;
         long long age = 0;
     };
     const scratchDirectory directory;
-    countingDisk disk;
+    stillDisk disk;
     for (const char* name : {"empty", "base"})
         std::filesystem::create_directory(directory.path(name));
     const currentDirectory current(directory.path("empty"));

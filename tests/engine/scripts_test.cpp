@@ -1,6 +1,6 @@
-// The cases that are written as scripts, each with an `.expected` file beside it. Of a file with definitions
-// every function is called without arguments. Of a file without, which is in UTF-8, every line is a statement
-// that is run by itself: into a result that is null, into a text and into a map, and so is its clone.
+// The cases that scripts can show. Each row of a table in tests/cases is a statement that is run by itself:
+// into a result that is null, into a text and into a map, and so is its clone. Where a script lies beside its
+// table, the rows are its functions, each called without arguments.
 //
 //     function_name or statement
 //         report: what was reported through assertMsg
@@ -13,11 +13,10 @@
 // missing, empty and null.
 //
 // A failure shows its whole chain of messages instead of a value, outermost first, each a step further in.
-// With QX_REWRITE_EXPECTATIONS set the files are written anew; the difference is read like code.
 #include "assertRecorder.h"
 #include "documents.h"
 #include "objectWorld.h"
-#include "utils/fakeSystem.h"
+#include "programs.h"
 
 #include "modules/qxScriptCalculation.h"
 
@@ -33,22 +32,19 @@ namespace fs = std::filesystem;
 using qx::genericValue;
 using qx::string;
 
-// Named from the scripts' directory, as `MODULE/FILE` without extension.
-std::vector<std::string> filesWith(const char* extension)
+// Named from the directory of the cases, as `MODULE/TABLE`, and in order.
+std::set<std::string> tables()
 {
-    std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(scriptsDirectory())) {
-        if (entry.path().extension() == extension)
-            names.push_back(
-                fs::relative(entry.path(), scriptsDirectory()).replace_extension().generic_string());
-    }
-    std::sort(names.begin(), names.end());
+    std::set<std::string> names;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(scriptsDirectory()))
+        if (entry.path().extension() == ".expected" || entry.path().extension() == ".qxscr")
+            names.insert(fs::relative(entry.path(), scriptsDirectory()).replace_extension().generic_string());
     return names;
 }
 
-fs::path fileOf(const std::string& script)
+fs::path scriptOf(const std::string& table)
 {
-    return scriptsDirectory() / (script + ".qxscr");
+    return scriptsDirectory() / (table + ".qxscr");
 }
 
 string wide(const std::string& text)
@@ -61,81 +57,70 @@ string longName()
     return L"/" + std::wstring(4095, L'a');
 }
 
-// One line: paths of this machine and the long name stand as names, line ends as \n, a blank at the end as
-// \s.
-std::string shownLine(string text)
+// Paths of this machine and the long name stand as names.
+string shownLine(string text)
 {
     text.replace(wide(scriptsDirectory().string()), L"SCRIPTS");
     text.replace(wide(fs::current_path().string()), L"CURRENT");
-    text.replace(longName(), L"LONG");
-    text.replace(L"\n", L"\\n");
-    if (!text.empty() && text.back() == L' ')
-        text.replace(text.size() - 1, 1, L"\\s");
-    return text.utf8();
+    return text.replace(longName(), L"LONG");
 }
 
-std::string shownChain(const texts& chain)
+string shownValue(const genericValue& value)
 {
-    std::string lines;
-    std::string indent = "    ";
-    for (const string& text : chain) {
-        lines += indent + shownLine(text) + "\n";
-        indent += "  ";
-    }
-    return lines;
+    return shownLine(wide(valueText(value)));
 }
 
-std::string shownReports()
+// What was reported and asked, then the chain of a failure or what is given in its place.
+texts outcomesOf(const texts& chain, const texts& otherwise, const std::string& asked = "")
 {
-    std::string lines;
+    texts lines;
     for (const string& report : assertRecorder::take())
-        lines.append("    report: ").append(shownLine(report)).append("\n");
+        lines.push_back(L"report: " + shownLine(report));
+    if (!asked.empty())
+        lines.push_back(L"asks: " + wide(asked));
+    if (chain[0] == L"nothing thrown")
+        lines.insert(lines.end(), otherwise.begin(), otherwise.end());
+    else
+        for (std::size_t depth = 0; depth < chain.size(); ++depth)
+            lines.push_back(std::wstring(2 * depth, L' ') + shownLine(chain[depth]));
     return lines;
 }
 
 // --- Functions ---
 
-std::string outcomeOf(const std::string& script, const string& function)
+texts outcomeOf(const std::string& script, const string& function)
 {
     const assertRecorder recorder;
-    std::string value;
+    genericValue result;
     const texts chain = failureOf([&] {
         scriptcontext context;
         std::vector<genericValue> none;
-        genericValue result;
         qx::script::codeManager::instance()->executeFunction(wide(scriptsDirectory().string()),
                                                              L"script$" + wide(script) + L"$" + function,
                                                              context, none, result);
-        value = "    " + shownLine(wide(valueText(result))) + "\n";
     });
-    return function.utf8() + "\n" + shownReports() + (value.empty() ? shownChain(chain) : value);
+    return outcomesOf(chain, {shownValue(result)});
 }
 
-std::string outcomesOfFunctions(const std::string& script)
+std::vector<std::string> functionsOf(const std::string& script)
 {
-    std::string all;
-    for (const auto& function : qx::script::listFunctions(qx::file(wide(fileOf(script).string()))).functions)
-        all.append(all.empty() ? "" : "\n").append(outcomeOf(script, function.name));
-    return all;
+    std::vector<std::string> names;
+    for (const auto& function :
+         qx::script::listFunctions(qx::file(wide(scriptOf(script).string()))).functions)
+        names.push_back(function.name.utf8());
+    return names;
 }
 
 // --- Statements ---
 
-// Says the same on every machine, in the last moment of 2024-03-09, and reports the message boxes shown and
-// the processes started.
-class fixedMachine final : public stoppedClock
+// Says the same on every machine, and reports the processes started.
+class fixedMachine final : public quietMachine
 {
 public:
-    fixedMachine() : stoppedClock(1710028799999) {}
     bool modulePath(const string&, string& directory) override
     {
         directory = L"program";
         return true;
-    }
-    int messageBox(void*, const string& text, const string& caption, qx::uint flags) override
-    {
-        qx::assertMsg(L"box %s|%s|%u", caption, text, flags);
-        return 1;
     }
     bool startProcess(const string& exe, const string& params, int flags, qx::ulong32* id, void** first,
                       void** process, const string& place) override
@@ -188,13 +173,13 @@ statement* statementFor(const moduleCall& call)
 
 struct outcome
 {
-    std::string value; // what was returned, if anything, else the result
+    string value; // what was returned, if anything, else the result
     std::string result;
     texts chain;
     std::string asked;
 
     bool isFailure() const { return chain[0] != L"nothing thrown"; }
-    std::string shown() const { return value + (isFailure() ? ", refused: " + shownLine(chain.back()) : ""); }
+    string shown() const { return value + (isFailure() ? L", refused: " + shownLine(chain.back()) : L""); }
 };
 
 // Runs in a context of its own, in which the variables of the tables are.
@@ -220,13 +205,7 @@ outcome resultIn(const genericValue& before, const statement& run)
     genericValue result(before);
     const texts chain = failureOf([&] { run.exec(context, result); });
     const auto returned = context.parameterAddress(scriptcontext::returnparam());
-    return {shownLine(wide(valueText(returned ? *returned : result))), valueText(result), chain,
-            world.operations()};
-}
-
-ownedStatement statementOf(const std::string& row)
-{
-    return parsed(wide(row));
+    return {shownValue(returned ? *returned : result), valueText(result), chain, world.operations()};
 }
 
 const genericValue& emptyMap()
@@ -235,26 +214,22 @@ const genericValue& emptyMap()
     return map;
 }
 
-std::string outcomeOf(const std::string& row)
+texts outcomeOf(const string& row)
 {
     const assertRecorder recorder;
     ownedStatement original;
-    const texts refusal = failureOf([&] { original = statementOf(row); });
+    const texts refusal = failureOf([&] { original = parsed(row); });
     if (!original) // a null statement has thrown nothing
-        return row + "\n" + shownReports() + shownChain(refusal);
+        return outcomesOf(refusal, refusal);
 
-    std::string shown = row + "\n";
     const outcome fresh = resultIn(genericValue(), *original);
-    shown += shownReports();
-    const std::string overText = resultIn(textValue(L"old"), *original).shown();
-    const std::string overMap = resultIn(emptyMap(), *original).shown();
-    if (!fresh.asked.empty())
-        shown += "    asks: " + fresh.asked + "\n";
-    shown += fresh.isFailure() ? shownChain(fresh.chain) : "    " + fresh.value + "\n";
+    texts lines = outcomesOf(fresh.chain, {fresh.value}, fresh.asked);
+    const string overText = resultIn(textValue(L"old"), *original).shown();
+    const string overMap = resultIn(emptyMap(), *original).shown();
     if (!fresh.isFailure() && overText != fresh.value)
-        shown += "    over a text: " + overText + "\n";
+        lines.push_back(L"over a text: " + overText);
     if (!fresh.isFailure() && overMap != fresh.value)
-        shown += "    over a map: " + overMap + "\n";
+        lines.push_back(L"over a map: " + overMap);
 
     const ownedStatement clone(original->clone());
     const statement& first = *original;
@@ -265,16 +240,7 @@ std::string outcomeOf(const std::string& row)
     EXPECT_EQ(resultIn(genericValue(), *clone).shown(), fresh.shown());
     EXPECT_EQ(resultIn(textValue(L"old"), *clone).shown(), overText);
     EXPECT_EQ(resultIn(emptyMap(), *clone).shown(), overMap);
-    return shown;
-}
-
-std::string outcomesOfStatements(const std::vector<std::string>& rows)
-{
-    const hostModule module(statementFor);
-    std::string all;
-    for (const std::string& row : rows)
-        all.append(all.empty() ? "" : "\n").append(outcomeOf(row));
-    return all;
+    return lines;
 }
 
 std::string joined(const std::vector<std::string>& words)
@@ -330,13 +296,6 @@ std::vector<std::string> refusedCalls()
     return rows;
 }
 
-std::vector<std::string> cases()
-{
-    std::vector<std::string> names = filesWith(".qxscr");
-    names.insert(std::upper_bound(names.begin(), names.end(), "refusals"), "refusals");
-    return names;
-}
-
 std::string testName(const testing::TestParamInfo<std::string>& info)
 {
     std::string name = info.param;
@@ -349,9 +308,10 @@ std::string testName(const testing::TestParamInfo<std::string>& info)
 std::vector<std::string> allRows()
 {
     std::vector<std::string> all;
-    for (const std::string& script : filesWith(".qxscr"))
-        for (const std::string& row : rowsOf(script))
-            all.push_back(row);
+    for (const std::string& table : tables())
+        if (table != "refusals" && !fs::exists(scriptOf(table)))
+            for (const std::string& row : rowsOf(table))
+                all.push_back(row);
     for (const qx::script::statementInfo& built : builtInStatements())
         if (built.module == L"operator")
             for (const std::string& type : wordsOf(built.types.utf8()))
@@ -367,19 +327,21 @@ class scripts : public testing::TestWithParam<std::string>
 
 TEST_P(scripts, give_what_is_expected)
 {
-    const std::vector<std::string> rows = GetParam() == "refusals" ? refusedCalls() : rowsOf(GetParam());
-    const std::string outcomes = rows.empty() ? outcomesOfFunctions(GetParam()) : outcomesOfStatements(rows);
-    expectContent(scriptsDirectory() / (GetParam() + ".expected"), outcomes);
+    const std::string table = "cases/" + GetParam();
+    const hostModule module(statementFor);
+    const auto ofStatement = [](const string& row) { return outcomeOf(row); };
+    if (GetParam() == "refusals")
+        expectOutcomes(table, refusedCalls(), ofStatement);
+    else if (fs::exists(scriptOf(GetParam())))
+        expectOutcomes(table, functionsOf(GetParam()),
+                       [](const string& function) { return outcomeOf(GetParam(), function); });
+    else
+        expectOutcomes(table, ofStatement);
 }
 
-INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(cases()), testName);
+INSTANTIATE_TEST_SUITE_P(all, scripts, testing::ValuesIn(tables()), testName);
 
-TEST(scriptFiles, no_expectation_is_left_without_its_script)
-{
-    EXPECT_EQ(filesWith(".expected"), cases());
-}
-
-TEST(scriptFiles, clones_of_signals_raise_them)
+TEST(scriptRows, clones_of_signals_raise_them)
 {
     const std::pair<const wchar_t*, const wchar_t*> rows[] = {{L"break()", L"#breaksignal#"},
                                                               {L"continue()", L"#continuesignal#"}};
@@ -393,7 +355,7 @@ TEST(scriptFiles, clones_of_signals_raise_them)
 
 // What a statement does to the value that it is written into, as the table of its module tells: seen over a
 // map, into which nothing converts.
-TEST(scriptFiles, every_statement_has_rows_that_show_what_its_result_does)
+TEST(scriptRows, every_statement_has_rows_that_show_what_its_result_does)
 {
     const std::map<string, std::set<string>> seenOf = {
         {L"replaces", {L"replaces"}},
@@ -408,7 +370,7 @@ TEST(scriptFiles, every_statement_has_rows_that_show_what_its_result_does)
     const assertRecorder recorder;
     for (const std::string& row : allRows()) {
         failureOf([&] {
-            const ownedStatement statement = statementOf(row);
+            const ownedStatement statement = parsed(wide(row));
             if (!statement)
                 return;
             const outcome fresh = resultIn(genericValue(), *statement);

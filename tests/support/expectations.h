@@ -32,6 +32,11 @@ inline std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
+inline std::filesystem::path tableFile(const std::string& table)
+{
+    return std::filesystem::path(QX_TESTS_DIR) / (table + ".expected");
+}
+
 inline void expectContent(const std::filesystem::path& expected, const std::string& content)
 {
     if (std::getenv("QX_REWRITE_EXPECTATIONS"))
@@ -55,13 +60,13 @@ inline qx::string exchanged(qx::string text, bool toSigns)
     return text;
 }
 
-// `outcomeOf` gives the lines that come of a case.
+// `outcomeOf` gives the lines that come of a case. `lines` are the cases; those of outcomes are passed over.
 template <class OutcomeOf>
-void expectOutcomes(const std::string& table, const OutcomeOf& outcomeOf)
+void expectOutcomes(const std::string& table, const std::vector<std::string>& lines,
+                    const OutcomeOf& outcomeOf)
 {
-    const std::filesystem::path path = std::filesystem::path(QX_TESTS_DIR) / (table + ".expected");
     std::string now;
-    for (const std::string& line : linesOf(contentOf(path))) {
+    for (const std::string& line : lines) {
         if (line.starts_with("    "))
             continue;
         now += line + "\n";
@@ -69,5 +74,12 @@ void expectOutcomes(const std::string& table, const OutcomeOf& outcomeOf)
             for (const qx::string& outcome : outcomeOf(exchanged(qx::string::fromUtf8(line), false)))
                 now += "    " + exchanged(outcome, true).utf8() + "\n";
     }
-    expectContent(path, now);
+    expectContent(tableFile(table), now);
+}
+
+// Of the cases that stand in the table.
+template <class OutcomeOf>
+void expectOutcomes(const std::string& table, const OutcomeOf& outcomeOf)
+{
+    expectOutcomes(table, linesOf(contentOf(tableFile(table))), outcomeOf);
 }

@@ -1,4 +1,5 @@
-// Dates, times of the day, and both together. What texts they read is in texts.expected.
+// Dates, times of the day, and both together. What texts they read is in texts.expected,
+// and scripts show their parts.
 #include <qxDate.h>
 #include <qxTimestamp.h>
 
@@ -118,15 +119,6 @@ TEST(calendar, impossible_days_and_times_throw_false)
     const int times[][4] = {{24, 0, 0, 0}, {-1, 0, 0, 0}, {0, 60, 0, 0}, {0, 0, 60, 0}, {0, 0, 0, 1000}};
     for (const auto& row : times)
         EXPECT_THROW(qx::time(row[0], row[1], row[2], row[3]), bool);
-}
-
-TEST(time, parts)
-{
-    const qx::time moment(13, 5, 9, 7);
-    const int parts[] = {moment.hour(),    moment.minute(),      moment.second(),
-                         moment.msecond(), moment.minuteOfDay(), moment.secondOfDay()};
-    EXPECT_THAT(parts, testing::ElementsAre(13, 5, 9, 7, 785, 47109));
-    EXPECT_EQ(qx::time::midnight().toText(), L"00:00:00");
 }
 
 TEST(time, durations_go_round_the_clock_and_count_the_days)

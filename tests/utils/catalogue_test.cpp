@@ -47,20 +47,9 @@ protected:
 
 TEST_F(catalogue, directories_are_asked_in_order)
 {
-    // The program's own directory is another scratch directory.
-    class movedProgram final : public fakeSystem
-    {
-    public:
-        bool modulePath(const string&, string& directoryName) override
-        {
-            directoryName = place.name();
-            return true;
-        }
-        scratchDirectory place;
-    };
     const scratchDirectory registered;
-    const movedProgram system;
-    const scratchDirectory& program = system.place;
+    const scratchDirectory program;
+    const programIn system(program.name());
     std::filesystem::create_directory(program.path("lang"));
     program.write("lang/messages.de.ini", "a=program\nb=program\nc=program\n; d=comment\n");
     registered.write("messages.de.ini", "a=registered\nb=registered\n");
@@ -84,18 +73,7 @@ TEST_F(catalogue, directories_are_asked_in_order)
 
 TEST_F(catalogue, changed_files_are_read_again)
 {
-    class countingDisk final : public fakeSystem
-    {
-    public:
-        bool readFile(const string& name, qx::byteSink& sink) override
-        {
-            ++reads;
-            return fakeSystem::readFile(name, sink) && !fails;
-        }
-        int reads = 0;
-        bool fails = false;
-    };
-    countingDisk disk;
+    watchedDisk disk;
     const std::filesystem::path file = mDirectory.path("messages.de.ini");
     const auto writeAt = [&](const char* content, std::chrono::seconds age) {
         mDirectory.write("messages.de.ini", content);
@@ -104,10 +82,10 @@ TEST_F(catalogue, changed_files_are_read_again)
     writeAt("id=one\n", std::chrono::seconds(20));
     EXPECT_EQ(textOf(L"id") + textOf(L"id"), L"oneone");
     EXPECT_EQ(disk.reads, 1);
-    disk.fails = true;
+    disk.failsToRead = true;
     writeAt("id=two\n", std::chrono::seconds(10));
     EXPECT_EQ(textOf(L"id"), L"-");
-    disk.fails = false;
+    disk.failsToRead = false;
     EXPECT_EQ(textOf(L"id"), L"two");
     std::filesystem::remove(file);
     EXPECT_EQ(textOf(L"id"), L"-");

@@ -26,6 +26,43 @@ private:
     long long mNow;
 };
 
+// A program directory of the test's own.
+class programIn : public fakeSystem
+{
+public:
+    explicit programIn(const qx::string& directory) : mDirectory(directory) {}
+    bool modulePath(const qx::string& module, qx::string& directory) override
+    {
+        if (!module.empty())
+            return platformSystem::modulePath(module, directory);
+        directory = mDirectory;
+        return true;
+    }
+
+private:
+    qx::string mDirectory;
+};
+
+// Counts the readings of files and directories, which can be made to fail.
+class watchedDisk : public fakeSystem
+{
+public:
+    bool readFile(const qx::string& name, qx::byteSink& sink) override
+    {
+        ++reads;
+        return platformSystem::readFile(name, sink) && !failsToRead;
+    }
+    bool listDirectory(const qx::string& name, std::vector<qx::directoryEntry>& entries) override
+    {
+        ++listings;
+        return !failsToList && platformSystem::listDirectory(name, entries);
+    }
+    int reads = 0;
+    int listings = 0;
+    bool failsToRead = false;
+    bool failsToList = false;
+};
+
 // Reads that break off after the first piece, and directories and writes that fail.
 class failingDisk : public fakeSystem
 {

@@ -61,28 +61,6 @@ TEST(systemChild, DISABLED_waitsForGo)
     std::_Exit(7);
 }
 
-TEST(system, a_host_replaces_it_and_the_free_functions_follow)
-{
-    class hostSystem : public fakeSystem
-    {
-    public:
-        bool modulePath(const string& name, string& directoryName) override
-        {
-            directoryName = L"/host/" + name;
-            return name != L"none";
-        }
-        void* mainHWND() override { return this; }
-    };
-    {
-        hostSystem host;
-        qx::directory out(L"/before");
-        EXPECT_FALSE(qx::getModulePath(L"none", out));
-        EXPECT_EQ(out, qx::directory(L"/before"));
-        EXPECT_EQ(qx::mainHWND(), &host);
-    }
-    EXPECT_EQ(&qx::system::current(), &qx::system::platform());
-}
-
 TEST(system, code_page_goes_both_ways)
 {
     qx::system& system = qx::system::current();
@@ -116,6 +94,9 @@ TEST(system, environment_modules_and_libraries)
         EXPECT_FALSE(system.environmentVariable(missing, value));
     EXPECT_FALSE(system.modulePath(L"no_such_module", value));
     EXPECT_EQ(value, L"before");
+    qx::directory place(L"/before");
+    EXPECT_FALSE(qx::getModulePath(L"no_such_module", place));
+    EXPECT_EQ(place, qx::directory(L"/before"));
     EXPECT_TRUE(system.environmentVariable(L"PATH", value));
     EXPECT_NE(value, L"before");
     const scratchDirectory scratch;
