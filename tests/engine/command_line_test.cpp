@@ -92,15 +92,16 @@ TEST_F(commandLine, is_told_by_readme_and_man_page)
             told += line.substr(9, line.find(' ', 9) - 9) + ' ';
     std::string offered;
     const std::string help = printed("--help");
-    for (const std::string& line : linesOf(help.substr(help.find("Subcommands:\n") + 13))) {
-        if (!line.starts_with("  "))
+    for (const std::string& listed : linesOf(help.substr(help.find("Subcommands:\n") + 13))) {
+        if (!listed.starts_with("  "))
             continue;
-        const std::string name = line.substr(2, line.find(' ', 2) - 2);
+        const std::string name = listed.substr(2, listed.find(' ', 2) - 2);
         SCOPED_TRACE(name);
         const std::string usage = printed(name + " --help");
         const std::size_t from = usage.find("[OPTIONS] ") + 10;
         const std::string parameters = usage.substr(from, usage.find('\n', from) - from);
-        EXPECT_NE(readme.find("\nqxscript " + name + ' ' + parameters + ' '), std::string::npos);
+        const std::string line = std::string("\nqxscript ").append(name).append(" ").append(parameters).append(" ");
+        EXPECT_NE(readme.find(line), std::string::npos);
         EXPECT_NE(synopsisOf(manual, name).find(parameters + ' '), std::string::npos);
         EXPECT_NE(manual.find("\n.BI \"" + name + ' '), std::string::npos);
         offered += name + ' ';

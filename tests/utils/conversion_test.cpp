@@ -109,7 +109,7 @@ TEST(conversion, values_read_as_expected)
     });
     std::vector<std::string> values;
     for (const auto& [value, lines] : all)
-        values.push_back(value.utf8());
+        values.emplace_back(value.utf8());
     expectOutcomes("utils/conversions", values, [&all](const string& value) { return all.at(value); });
 }
 

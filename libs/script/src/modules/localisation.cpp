@@ -13,7 +13,6 @@ namespace
 
 using intrface::messagesaccess;
 using intrface::objectRef;
-using intrface::unknown;
 
 constexpr declaredParameter idParam{L"id", true, L"Error retrieving message-id"};
 
