@@ -100,7 +100,8 @@ TEST_F(commandLine, is_told_by_readme_and_man_page)
         const std::string usage = printed(name + " --help");
         const std::size_t from = usage.find("[OPTIONS] ") + 10;
         const std::string parameters = usage.substr(from, usage.find('\n', from) - from);
-        const std::string line = std::string("\nqxscript ").append(name).append(" ").append(parameters).append(" ");
+        const std::string line =
+            std::string("\nqxscript ").append(name).append(" ").append(parameters).append(" ");
         EXPECT_NE(readme.find(line), std::string::npos);
         EXPECT_NE(synopsisOf(manual, name).find(parameters + ' '), std::string::npos);
         EXPECT_NE(manual.find("\n.BI \"" + name + ' '), std::string::npos);
