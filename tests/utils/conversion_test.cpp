@@ -82,7 +82,7 @@ TEST(conversion, texts_read_as_expected)
         if (isInt) {
             EXPECT_EQ(qx::cell::textIn(qx::cell::makeText(text)), text);
             EXPECT_EQ(lines, readings(genericValue(string(L" " + text)))) << text.utf8();
-            lines.push_back(L"kept as an int");
+            lines.emplace_back(L"kept as an int");
         }
         return lines;
     });
@@ -108,6 +108,7 @@ TEST(conversion, values_read_as_expected)
         all[heldIn(made)] = readings(made);
     });
     std::vector<std::string> values;
+    values.reserve(all.size());
     for (const auto& [value, lines] : all)
         values.emplace_back(value.utf8());
     expectOutcomes("utils/conversions", values, [&all](const string& value) { return all.at(value); });
