@@ -11,7 +11,7 @@ from pathlib import Path
 FLOORS = [
     "libs/utils/inc", "libs/utils/internal", "libs/utils/src",
     "libs/script/inc", "libs/script/src/contexts", "libs/script/src/parser", "libs/script/src/statements",
-    "libs/script/src/code", "libs/script/src/modules",
+    "libs/script/src/compiled", "libs/script/src/code", "libs/script/src/modules",
     "tools",
 ]
 # The parser makes the one statement that is grammar and not a module's, the block, and gives all their texts.

@@ -17,5 +17,6 @@ private:
 };
 
 using shortCutsSet = switchSet<qx::script::settings::shortCuts, qx::script::settings::setShortCuts>;
+using compiledSet = switchSet<qx::script::settings::compiled, qx::script::settings::setCompiled>;
 using strictFileCheckSet =
     switchSet<qx::script::settings::strictFileCheck, qx::script::settings::setStrictFileCheck>;

@@ -1,5 +1,5 @@
-// The whole of the tests runs a second and a third time with the engine's switches the other way round: CTest
-// sets QX_SHORT_CUTS or QX_FILE_CHECK for that.
+// The whole of the tests runs again with the engine's switches the other way round: CTest sets QX_SHORT_CUTS,
+// QX_COMPILED or QX_FILE_CHECK for that.
 #include "settingsInForce.h"
 
 #include <cstdlib>
@@ -21,6 +21,7 @@ public:
     void SetUp() override
     {
         qx::script::settings::setShortCuts(!says("QX_SHORT_CUTS", "off"));
+        qx::script::settings::setCompiled(!says("QX_COMPILED", "off"));
         qx::script::settings::setStrictFileCheck(says("QX_FILE_CHECK", "strict"));
     }
 };
@@ -33,10 +34,13 @@ TEST(settings, each_switch_is_what_it_was_set_to)
 {
     for (const bool on : {true, false}) {
         const shortCutsSet shortCuts(on);
+        const compiledSet compiled(on);
         const strictFileCheckSet strict(!on);
+        EXPECT_EQ(qx::script::settings::compiled(), on);
         EXPECT_EQ(qx::script::settings::shortCuts(), on);
         EXPECT_EQ(qx::script::settings::strictFileCheck(), !on);
     }
     EXPECT_EQ(qx::script::settings::shortCuts(), !says("QX_SHORT_CUTS", "off"));
+    EXPECT_EQ(qx::script::settings::compiled(), !says("QX_COMPILED", "off"));
     EXPECT_NE(installed, nullptr);
 }

@@ -8,6 +8,7 @@
 #include "assertRecorder.h"
 #include "documents.h"
 #include "objectWorld.h"
+#include "programHost.h"
 #include "programs.h"
 #include "scriptSupport.h"
 #include "settingsInForce.h"
@@ -15,7 +16,6 @@
 
 #include "support/failingMemory.h"
 
-#include <cmath>
 #include <memory>
 
 namespace
@@ -36,16 +36,6 @@ constexpr unsigned programCount = 2000;
 #endif
 
 // --- The world of a run ---
-
-// The bits of a floating value besides its text, which tells no NaN from another.
-std::string shown(const genericValue& value)
-{
-    double number = 0;
-    std::string text = valueText(value);
-    if (!text.starts_with("double nan") || !value.getValue(number))
-        return text;
-    return text + (std::signbit(number) ? " negative" : "");
-}
 
 // Contexts with an operation of the host's own: then all are called as they are described.
 template <class Context>
@@ -75,56 +65,6 @@ constexpr way ways[] = {
     {.name = "long way, host's contexts", .hostsContexts = true},
     {.name = "short cuts, host's contexts", .shortCuts = true, .hostsContexts = true},
 };
-
-using address = qx::sharedPtr<genericValue>;
-
-// What host statements of the run that is under way work on.
-struct hostsSide
-{
-    std::vector<std::string> noted;
-    std::vector<address> kept;
-};
-hostsSide* running = nullptr;
-
-[[noreturn]] void failAs(const string& kind)
-{
-    if (kind == L"exception")
-        throw qx::unexpectedErrorException(L"of the host");
-    if (kind == L"text")
-        throw string(L"said");
-    throw false;
-}
-
-// The statements of the host: what they do is seen, and they run anything in between.
-statement* hostStatementFor(const moduleCall& call)
-{
-    if (call.name == L"mark") {
-        std::shared_ptr<qx::script::valueProvider> operand;
-        if (!call.params.empty())
-            operand.reset(qx::script::valueProvider::createFrom(call.params[0], call.flags));
-        return new hostStatement([operand](codecontext& context, genericValue& result) {
-            if (operand)
-                operand->getValue(context, result);
-            running->noted.push_back("mark " + shown(result));
-        });
-    }
-    if (call.name == L"letgo")
-        return new hostStatement([](auto&, auto&) { running->kept.clear(); });
-    if (call.params.size() != 1)
-        return nullptr;
-    const qx::scString name = qx::scString::createFrom(call.params[0]);
-    if (call.name == L"fail")
-        return new hostStatement([name](auto&, auto&) { failAs(name.string()); });
-    if (call.name == L"keep")
-        return new hostStatement(
-            [name](codecontext& context, auto&) { running->kept.push_back(context.variableAddress(name)); });
-    if (call.name == L"become") // another type each time, and then a part of itself
-        return new hostStatement([name](codecontext& context, auto&) {
-            if (const address variable = context.variableAddress(name))
-                *variable = genericValue(qx::valueArray{*variable, genericValue(2)});
-        });
-    return nullptr;
-}
 
 class world
 {

@@ -100,6 +100,7 @@ protected:
 private:
     friend class scope;
     friend class blockcontext;
+    friend class frame;
 
     virtual genericSet* getGlobalContextVariables();
 
@@ -108,10 +109,15 @@ private:
         : mpOuterBlock(&outer), mpPlainRoot(plainRoot)
     {}
 
+    // Makes the context a frame of compiled code.
+    void enterCells(qx::genericValue* cells) noexcept { mpCells = cells; }
+
     codecontext* mpOuterBlock = nullptr; // borrowed; null in a root alone
     // The root of the chain, once it is known that no context of it overrides anything: then nobody can tell
     // whether the virtual operations are called. Null: not known.
     scriptcontext* mpPlainRoot = nullptr;
+    // The cells of a frame of compiled code; null in all others.
+    qx::genericValue* mpCells = nullptr;
     genericSet mVariables;
 };
 

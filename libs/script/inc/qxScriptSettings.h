@@ -17,6 +17,11 @@ namespace qx::script::settings
 QXSCRIPT_API bool shortCuts() noexcept;
 QXSCRIPT_API void setShortCuts(bool on) noexcept;
 
+// Whether functions with loops are compiled when they first run. On by default; off, they run as the trees
+// that they were parsed into. Nothing is compiled while short cuts are off.
+QXSCRIPT_API bool compiled() noexcept;
+QXSCRIPT_API void setCompiled(bool on) noexcept;
+
 // Whether each call from script to script searches its file and asks for the time of its last change. Off by
 // default: what one call found holds for the calls after it until the clock ticks (a few milliseconds) or
 // anything but the engine's own code has run on the thread, so only a change that another thread or program

@@ -265,6 +265,11 @@ public:
         if (isHolder(before))
             genericValue::end(before);
     }
+    // store over a small word or null.
+    static void storeSmall(genericValue& value, word small) noexcept
+    {
+        atomics::storeRelaxed(value.mWord, small);
+    }
     // store for a value that others may write: `before` is what it had, and no holder. False, with nothing
     // changed, when the value has changed meanwhile.
     static bool storeIf(genericValue& value, word before, word small) noexcept

@@ -8,8 +8,13 @@
 #include "qxScriptContext.h"
 #include "qxScriptException.h"
 #include "qxScriptParser.h"
+#include "qxScriptSettings.h"
 #include "statements/qxScriptBase.h"
 #include "statements/qxScriptShortCuts.h"
+
+#include "qxStack.h"
+
+#include <mutex>
 
 namespace qx::script
 {
@@ -59,9 +64,11 @@ bool function::parses(string&& body, std::span<const string> declarations)
 void function::call(const string& name, std::span<genericValue> arguments, scriptcontext& context,
                     callee kind, genericValue& result) const
 {
+    scriptcontext* const root = scope::plainRoot(context);
+    scriptcontext* const bareRoot = root && scope::isBare(*root) ? root : nullptr;
     bind(name, arguments, context, kind);
     try {
-        run(context, kind, result);
+        run(context, bareRoot, kind, result);
     } catch (const exception& caught) {
         throw scriptExecException(name.c_str(), nullptr, &caught);
     } catch (const string& text) {
@@ -101,7 +108,24 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
     }
 }
 
-void function::run(scriptcontext& context, callee kind, genericValue& result) const
+const program* function::compiled() const
+{
+    if (mForm.load(std::memory_order_acquire) == form::unknown) {
+        static std::mutex compiling;
+        const std::lock_guard lock(compiling);
+        if (mForm.load(std::memory_order_relaxed) == form::unknown) {
+            std::vector<scString> names;
+            for (const inParameter& parameter : mParameters)
+                if (!parameter.name().empty())
+                    names.push_back(parameter.variable());
+            mProgram = program::compile(*mpStatement, std::move(names));
+            mForm.store(mProgram ? form::compiled : form::tree, std::memory_order_release);
+        }
+    }
+    return mProgram.get();
+}
+
+void function::run(scriptcontext& context, scriptcontext* bareRoot, callee kind, genericValue& result) const
 {
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
@@ -112,7 +136,11 @@ void function::run(scriptcontext& context, callee kind, genericValue& result) co
     else {
         if (ends == ending::returned)
             result.clear();
-        inside::exec(*mpStatement, context);
+        const program* const fast = bareRoot && settings::compiled() && stack::isFar() ? compiled() : nullptr;
+        if (fast)
+            fast->run(*bareRoot, kind == callee::ofHost);
+        else
+            inside::exec(*mpStatement, context);
     }
     scriptcontext* const root = scope::plainRoot(context);
     if (kind != callee::ofHost && root) {

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "code/qxScriptInParameter.h"
+#include "compiled/qxScriptProgram.h"
 #include "qxScriptStatement.h"
 
 #include "qxFile.h"
 #include "qxSharedPtr.h"
 #include "qxTimestamp.h"
 
+#include <atomic>
 #include <span>
 
 namespace qx::script
@@ -52,13 +54,26 @@ private:
 
     void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
               callee kind) const;
-    void run(scriptcontext& context, callee kind, genericValue& result) const;
+    // `bareRoot` is the context where that was bare before the parameters were bound; null otherwise.
+    void run(scriptcontext& context, scriptcontext* bareRoot, callee kind, genericValue& result) const;
+    // The compiled form, made when it is first asked for; null where the function stays a tree.
+    const program* compiled() const;
+
+    // What is known of the compiled form.
+    enum class form : unsigned char
+    {
+        unknown,
+        tree,
+        compiled
+    };
 
     sharedPtr<statement> mpStatement;
     std::vector<inParameter> mParameters;
     file mFile;
     genericValue mDirectory; // of the file
     timestamp mTimestamp;
+    mutable std::atomic<form> mForm = form::unknown;
+    mutable std::unique_ptr<const program> mProgram; // written once, before mForm
 };
 
 } // namespace qx::script

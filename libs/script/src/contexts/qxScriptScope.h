@@ -45,6 +45,9 @@ public:
         return found ? found->own() : nullptr;
     }
 
+    // The cells of a frame of compiled code; null for every other context.
+    static genericValue* cells(const codecontext& context) noexcept { return context.mpCells; }
+
     // Null for a name that is not visible. Sets so large that they are indexed go another way, so that this
     // one has no call in it.
     static genericSet::entry* variable(codecontext& context, scriptcontext& root,
@@ -64,6 +67,13 @@ public:
     static genericSet::entry* global(scriptcontext& root, const scString& name) noexcept
     {
         return root.mpGlobalVariables ? root.mpGlobalVariables->find(name) : nullptr;
+    }
+
+    // True for a root as it is made: nobody has put anything into it but globals.
+    static bool isBare(const scriptcontext& root) noexcept
+    {
+        return root.mPending == 0 && root.mParameters.isEmpty() && root.mSignals.isEmpty() &&
+               root.mVariables.isEmpty();
     }
 
     // A new local variable of the block; the name must not be visible.

@@ -1,6 +1,7 @@
 // Calls: functions of other script files, returning a value, and statements run as functions.
 #include "code/qxScriptBasePath.h"
 #include "code/qxScriptCallMemory.h"
+#include "compiled/qxScriptCompiler.h"
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
 #include "modules/qxScriptModules.h"
@@ -163,6 +164,29 @@ statement* callFunction::create(const callText& call)
 
 constexpr const wchar_t* noReturnValue = L"error retrieving returnvalue";
 
+// A `return`: the value is that of the function before its blocks end.
+class returning final : public operation
+{
+public:
+    returning(const place* where, const value* returned, const operation* next) noexcept
+        : operation(where), mpReturned(returned), mpNext(next)
+    {}
+    const operation* run(frame& f) const override
+    {
+        genericValue returned;
+        return (!mpReturned || take(*mpReturned, f, returned)) && declinesWithoutMemory([&] {
+                   scope::takeParameter(f.root(), scriptcontext::returnparam(), std::move(returned));
+                   return true;
+               })
+                   ? mpNext
+                   : leave(f);
+    }
+
+private:
+    const value* mpReturned; // null for none
+    const operation* mpNext;
+};
+
 // Ends the function: the value stands under a parameter name that every block and loop looks for.
 class _return final : public scriptbasestatement
 {
@@ -188,6 +212,11 @@ public:
         if (mpValue && !mpValue.evaluate(context, value))
             execError(this, noReturnValue);
         set(context, std::move(value));
+    }
+    const operation* compile(compiler& c, const operation*) const
+    {
+        const value* const returned = mpValue ? c.valueOf(mpValue) : nullptr;
+        return returned || !mpValue ? c.makeHere<returning>(returned, c.toEnd()) : c.handOver();
     }
 
 private:

@@ -1,4 +1,6 @@
 // Branches and loops, the signals that leave them, and the null reference.
+#include "compiled/qxScriptCompiler.h"
+#include "compiled/qxScriptResumption.h"
 #include "contexts/qxScriptSignals.h"
 #include "modules/askedObject.h"
 #include "modules/qxScriptCollections.h"
@@ -35,6 +37,29 @@ sharedStatement bodyFrom(const callText& call, std::size_t place)
 
 // --- Branches ---
 
+// An `if`.
+class branch final : public operation
+{
+public:
+    branch(const place* where, const value& condition, const operation* thenDo,
+           const operation* elseDo) noexcept
+        : operation(where), mCondition(condition), mpThen(thenDo), mpElse(elseDo)
+    {}
+    const operation* run(frame& f) const override
+    {
+        const cell::word w = mCondition.small(f);
+        bool holds = false;
+        if (readShortly(w, holds)) [[likely]]
+            return holds ? mpThen : mpElse;
+        return w == cell::null ? mpElse : leave(f);
+    }
+
+private:
+    const value& mCondition;
+    const operation* mpThen;
+    const operation* mpElse;
+};
+
 class _if final : public scriptbasestatement
 {
 public:
@@ -62,9 +87,30 @@ public:
         inside::execInBlock(*branch, block);
     }
 
+    const operation* compile(compiler& c, const operation* next) const
+    {
+        const value* const condition = c.valueOf(mpCondition);
+        if (!condition)
+            return c.handOver();
+        const operation* const thenDo = mThen ? c.pieceInBlock(*mThen, thenPiece, next) : next;
+        const operation* const elseDo = mElse ? c.pieceInBlock(*mElse, elsePiece, next) : next;
+        return c.makeHere<branch>(*condition, thenDo, elseDo);
+    }
+    void resume(codecontext& context, resumption& rest) const
+    {
+        const sharedStatement& branch = rest.piece() == thenPiece ? mThen : mElse;
+        blockcontext block(context);
+        rest.fill(block);
+        rest.goInside(*branch, block);
+    }
+    bool repeats() const { return (mThen && inside::repeats(*mThen)) || (mElse && inside::repeats(*mElse)); }
+
     static statement* create(const callText& call);
 
 private:
+    static constexpr unsigned thenPiece = 0;
+    static constexpr unsigned elsePiece = 1;
+
     bool holds(codecontext& context) const
     {
         const cell::word w = shortCutsAllowed() ? mpCondition.shortCut().smallValue(context) : cell::refused;
@@ -141,18 +187,13 @@ bool goesOn(codecontext& context, genericValue& result)
     return false;
 }
 
-// Runs the body of `loop` once, in a block of its own that `prepare` may fill. True when the loop goes on.
-template <class Prepare>
-bool iterate(const statement* loop, const sharedStatement& body, codecontext& context, genericValue& result,
-             const Prepare& prepare)
+// Runs the body of `loop` once, in a block of its own. True when the loop goes on.
+template <class Run>
+bool iterate(const statement* loop, codecontext& context, genericValue& result, const Run& runBody)
 {
     try {
         blockcontext block(context);
-        prepare(block);
-        if (body)
-            inside::execInBlock(*body, block);
-        else
-            checkRun();
+        runBody(block);
         return !isAnythingRaised(block) || goesOn(context, result);
     } catch (const exception& caught) {
         statement::execError(loop, &caught, nullptr);
@@ -160,6 +201,38 @@ bool iterate(const statement* loop, const sharedStatement& body, codecontext& co
         statement::execError(loop, nullptr);
     }
 }
+
+// The run of a body that may be empty.
+void runBody(const sharedStatement& body, codecontext& block)
+{
+    if (body)
+        inside::execInBlock(*body, block);
+    else
+        checkRun();
+}
+
+// The head of a `while`: decides about the next turn. Whoever has come to listen or to limit the run since
+// the last one is noticed here.
+class turn final : public operation
+{
+public:
+    turn(const place* where, const value& condition, const operation* exit) noexcept
+        : operation(where), mCondition(condition), mpExit(exit)
+    {}
+    void setBody(const operation* body) noexcept { mpBody = body; }
+    const operation* run(frame& f) const override
+    {
+        bool holds = false;
+        if (!shortCutsAllowed() || !stack::isFar() || !readShortly(mCondition.small(f), holds)) [[unlikely]]
+            return leave(f);
+        return holds ? mpBody : mpExit;
+    }
+
+private:
+    const value& mCondition;
+    const operation* mpBody = nullptr;
+    const operation* mpExit;
+};
 
 class _while final : public scriptbasestatement
 {
@@ -176,9 +249,30 @@ public:
     statement* clone() const override { return new _while(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        while (holds(context) && iterate(this, mBody, context, result, [](codecontext&) {})) {
+        while (holds(context) &&
+               iterate(this, context, result, [this](codecontext& block) { runBody(mBody, block); })) {
         }
     }
+    const operation* compile(compiler& c, const operation* next) const
+    {
+        const value* const condition = c.valueOf(mpCondition);
+        if (!condition)
+            return c.handOver();
+        auto* const head = c.makeHere<turn>(*condition, next);
+        head->setBody(mBody ? c.bodyInBlock(*mBody, head, next) : head);
+        return head;
+    }
+    void resume(codecontext& context, resumption& rest) const
+    {
+        genericValue dropped;
+        const auto restOfBody = [&](codecontext& block) {
+            rest.fill(block);
+            rest.goInside(*mBody, block);
+        };
+        if (iterate(this, context, dropped, restOfBody))
+            execute(context, dropped);
+    }
+    static bool repeats() { return true; }
 
     static statement* create(const callText& call)
     {
@@ -261,8 +355,10 @@ private:
     // A name that is visible already keeps its value, and the body sees that one.
     bool runWith(const genericValue& element, codecontext& context, genericValue& result) const
     {
-        return iterate(this, mBody, context, result,
-                       [&](codecontext& block) { block.createVariable(mName, element); });
+        return iterate(this, context, result, [&](codecontext& block) {
+            block.createVariable(mName, element);
+            runBody(mBody, block);
+        });
     }
 
     scString mName;
@@ -293,6 +389,10 @@ public:
     {
         if (!context.setScriptSignal(Signal(), genericValue()))
             execError(this, nullptr);
+    }
+    const operation* compile(compiler& c, const operation*) const
+    {
+        return !c.isInLoop() ? c.handOver() : Allowed == breakAllowed ? c.toExit() : c.toNextTurn();
     }
 
     static statement* create(const callText& call) { return call.flags & Allowed ? new raising : nullptr; }

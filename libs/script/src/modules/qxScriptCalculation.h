@@ -61,6 +61,7 @@ public:
     statement* clone() const override { return new calculation(*this); }
     void execute(codecontext& context, genericValue& result) const override;
     std::uint64_t smallValue(codecontext& context) const;
+    bool resolve(compiler& names) const { return mpValue.resolve(names) && mpQuantity.resolve(names); }
 
 private:
     calculation(const callText& call, calculationMode mode, const unitOf<Value>& unit);

@@ -104,6 +104,7 @@ public:
         return mpValue.shortCut().read(context, value) ? cell::make(Kind::readOuts[mInfo](value))
                                                        : cell::refused;
     }
+    bool resolve(compiler& names) const { return mpValue.resolve(names); }
 
 private:
     template <int Info>

@@ -60,6 +60,10 @@ public:
             return cell::make(numberOf(red, green, blue));
         return cell::refused;
     }
+    bool resolve(compiler& names) const
+    {
+        return mpRed.resolve(names) && mpGreen.resolve(names) && mpBlue.resolve(names);
+    }
 
 private:
     explicit rgb_make(const callText& call)
@@ -115,6 +119,7 @@ public:
         }
     }
     std::uint64_t smallValue(codecontext&) const { return cell::make(mNumber); }
+    static bool resolve(compiler&) { return true; }
 
 private:
     template <unsigned char Red, unsigned char Green, unsigned char Blue>

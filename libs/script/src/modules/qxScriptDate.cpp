@@ -76,6 +76,7 @@ public:
         text.own(std::move(written));
         return true;
     }
+    bool resolve(compiler& names) const { return mpDate.resolve(names); }
 
 private:
     template <int Form>

@@ -42,6 +42,12 @@ public:
         return cell::make(!Decisive);
     }
 
+    bool resolve(compiler& names) const
+    {
+        return std::all_of(mOperands.begin(), mOperands.end(),
+                           [&names](const operand& one) { return one.resolve(names); });
+    }
+
     static statement* createFrom(const callText& call)
     {
         autoPtr<logicoperation> made(new logicoperation);

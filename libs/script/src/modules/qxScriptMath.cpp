@@ -81,6 +81,7 @@ public:
                    ? cell::make(Way::of(operand, mInDegrees, mFunction))
                    : cell::refused;
     }
+    bool resolve(compiler& names) const { return mpOperand.resolve(names); }
 
 private:
     template <doubleFunction Function>

@@ -32,6 +32,13 @@ public:
     static constexpr const wchar_t* messageName = F::messageName;
     static constexpr auto& declared = F::declared;
 
+    // Those that were not given need none.
+    bool resolve(compiler& names) const
+    {
+        return std::all_of(std::begin(mOperands), std::end(mOperands),
+                           [&names](const operand& one) { return !one || one.resolve(names); });
+    }
+
 protected:
     namedoperands() = default;
     // The copy has providers of its own.
@@ -101,8 +108,21 @@ public:
     {
         return smallValueOf(context, std::index_sequence_for<T...>());
     }
+    const value* compileValue(const operandShortCut& asked, compiler& c) const
+    {
+        if constexpr (std::is_same_v<operandTypes<T...>, operandTypes<double, double>>)
+            return compileBinary<functor>(asked, this->mOperands[0].shortCut(), this->mOperands[1].shortCut(),
+                                          c);
+        else
+            return c.make<shortCutValue>(asked);
+    }
 
 private:
+    struct functor : qx::detail::operands<double, double>
+    {
+        auto operator()(double a, double b) const { return F::of(a, b); }
+    };
+
     void parsed() override { this->offer(this, writing::replaces, operandTypes<T...>()); }
 
     template <std::size_t... I>

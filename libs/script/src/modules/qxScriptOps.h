@@ -2,6 +2,8 @@
 // its functor's.
 #pragma once
 
+#include "compiled/qxScriptValues.h"
+#include "modules/qxScriptFunctors.h"
 #include "statements/qxScriptBase.h"
 
 #include "qxHeldTypes.h"
@@ -84,6 +86,8 @@ protected:
 
     void evaluate(codecontext& context, genericValue& first, genericValue& second) const;
 
+    bool resolveBoth(compiler& names) const { return mpFirst.resolve(names) && mpSecond.resolve(names); }
+
     operand mpFirst;
     operand mpSecond;
 };
@@ -103,6 +107,12 @@ protected:
 
     operand mpOperand;
 };
+
+// What loops are made of has operations of its own.
+template <class F, class T>
+inline constexpr bool hotFunctor =
+    oneOf<F, typeList<addfunc<T, T, T>, subtractfunc<T, T, T>, multiplyfunc<T, T, T>, eqfunc<T, T>,
+                      neqfunc<T, T>, smfunc<T, T>, smeqfunc<T, T>, gtfunc<T, T>, gteqfunc<T, T>>>;
 
 template <class F>
 class binaryoperation final : public binaryoperands
@@ -152,12 +162,21 @@ public:
         } else
             return text.show(smallValue(context));
     }
+    bool resolve(compiler& names) const { return resolveBoth(names); }
+    const value* compileValue(const operandShortCut& asked, compiler& c) const
+    {
+        if constexpr (isHot)
+            return compileBinary<F>(asked, mpFirst.shortCut(), mpSecond.shortCut(), c);
+        else
+            return c.make<shortCutValue>(asked);
+    }
 
 private:
     using firstType = typename F::first;
     using secondType = typename F::second;
     using resultType = std::invoke_result_t<F, const firstType&, const secondType&>;
     static constexpr bool isShort = shortly<firstType>::possible && shortly<secondType>::possible;
+    static constexpr bool isHot = hotFunctor<F, int> || hotFunctor<F, double>;
 
     explicit binaryoperation(const callText& call) : binaryoperands(call)
     {
@@ -196,6 +215,7 @@ public:
             return cell::refused;
         return cell::make(F()(operand));
     }
+    bool resolve(compiler& names) const { return mpOperand.resolve(names); }
 
 private:
     using operandType = typename F::first;

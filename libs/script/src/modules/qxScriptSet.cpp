@@ -11,6 +11,7 @@
 #include "modules/refusals.h"
 #include "qxScriptTypes.h"
 #include "statements/qxScriptHeld.h"
+#include "statements/qxScriptVariable.h"
 
 #include "qxHeldTypes.h"
 #include "qxValueTraits.h"
@@ -24,12 +25,16 @@ namespace
 // The T in a variable that nobody else can reach, in place. Null where it is not just that; then the long way
 // tells. What is in place stays there until something has an effect.
 template <class T>
-T* variableInPlace(codecontext& context, const scString& name)
+T* variableInPlace(codecontext& context, const namedVariable& asked)
 {
     if (!shortCutsAllowed())
         return nullptr;
+    if (genericValue* const cells = scope::cells(context)) {
+        const genericValue* const own = asked.inFrame(cells);
+        return own ? heldInPlace<T>(*own) : nullptr;
+    }
     scriptcontext* const root = scope::plainRoot(context);
-    genericSet::entry* const variable = root ? scope::variable(context, *root, name) : nullptr;
+    genericSet::entry* const variable = root ? scope::variable(context, *root, asked.name()) : nullptr;
     return variable && !variable->isShared() ? heldInPlace<T>(variable->value()) : nullptr;
 }
 
@@ -51,12 +56,23 @@ public:
     static constexpr const wchar_t* noSource = L"error retrieving iterator";
     static constexpr const wchar_t* failures[] = {unusable, noSource, noCollection, noCollectionWithoutText};
 
-    explicit createArray(operand source) : mpSource(std::move(source)) {}
+    explicit createArray(operand source) : mpSource(std::move(source))
+    {
+        if (!mpSource)
+            offerShortCuts(this, 0, writing::replaces);
+    }
 
     statement* clone() const override { return new createArray(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
         replaceResult(result, mpSource ? elements(context) : valueArray());
+    }
+    bool resolve(compiler&) const { return !mpSource; }
+    bool freshValue(genericValue& out) const
+    {
+        if (!mpSource)
+            out = genericValue(valueArray());
+        return !mpSource;
     }
 
     static statement* create(const callText& call)
@@ -112,23 +128,25 @@ public:
     static constexpr const wchar_t* noArray = L"Error retrieving array";
 
 protected:
-    explicit arrayStatement(const scString& name) : mName(name) { stayInside(this); }
+    explicit arrayStatement(const scString& name) : mArray(name) {}
 
     valueArray* arrayInPlace(codecontext& context) const
     {
-        return variableInPlace<valueArray>(context, mName);
+        return variableInPlace<valueArray>(context, mArray);
     }
 
     heldIn<valueArray> requireArray(codecontext& context) const
     {
-        heldIn<valueArray> array = heldInVariable<valueArray>(context, mName);
+        heldIn<valueArray> array = heldInVariable<valueArray>(context, mArray.name());
         if (!array)
             execError(this, noArray);
         return array;
     }
 
+    bool resolveArray(compiler& names) const { return mArray.resolve(names); }
+
 private:
-    scString mName;
+    namedVariable mArray;
 };
 
 class sizeOfArray final : public arrayStatement
@@ -154,6 +172,7 @@ public:
         const valueArray* const array = arrayInPlace(context);
         return array ? cell::make(valueTraits<ulong32>::wrap(array->size())) : cell::refused;
     }
+    bool resolve(compiler& names) const { return resolveArray(names); }
 
     static statement* create(const callText& call)
     {
@@ -170,15 +189,31 @@ public:
     static constexpr const wchar_t* noValue = L"Error retrieving value(2)";
     static constexpr const wchar_t* failures[] = {texts.tooFew, texts.unusable, noArray, missing, noValue};
 
-    addToArray(const scString& name, operand value) : arrayStatement(name), mpValue(std::move(value)) {}
+    addToArray(const scString& name, operand value) : arrayStatement(name), mpValue(std::move(value))
+    {
+        stayInside(this);
+    }
 
     statement* clone() const override { return new addToArray(*this); }
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
     {
-        if (!addShort(context))
+        if (!runShort(context))
             add(context);
     }
+    bool resolve(compiler& names) const { return resolveArray(names) && mpValue.resolve(names); }
+    bool runShort(codecontext& context) const
+    {
+        genericValue value;
+        if (!shortCutsAllowed() || !mpValue.evaluateShort(context, value))
+            return false;
+        valueArray* const array = arrayInPlace(context);
+        return array && declinesWithoutMemory([&] {
+                   array->push_back(std::move(value));
+                   return true;
+               });
+    }
+
     static statement* create(const callText& call)
     {
         const scString name = requireWrittenName(call, texts);
@@ -186,16 +221,6 @@ public:
     }
 
 private:
-    bool addShort(codecontext& context) const
-    {
-        genericValue value;
-        if (!shortCutsAllowed() || !mpValue.evaluateShort(context, value))
-            return false;
-        valueArray* const array = arrayInPlace(context);
-        if (array)
-            array->push_back(std::move(value));
-        return array != nullptr;
-    }
     void add(codecontext& context) const
     {
         const heldIn<valueArray> array = requireArray(context);
@@ -251,6 +276,7 @@ public:
         return element && text.showInPlace(*element);
     }
     const genericValue* valueInPlace(codecontext& context) const { return elementInPlace(context); }
+    bool resolve(compiler& names) const { return resolveArray(names) && mpIndex.resolve(names); }
 
     static statement* create(const callText& call)
     {
@@ -278,8 +304,16 @@ template <class K>
 class createMap final : public scriptbasestatement
 {
 public:
+    createMap() { offerShortCuts(this, 0, writing::replaces); }
+
     statement* clone() const override { return new createMap(*this); }
     void execute(codecontext&, genericValue& result) const override { replaceResult(result, mapOf<K>()); }
+    static bool resolve(compiler&) { return true; }
+    static bool freshValue(genericValue& out)
+    {
+        out = genericValue(mapOf<K>());
+        return true;
+    }
 
     static statement* create(const callText&) { return new createMap; }
 };
@@ -296,14 +330,13 @@ class mapStatement : public scriptbasestatement
 {
 protected:
     mapStatement(const callText& call, const refusals& texts)
-        : mName(requireWrittenName(call, texts)), mpKey(requireOperand(call, 1, texts))
+        : mMap(requireWrittenName(call, texts)), mpKey(requireOperand(call, 1, texts))
     {
-        stayInside(this);
         if constexpr (cell::small<K>)
             mpKey.template fold<K>();
     }
 
-    mapOf<K>* mapInPlace(codecontext& context) const { return variableInPlace<mapOf<K>>(context, mName); }
+    mapOf<K>* mapInPlace(codecontext& context) const { return variableInPlace<mapOf<K>>(context, mMap); }
     // The key by its short cut.
     bool readKeyShort(codecontext& context, K& key) const
     {
@@ -320,7 +353,7 @@ protected:
 
     heldIn<mapOf<K>> requireMap(codecontext& context) const
     {
-        heldIn<mapOf<K>> map = heldInVariable<mapOf<K>>(context, mName);
+        heldIn<mapOf<K>> map = heldInVariable<mapOf<K>>(context, mMap.name());
         if (!map)
             execError(this, noMap);
         return map;
@@ -334,8 +367,10 @@ protected:
         return key;
     }
 
+    bool resolveMap(compiler& names) const { return mMap.resolve(names) && mpKey.resolve(names); }
+
 private:
-    scString mName;
+    namedVariable mMap;
 
 protected:
     operand mpKey;
@@ -354,14 +389,11 @@ public:
     // Has no value.
     void execute(codecontext& context, genericValue&) const override
     {
-        if (!insertShort(context))
+        if (!runShort(context))
             insert(context);
     }
-
-    static statement* create(const callText& call) { return new insertIntoMap(call); }
-
-private:
-    bool insertShort(codecontext& context) const
+    bool resolve(compiler& names) const { return this->resolveMap(names) && mpValue.resolve(names); }
+    bool runShort(codecontext& context) const
     {
         K key{};
         genericValue value;
@@ -370,10 +402,18 @@ private:
             return false;
         mapOf<K>* const map = this->mapInPlace(context);
         return map && declinesWithoutMemory([&] {
-                   map->insert_or_assign(std::move(key), std::move(value));
+                   const auto [place, isNew] = map->try_emplace(std::move(key));
+                   // An object that would end here runs the host's code.
+                   if (!isNew && place->second.hasHolder() && !heldInPlace<string>(place->second))
+                       return false;
+                   place->second = std::move(value);
                    return true;
                });
     }
+
+    static statement* create(const callText& call) { return new insertIntoMap(call); }
+
+private:
     // Not inline, so that the look-up in the map above is (W6).
     [[gnu::noinline]] void insert(codecontext& context) const
     {
@@ -393,7 +433,9 @@ private:
 
     explicit insertIntoMap(const callText& call)
         : mapStatement<K>(call, insertRefusals), mpValue(requireOperand(call, 2, insertRefusals))
-    {}
+    {
+        stayInside(this);
+    }
 
     operand mpValue;
 };
@@ -422,6 +464,7 @@ public:
         return found && text.showInPlace(*found);
     }
     const genericValue* valueInPlace(codecontext& context) const { return findInPlace(context); }
+    bool resolve(compiler& names) const { return this->resolveMap(names); }
 
     static statement* create(const callText& call) { return new findInMap(call); }
 

@@ -209,6 +209,7 @@ public:
         return mpValue.shortCut().textValue(context, text) ? cell::make(uint64(text.view().size()))
                                                            : cell::refused;
     }
+    bool resolve(compiler& names) const { return mpValue.resolve(names); }
 
     static statement* create(const callText& call)
     {
@@ -260,6 +261,11 @@ public:
             text.append(piece.view());
         }
         return true;
+    }
+    bool resolve(compiler& names) const
+    {
+        return std::all_of(mValues.begin(), mValues.end(),
+                           [&names](const operand& one) { return one.resolve(names); });
     }
 
     static statement* create(const callText& call)

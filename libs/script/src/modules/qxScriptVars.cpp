@@ -3,11 +3,13 @@
 // A name is the literal text of the first parameter, without its blanks and lower-cased, fixed when the text
 // is parsed. The context looks up which variable a name means; here is only what a statement does with its
 // storage.
+#include "compiled/qxScriptValues.h"
 #include "contexts/qxScriptEpoch.h"
 #include "modules/qxScriptModules.h"
 #include "modules/qxScriptRows.h"
 #include "modules/refusals.h"
 #include "qxScriptTypes.h"
+#include "statements/qxScriptVariable.h"
 
 #include "qxHeldTypes.h"
 
@@ -60,6 +62,16 @@ genericValue* ownVariable(codecontext& context, const scString& name) noexcept
     return Scope == scopeVariable ? scope::ownVariable(context, name) : nullptr;
 }
 
+// The same, in a frame too.
+template <eVarScope Scope>
+genericValue* ownVariable(codecontext& context, const namedVariable& variable) noexcept
+{
+    if constexpr (Scope == scopeVariable)
+        return variable.own(context);
+    genericValue* const cells = scope::cells(context);
+    return cells ? variable.inFrame(cells) : nullptr;
+}
+
 // Writes a text that comes by a short cut into a variable. Not inline: it has room for a text (W4).
 [[gnu::noinline]] bool writeText(codecontext& context, genericSet::entry& variable,
                                  const operandShortCut& value)
@@ -110,6 +122,7 @@ public:
         return cell::make((mScope == scopeGlobal ? scope::global(*root, mName)
                                                  : scope::variable(context, *root, mName)) != nullptr);
     }
+    static bool resolve(compiler&) { return false; }
 
     template <eVarScope Scope>
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
@@ -130,6 +143,93 @@ private:
 
     eVarScope mScope;
     scString mName;
+};
+
+// --- In frames ---
+
+// The cell of a name that the statements of this scope see.
+template <eVarScope Scope>
+unsigned cellFor(const compiler& c, const scString& name)
+{
+    return Scope == scopeVariable    ? c.cellOf(name)
+           : Scope == scopeParameter ? c.parameterCell(name)
+                                     : compiler::noCell;
+}
+
+// Makes a variable. The value is evaluated first. A name that is visible keeps its variable: the tree knows.
+class creation final : public operation
+{
+public:
+    creation(const place* where, unsigned cell, const scString& name, const value* initial,
+             const operation* next) noexcept
+        : operation(where), mCell(cell), mName(name), mpInitial(initial), mpNext(next)
+    {}
+    const operation* run(frame& f) const override
+    {
+        genericValue initial;
+        if ((mpInitial && !take(*mpInitial, f, initial)) || f.isBound(mCell) ||
+            scope::global(f.root(), mName))
+            return leave(f);
+        f.replace(mCell, std::move(initial));
+        return mpNext;
+    }
+
+private:
+    unsigned mCell;
+    const scString& mName;
+    const value* mpInitial; // null for none
+    const operation* mpNext;
+};
+
+// Writes a variable that has been made.
+class assigning final : public operation
+{
+public:
+    assigning(const place* where, unsigned cell, const value& assigned, const operation* next) noexcept
+        : operation(where), mCell(cell), mKeepsType(assigned.keepsType()), mAssigned(assigned), mpNext(next)
+    {}
+    const operation* run(frame& f) const override // W1
+    {
+        const cell::word w = mAssigned.small(f);
+        if (!isSameKind(f.word(mCell), w) || w == cell::refused) [[unlikely]]
+            return otherwise(f, w);
+        cell::access::storeSmall(f.at(mCell), w);
+        return mpNext;
+    }
+
+private:
+    // Not inline, so that writing a value like the one before saves fewer registers.
+    [[gnu::noinline]] const operation* otherwise(frame& f, cell::word w) const
+    {
+        if (w != cell::refused && f.isBound(mCell)) {
+            const cell::word written = writtenOver(f.word(mCell), w, mKeepsType);
+            if (written == cell::refused)
+                return leave(f);
+            f.replace(mCell, written);
+            return mpNext;
+        }
+        genericValue taken;
+        if (!f.isBound(mCell) || !take(mAssigned, f, taken))
+            return leave(f);
+        if (mKeepsType && !takesText(f.at(mCell), taken))
+            return leave(f);
+        f.replace(mCell, std::move(taken));
+        return mpNext;
+    }
+    // True where a text is written over a text, or over null.
+    static bool takesText(const genericValue& before, const genericValue& taken)
+    {
+        const auto isText = [](const genericValue& asked) {
+            return asked.isNull() || cell::kindIn(cell::access::load(asked)) == cell::decimalKind ||
+                   heldInPlace<string>(asked);
+        };
+        return isText(before) && isText(taken);
+    }
+
+    unsigned mCell;
+    bool mKeepsType;
+    const value& mAssigned;
+    const operation* mpNext;
 };
 
 // What the statements that put a value into a variable share. Without a second parameter there is none.
@@ -176,6 +276,19 @@ public:
             store(context, value);
         else if (!scope::variable(context, *root, mName))
             scope::create(context, mName, std::move(value));
+    }
+    void declare(compiler& names) const
+    {
+        if (mScope == scopeVariable)
+            names.declare(mName);
+    }
+    const operation* compile(compiler& c, const operation* next) const
+    {
+        const unsigned cell = c.ownCell(mName);
+        const value* const initial = mpValue ? c.valueOf(mpValue) : nullptr;
+        if (mScope != scopeVariable || cell == compiler::noCell || (mpValue && !initial))
+            return c.handOver();
+        return c.makeHere<creation>(cell, mName, initial, next);
     }
 
     template <eVarScope Scope>
@@ -224,6 +337,13 @@ public:
         genericValue* const own = ownVariable<Scope>(context, mName);
         if (!own || !assignSmall(*own, context))
             assign(context, nullptr);
+    }
+    const operation* compile(compiler& c, const operation* next) const
+    {
+        const unsigned cell = cellFor<Scope>(c, mName);
+        const value* const assigned = mpValue ? c.valueOf(mpValue) : nullptr;
+        return cell == compiler::noCell || !assigned ? c.handOver()
+                                                     : c.makeHere<assigning>(cell, *assigned, next);
     }
 
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
@@ -293,31 +413,49 @@ public:
                                                       ? L"Parameter \"%s\" not found"
                                                       : L"Global variable \"%s\" not found"};
 
-    explicit getVariable(const scString& name) : mName(name) { offerShortCuts(this, 0, writing::replaces); }
+    explicit getVariable(const scString& name) : mVariable(name)
+    {
+        offerShortCuts(this, 0, writing::replaces);
+    }
 
     statement* clone() const override { return new getVariable(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
-        if (genericSet::entry* const variable = entryOf(context, Scope, mName))
+        if (genericSet::entry* const variable = entryOf(context, Scope, mVariable.name()))
             result = variable->value();
         else
             copyFrom(context, result);
     }
     std::uint64_t smallValue(codecontext& context) const
     {
-        const genericValue* const own = ownVariable<Scope>(context, mName);
+        const genericValue* const own = ownVariable<Scope>(context, mVariable);
         return own ? smallIn(*own) : smallOtherwise(context);
     }
     bool textValue(codecontext& context, textScratch& text) const
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        if (genericValue* const cells = scope::cells(context)) {
+            const genericValue* const own = mVariable.inFrame(cells);
+            return own && text.showInPlace(*own);
+        }
+        genericSet::entry* const variable = entryOf(context, Scope, mVariable.name());
         return variable && (variable->isShared() ? text.show(smallIn(variable->value()))
                                                  : text.showInPlace(variable->value()));
     }
     const genericValue* valueInPlace(codecontext& context) const
     {
-        const genericValue* const own = ownVariable<Scope>(context, mName);
+        const genericValue* const own = ownVariable<Scope>(context, mVariable);
         return own ? own : inPlaceOtherwise(context);
+    }
+
+    bool resolve(compiler& names) const
+    {
+        return Scope == scopeVariable    ? mVariable.resolve(names)
+               : Scope == scopeParameter ? mVariable.resolveParameter(names)
+                                         : false;
+    }
+    const value* compileValue(const operandShortCut& asked, compiler& c) const
+    {
+        return c.make<cellValue>(asked, cellFor<Scope>(c, mVariable.name()));
     }
 
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
@@ -338,25 +476,25 @@ private:
     // Not inline, so that the fast path of both saves fewer registers (W1, W7).
     [[gnu::noinline]] cell::word smallOtherwise(codecontext& context) const
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mVariable.name());
         return variable ? smallIn(variable->value()) : cell::refused;
     }
     [[gnu::noinline]] const genericValue* inPlaceOtherwise(codecontext& context) const
     {
-        genericSet::entry* const variable = entryOf(context, Scope, mName);
+        genericSet::entry* const variable = entryOf(context, Scope, mVariable.name());
         return variable && !variable->isShared() ? &variable->value() : nullptr;
     }
     void copyFrom(codecontext& context, genericValue& result) const
     {
         if constexpr (Scope == scopeParameter)
-            result = context.parameter(mName);
+            result = context.parameter(mVariable.name());
         else if constexpr (Scope == scopeGlobal)
-            result = context.globalContextVariable(mName);
+            result = context.globalContextVariable(mVariable.name());
         else
-            result = *requireVariable(context, mName);
+            result = *requireVariable(context, mVariable.name());
     }
 
-    scString mName;
+    namedVariable mVariable;
 };
 
 // Gives the variable itself: a write through the value is a write to the variable.
@@ -413,6 +551,7 @@ public:
     }
 
     statement* clone() const override { return new isnull(*this); }
+    bool resolve(compiler& names) const { return mpValue.resolve(names); }
     std::uint64_t smallValue(codecontext& context) const
     {
         const cell::word w = mpValue.shortCut().smallValue(context);
@@ -448,6 +587,7 @@ public:
     }
 
     statement* clone() const override { return new isoftype(*this); }
+    bool resolve(compiler& names) const { return mpValue.resolve(names); }
     void execute(codecontext& context, genericValue& result) const override
     {
         T converted{};

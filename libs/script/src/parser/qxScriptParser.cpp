@@ -2,10 +2,10 @@
 //
 // It only cuts, by views into one counted buffer; what a parameter means is decided by whoever receives it.
 // Receivers come back here for nested calls, so a whole tree exists when the outermost call returns.
+#include "modules/qxScriptBlock.h"
 #include "parser/qxScriptParsing.h"
 #include "parser/qxScriptSplitter.h"
 #include "qxStack.h"
-#include "statements/qxScriptBlock.h"
 #include "statements/qxScriptStatementText.h"
 
 #include <algorithm>

@@ -115,6 +115,28 @@ void inside::execInBlock(const statement& run, codecontext& fresh)
     guarded(run, [&](const shortCuts& allowed) { allowed.runInside(run, fresh); });
 }
 
+void inside::resume(const statement& left, codecontext& context, resumption& rest)
+{
+    resumed(left, [&] { left.mpShortCuts->form->resume(left, context, rest); });
+}
+
+void inside::resumeInside(const statement& left, codecontext& fresh, resumption& rest)
+{
+    resumed(left, [&] { left.mpShortCuts->form->resumeInside(left, fresh, rest); });
+}
+
+// The end of the guard around a statement that stays within the engine.
+template <class Work>
+void inside::resumed(const statement& run, const Work& work)
+{
+    try {
+        work();
+    } catch (...) {
+        epoch::move();
+        raiseCaught(run);
+    }
+}
+
 // Writes a small value that comes by a short cut. False, with nothing changed, where the long way has to.
 // What nobody else can reach is written without looking at what is there.
 [[gnu::always_inline]] inline bool inside::takeSmall(const statement& run, codecontext& context,

@@ -6,6 +6,25 @@
 namespace qx::script
 {
 
+bool operandShortCut::takeOtherwise(codecontext& context, genericValue& out) const
+{
+    return declinesWithoutMemory([&] {
+        if (givesText()) {
+            textScratch text;
+            if (!textValue(context, text))
+                return false;
+            cell::access::fill(out, text.takeValue());
+            return true;
+        }
+        if (!mpShort)
+            return false;
+        const genericValue* const variable = inside::valueInPlace(*mpShort, context);
+        if (variable)
+            out = *variable;
+        return variable || inside::freshValue(*mpShort, out);
+    });
+}
+
 bool operand::readLongText(codecontext& context, textScratch& text) const
 {
     genericValue value;

@@ -52,6 +52,8 @@ public:
     }
     // Takes over what `twin` folded, which was made from the same text.
     void foldAs(const operandShortCut& twin) noexcept { mWord = twin.mWord; }
+    // For frames of compiled code, see namedVariable::resolve. False where it has no short cut in them.
+    bool resolve(compiler& names) const { return mpLiteral || (mpShort && inside::resolve(*mpShort, names)); }
     // The word of its value, see shortCuts::smallValue.
     cell::word smallValue(codecontext& context) const
     {
@@ -81,6 +83,11 @@ public:
     {
         return mpShort ? inside::valueInPlace(*mpShort, context) : nullptr;
     }
+    // The word of a literal, if that is small.
+    cell::word word() const noexcept { return mWord; }
+    // A value that is not small, into `out`, which is null and nobody else's. False, without an effect, where
+    // it declines.
+    bool takeOtherwise(codecontext& context, genericValue& out) const;
     // The text of a literal; null for what is none.
     const string* literal() const noexcept { return mpLiteral; }
     // True when its value keeps the type of what it is written into.
@@ -133,6 +140,7 @@ public:
     explicit operator bool() const noexcept { return mpProvider != nullptr; }
 
     const operandShortCut& shortCut() const noexcept { return mShort; }
+    bool resolve(compiler& names) const { return mShort.resolve(names); }
     // A literal that reads as a T is read now, and not at each run by its short cut.
     template <class T>
     void fold()

@@ -11,7 +11,12 @@
 namespace qx::script
 {
 
+class compiler;
+class operandShortCut;
+class operation;
+class resumption;
 class textScratch;
+class value;
 
 // What the value of a statement is when it is the body of a function, where that is known: a block has none
 // but what it returns, and a `return` ends with what it returns.
@@ -20,6 +25,23 @@ enum class ending : unsigned char
     any,
     block,
     returned
+};
+
+// What the statements that a function is made of offer to the compiler; all others are handed over, or have
+// short cuts alone. Those `Inside` are for a statement in a block that has just been opened for it.
+struct compiledForm
+{
+    // Declares the variables that the statement makes in the block around it.
+    void (*declare)(const statement& self, compiler& names);
+    void (*declareInside)(const statement& self, compiler& names);
+    // The operations of the statement, before `next`.
+    const operation* (*compile)(const statement& self, compiler& c, const operation* next);
+    const operation* (*compileInside)(const statement& self, compiler& c, const operation* next);
+    // The run of a statement from where the frame was left.
+    void (*resume)(const statement& self, codecontext& context, resumption& rest);
+    void (*resumeInside)(const statement& self, codecontext& fresh, resumption& rest);
+    // True for a loop, and for what holds one.
+    bool (*repeats)(const statement& self);
 };
 
 // The short cuts of one class of statements. What a class does not have is left to a default.
@@ -37,6 +59,16 @@ struct shortCuts
     // The variable itself where the statement would give a copy of it; until something has an effect. Null
     // unless nobody else can reach it.
     const genericValue* (*valueInPlace)(const statement& self, codecontext& context);
+    // A value that is made of nothing, into one that is null. Null where there is no such way.
+    bool (*freshValue)(const statement& self, genericValue& out);
+    // Settles what the names below mean in frames. False where the short cuts above have no way in a frame.
+    bool (*resolve)(const statement& self, compiler& names);
+    // The value for operations. Never null.
+    const value* (*compileValue)(const statement& self, const operandShortCut& asked, compiler& c);
+    // The work for a caller that drops the value. False, without an effect, where it declines. Null where
+    // there is no such way.
+    bool (*runShort)(const statement& self, codecontext& context);
+    const compiledForm* form = nullptr; // null: none of its own
     // Told by a constant `ends` of the class.
     ending ends = ending::any;
 };
@@ -90,9 +122,56 @@ public:
     {
         return asked.mpShortCuts->valueInPlace(asked, context);
     }
+    static bool freshValue(const statement& asked, genericValue& out)
+    {
+        return asked.mpShortCuts->freshValue && asked.mpShortCuts->freshValue(asked, out);
+    }
+
+    // A value by the short cuts of a statement, for those without an operation of their own.
+    static const value* compileByShortCuts(const statement& self, const operandShortCut& as, compiler& c);
 
     // The text of the small value, for statements without a short cut of their own for texts.
     static bool showSmallValue(const statement& self, codecontext& context, textScratch& text);
+
+    // --- For the compiler ---
+
+    static bool resolve(const statement& asked, compiler& names)
+    {
+        return asked.mpShortCuts->resolve(asked, names);
+    }
+    static const value* compileValue(const statement& asked, const operandShortCut& as, compiler& c)
+    {
+        return asked.mpShortCuts->compileValue(asked, as, c);
+    }
+    static void declare(const statement& asked, compiler& names)
+    {
+        if (const compiledForm* const form = asked.mpShortCuts->form)
+            form->declare(asked, names);
+    }
+    static void declareInside(const statement& asked, compiler& names)
+    {
+        if (const compiledForm* const form = asked.mpShortCuts->form)
+            form->declareInside(asked, names);
+    }
+    static const operation* compile(const statement& asked, compiler& c, const operation* next);
+    static const operation* compileInside(const statement& asked, compiler& c, const operation* next)
+    {
+        const compiledForm* const form = asked.mpShortCuts->form;
+        return form ? form->compileInside(asked, c, next) : compile(asked, c, next);
+    }
+    static bool repeats(const statement& asked)
+    {
+        const compiledForm* const form = asked.mpShortCuts->form;
+        return form && form->repeats(asked);
+    }
+    static bool runShort(const statement& asked, codecontext& context)
+    {
+        return asked.mpShortCuts->runShort(asked, context);
+    }
+    // exec of a statement that had begun when the frame was left: the guard alone, since it was traced and
+    // counted then.
+    static void resume(const statement& left, codecontext& context, resumption& rest);
+    static void resumeInside(const statement& left, codecontext& fresh, resumption& rest);
 
     // For stayInside and offerShortCuts.
     static void setShortCuts(statement& offering, const shortCuts& offered) noexcept
@@ -118,10 +197,59 @@ private:
     template <class Work>
     static void guarded(const statement& run, const Work& work);
     template <class Work>
+    static void resumed(const statement& run, const Work& work);
+    template <class Work>
     static void watched(const statement& run, const Work& work);
     static void trace(const statement& run, const wchar_t* format);
     [[noreturn]] static void raiseCaught(const statement& run);
 };
+
+// What a class has of a compiled form.
+template <class Statement>
+constexpr compiledForm formOf()
+{
+    compiledForm made{
+        [](const statement&, compiler&) {},
+        nullptr,
+        [](const statement& self, compiler& c, const operation* next) {
+            return static_cast<const Statement&>(self).compile(c, next);
+        },
+        nullptr,
+        [](const statement& self, codecontext& context, resumption& rest) {
+            if constexpr (requires(const Statement& s) { s.resume(context, rest); })
+                static_cast<const Statement&>(self).resume(context, rest);
+        },
+        nullptr,
+        [](const statement& self) {
+            if constexpr (requires(const Statement& s) { s.repeats(); })
+                return static_cast<const Statement&>(self).repeats();
+            else
+                return false;
+        },
+    };
+    if constexpr (requires(const Statement& s, compiler& names) { s.declare(names); })
+        made.declare = [](const statement& self, compiler& names) {
+            static_cast<const Statement&>(self).declare(names);
+        };
+    made.declareInside = made.declare;
+    made.compileInside = made.compile;
+    made.resumeInside = made.resume;
+    if constexpr (requires(const Statement& s, compiler& names) { s.declareInside(names); }) {
+        made.declareInside = [](const statement& self, compiler& names) {
+            static_cast<const Statement&>(self).declareInside(names);
+        };
+        made.compileInside = [](const statement& self, compiler& c, const operation* next) {
+            return static_cast<const Statement&>(self).compileInside(c, next);
+        };
+        made.resumeInside = [](const statement& self, codecontext& fresh, resumption& rest) {
+            static_cast<const Statement&>(self).resumeInside(fresh, rest);
+        };
+    }
+    return made;
+}
+
+template <class Statement>
+inline constexpr compiledForm formFor = formOf<Statement>();
 
 // The short cuts that a class has.
 template <class Statement>
@@ -150,6 +278,15 @@ constexpr shortCuts shortCutsOf()
             else
                 return nullptr;
         },
+        nullptr,
+        [](const statement& self, compiler& names) {
+            if constexpr (requires(const Statement& s) { s.resolve(names); })
+                return static_cast<const Statement&>(self).resolve(names);
+            else
+                return false;
+        },
+        inside::compileByShortCuts,
+        nullptr,
     };
     made.runInside = made.run;
     if constexpr (requires(const Statement& s, codecontext& fresh) { s.runInside(fresh); })
@@ -160,6 +297,22 @@ constexpr shortCuts shortCutsOf()
         made.textValue = [](const statement& self, codecontext& context, textScratch& text) {
             return static_cast<const Statement&>(self).textValue(context, text);
         };
+    if constexpr (requires(const Statement& s, genericValue& out) { s.freshValue(out); })
+        made.freshValue = [](const statement& self, genericValue& out) {
+            return static_cast<const Statement&>(self).freshValue(out);
+        };
+    if constexpr (requires(const Statement& s, const operandShortCut& as, compiler& c) {
+                      s.compileValue(as, c);
+                  })
+        made.compileValue = [](const statement& self, const operandShortCut& as, compiler& c) {
+            return static_cast<const Statement&>(self).compileValue(as, c);
+        };
+    if constexpr (requires(const Statement& s, codecontext& context) { s.runShort(context); })
+        made.runShort = [](const statement& self, codecontext& context) {
+            return static_cast<const Statement&>(self).runShort(context);
+        };
+    if constexpr (requires(const Statement& s, compiler& c, const operation* next) { s.compile(c, next); })
+        made.form = &formFor<Statement>;
     if constexpr (requires { Statement::ends; })
         made.ends = Statement::ends;
     return made;
@@ -180,6 +333,7 @@ void stayInside(Statement* made) noexcept
 template <class Statement>
 void offerShortCuts(Statement* made, unsigned operandDepth, writing written) noexcept
 {
+    static_assert(requires(const Statement& s, compiler& names) { s.resolve(names); });
     stayInside(made);
     inside::setDepth(*made, operandDepth, written);
 }

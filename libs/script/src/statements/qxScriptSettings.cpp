@@ -13,6 +13,7 @@ namespace qx::script::settings
 namespace
 {
 
+constinit std::atomic<bool> compiles = true;
 constinit std::atomic<bool> strict = false;
 
 constexpr std::uint64_t unlimited = UINT64_MAX;
@@ -28,6 +29,16 @@ bool shortCuts() noexcept
 void setShortCuts(bool on) noexcept
 {
     setLongWay(longWayWanted, !on);
+}
+
+bool compiled() noexcept
+{
+    return compiles.load(std::memory_order_relaxed);
+}
+
+void setCompiled(bool on) noexcept
+{
+    compiles.store(on, std::memory_order_relaxed);
 }
 
 bool strictFileCheck() noexcept

@@ -167,10 +167,9 @@ inline string* soleText(const genericValue& value) noexcept
     return held;
 }
 
-// Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions, so
-// that what occurs most, integers as int and double and double as int, is read in place.
+// The part of readShortly without a call: integers as int and double, and double as int, which occur most.
 template <class T>
-[[gnu::always_inline]] inline bool readShortly(cell::word w, T& out)
+[[gnu::always_inline]] inline bool readInPlace(cell::word w, T& out) noexcept
 {
     if constexpr (std::is_same_v<T, int>) {
         if (cell::isIntegral(w)) { // of any width, cut to that of an int
@@ -184,13 +183,25 @@ template <class T>
             out = static_cast<int>(value);
             return true;
         }
-    }
-    if constexpr (std::is_same_v<T, double>)
-        if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
-            out = static_cast<int>(cell::payloadIn(w));
+    } else if constexpr (cell::small<T>) {
+        if (cell::holds<T>(w)) {
+            out = cell::get<T>(w);
             return true;
         }
-    return declinesWithoutMemory([&] { return cell::read(w, out); });
+        if constexpr (std::is_same_v<T, double>)
+            if (cell::kindIn(w) == cell::intKind || cell::kindIn(w) == cell::decimalKind) {
+                out = static_cast<int>(cell::payloadIn(w));
+                return true;
+            }
+    }
+    return false;
+}
+
+// Reads a word as cell::read does, for short cuts: they are not taken where others have added conversions.
+template <class T>
+[[gnu::always_inline]] inline bool readShortly(cell::word w, T& out)
+{
+    return readInPlace(w, out) || declinesWithoutMemory([&] { return cell::read(w, out); });
 }
 
 inline bool isSameKind(cell::word a, cell::word b)
@@ -204,6 +215,8 @@ inline cell::word writtenOver(cell::word before, cell::word w, bool keepsType)
 {
     if (!keepsType || before == cell::null || isSameKind(before, w))
         return w;
+    if (cell::kindIn(before) == cell::decimalKind && cell::kindIn(w) == cell::intKind)
+        return cell::pack(cell::decimalKind, cell::payloadIn(w));
     return cell::isHolder(before) ? cell::refused : cell::convertedLike(before, w);
 }
 

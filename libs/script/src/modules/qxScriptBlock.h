@@ -28,9 +28,20 @@ public:
     // anything.
     void execute(codecontext& context, genericValue& result) const override;
     void run(codecontext& context) const;
-    void runInside(codecontext& block) const;
+    void runInside(codecontext& block) const { runFrom(0, block); }
+
+    // Compiled: the children in their order, and the end of what they have made.
+    void declare(compiler&) const {}
+    void declareInside(compiler& names) const;
+    const operation* compile(compiler& c, const operation* next) const;
+    const operation* compileInside(compiler& c, const operation* next) const;
+    void resume(codecontext& context, resumption& rest) const;
+    void resumeInside(codecontext& block, resumption& rest) const;
+    bool repeats() const;
 
 private:
+    void runFrom(std::size_t child, codecontext& block) const;
+
     std::vector<sharedPtr<statement>, freeListAllocator<sharedPtr<statement>>> mStatements;
 };
 

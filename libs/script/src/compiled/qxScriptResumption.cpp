@@ -1,0 +1,53 @@
+// Resumptions: the way back from the function to the statement at which a frame was left.
+#include "compiled/qxScriptResumption.h"
+
+#include "statements/qxScriptRunning.h"
+
+namespace qx::script
+{
+
+void resumption::run(scriptcontext& root)
+{
+    mFrame.giveParameters();
+    if (mPlace.depth == 0)
+        inside::exec(mProgram.body(), root);
+    else
+        inside::resume(mProgram.body(), root, *this);
+}
+
+void resumption::fill(codecontext& block)
+{
+    const place& opened = placeAt(mDepth + 1);
+    for (unsigned cell = opened.firstCell; cell < opened.firstCell + opened.cellCount; ++cell) {
+        if (!mFrame.isBound(cell))
+            continue;
+        scope::create(block, mProgram.names()[cell], std::move(mFrame.at(cell)));
+        cell::access::store(mFrame.at(cell), cell::refused);
+    }
+}
+
+void resumption::go(const statement& run, codecontext& context)
+{
+    if (++mDepth == mPlace.depth)
+        inside::exec(run, context);
+    else
+        inside::resume(run, context, *this);
+}
+
+void resumption::goInside(const statement& run, codecontext& fresh)
+{
+    if (++mDepth == mPlace.depth)
+        inside::execInBlock(run, fresh);
+    else
+        inside::resumeInside(run, fresh, *this);
+}
+
+const place& resumption::placeAt(unsigned depth) const noexcept
+{
+    const place* at = &mPlace;
+    while (at->depth > depth)
+        at = at->outer;
+    return *at;
+}
+
+} // namespace qx::script
