@@ -239,6 +239,21 @@ TEST(compiled, given_functions)
     EXPECT_GT(left, 20u);
 }
 
+TEST(compiled, nesting_without_end)
+{
+    unsigned left = 0;
+    for (const std::size_t depth : {100u, 300u, 1500u}) {
+        string body = L"{ while(isnull(vnull), { setvar(vnull, vint); ";
+        for (std::size_t i = 0; i < depth; ++i)
+            body += L"if(vtrue, {";
+        body += L"setvar(vint, \"5\")";
+        for (std::size_t i = 0; i < depth; ++i)
+            body += L"})";
+        body += L" }); }";
+        EXPECT_TRUE(agree(body, function::callee::ofHost, left)) << depth;
+    }
+}
+
 TEST(compiled, functions_by_chance)
 {
     unsigned left = 0;

@@ -108,18 +108,27 @@ void function::bind(const string& name, std::span<genericValue> arguments, scrip
     }
 }
 
+std::unique_ptr<const program> function::compile() const
+{
+    std::vector<scString> names;
+    for (const inParameter& parameter : mParameters)
+        if (!parameter.name().empty())
+            names.push_back(parameter.variable());
+    return program::compile(*mpStatement, std::move(names));
+}
+
 const program* function::compiled() const
 {
     if (mForm.load(std::memory_order_acquire) == form::unknown) {
         static std::mutex compiling;
         const std::lock_guard lock(compiling);
         if (mForm.load(std::memory_order_relaxed) == form::unknown) {
-            std::vector<scString> names;
-            for (const inParameter& parameter : mParameters)
-                if (!parameter.name().empty())
-                    names.push_back(parameter.variable());
-            mProgram = program::compile(*mpStatement, std::move(names));
-            mForm.store(mProgram ? form::compiled : form::tree, std::memory_order_release);
+            try {
+                mProgram = compile();
+                mForm.store(mProgram ? form::compiled : form::tree, std::memory_order_release);
+            } catch (const std::bad_alloc&) {
+                return nullptr; // this run does without
+            }
         }
     }
     return mProgram.get();
@@ -136,7 +145,9 @@ void function::run(scriptcontext& context, scriptcontext* bareRoot, callee kind,
     else {
         if (ends == ending::returned)
             result.clear();
-        const program* const fast = bareRoot && settings::compiled() && stack::isFar() ? compiled() : nullptr;
+        const bool mayBeFast =
+            bareRoot && scope::pending(*bareRoot) == 0 && settings::compiled() && stack::isFar();
+        const program* const fast = mayBeFast ? compiled() : nullptr;
         if (fast)
             fast->run(*bareRoot, kind == callee::ofHost);
         else

@@ -58,6 +58,7 @@ private:
     void run(scriptcontext& context, scriptcontext* bareRoot, callee kind, genericValue& result) const;
     // The compiled form, made when it is first asked for; null where the function stays a tree.
     const program* compiled() const;
+    std::unique_ptr<const program> compile() const;
 
     // What is known of the compiled form.
     enum class form : unsigned char

@@ -169,6 +169,14 @@ const operation* compiler::endOf(const block& left, const operation* next)
     return left.cellCount == 0 ? next : make<endBlock>(left.firstCell, left.cellCount, next);
 }
 
+bool compiler::givesUp()
+{
+    constexpr unsigned deepest = 200; // a frame that is left walks along its places
+    if (mpWhere->depth > deepest)
+        mIsPossible = false;
+    return !mIsPossible;
+}
+
 const operation* compiler::handOver()
 {
     mIsComplete = false;
@@ -225,8 +233,14 @@ const operation* inside::compile(const statement& asked, compiler& c, const oper
 {
     const shortCuts& offered = *asked.mpShortCuts;
     if (offered.form)
-        return offered.form->compile(asked, c, next);
+        return c.givesUp() ? nullptr : offered.form->compile(asked, c, next);
     return offered.runShort && offered.resolve(asked, c) ? c.makeHere<step>(asked, next) : c.handOver();
+}
+
+const operation* inside::compileInside(const statement& asked, compiler& c, const operation* next)
+{
+    const compiledForm* const form = asked.mpShortCuts->form;
+    return !form ? compile(asked, c, next) : c.givesUp() ? nullptr : form->compileInside(asked, c, next);
 }
 
 const value* inside::compileByShortCuts(const statement&, const operandShortCut& as, compiler& c)

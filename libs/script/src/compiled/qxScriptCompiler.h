@@ -55,6 +55,9 @@ public:
     // Out of all blocks and of the function.
     const operation* toEnd() { return leaveBlocks(0, nullptr); }
 
+    // True where the function stays a tree, too deep nesting being one reason.
+    bool givesUp();
+
     // Leaves the frame at the statement that is being compiled.
     const operation* handOver();
 

@@ -7,6 +7,7 @@
 
 #include "qxCell.h"
 #include "qxScriptStatement.h"
+#include "qxStack.h"
 
 namespace qx::script
 {
@@ -154,15 +155,11 @@ public:
             form->declareInside(asked, names);
     }
     static const operation* compile(const statement& asked, compiler& c, const operation* next);
-    static const operation* compileInside(const statement& asked, compiler& c, const operation* next)
-    {
-        const compiledForm* const form = asked.mpShortCuts->form;
-        return form ? form->compileInside(asked, c, next) : compile(asked, c, next);
-    }
+    static const operation* compileInside(const statement& asked, compiler& c, const operation* next);
     static bool repeats(const statement& asked)
     {
         const compiledForm* const form = asked.mpShortCuts->form;
-        return form && form->repeats(asked);
+        return form && !stack::isExhausted() && form->repeats(asked);
     }
     static bool runShort(const statement& asked, codecontext& context)
     {
