@@ -242,7 +242,7 @@ TEST(compiled, given_functions)
 TEST(compiled, nesting_without_end)
 {
     unsigned left = 0;
-    for (const std::size_t depth : {100u, 300u, 1500u}) {
+    for (const std::size_t depth : {100u, 300u, 600u}) {
         string body = L"{ while(isnull(vnull), { setvar(vnull, vint); ";
         for (std::size_t i = 0; i < depth; ++i)
             body += L"if(vtrue, {";
