@@ -151,11 +151,12 @@ public:
         : mIsCompiled(isCompiled), mKind(kind)
     {
         std::vector<string> declarations;
+        declarations.reserve(names.size());
         for (const string& name : names)
-            declarations.push_back(L"in<int> " + name +
-                                   (isWitness(name)    ? L"=witness(" + name + L")"
-                                    : name == L"vnull" ? L"=treatasfunction()"
-                                                       : L""));
+            declarations.emplace_back(L"in<int> " + name +
+                                      (isWitness(name)    ? L"=witness(" + name + L")"
+                                       : name == L"vnull" ? L"=treatasfunction()"
+                                                          : L""));
         mFunction = function::parse(body, declarations, qx::file(L"trial.qxscr"), qx::timestamp());
     }
 
