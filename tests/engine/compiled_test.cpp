@@ -7,6 +7,7 @@
 #include "assertRecorder.h"
 #include "documents.h"
 #include "objectWorld.h"
+#include "peakMemory.h"
 #include "programHost.h"
 #include "programs.h"
 #include "scriptSupport.h"
@@ -34,9 +35,28 @@ constexpr unsigned programCount = 600;
 const std::vector<string> names{L"vint",  L"vdecimal", L"vtext", L"vdouble", L"vnull", L"vtrue",
                                 L"vzero", L"varr",     L"vmaps", L"vended",  L"vother"};
 
+// That of the functions which are called.
+string directory()
+{
+    return (treeRoot() / "tests/engine").wstring();
+}
+
 // The root of the run that is under way, for objects of the host that look into it; null where it is not
 // theirs.
 scriptcontext* rootOfRun = nullptr;
+
+// The same, for one whose end writes anew where functions are looked for; null where none does.
+scriptcontext* redirectedRoot = nullptr;
+bool endsRedirect = false;
+
+std::string seenParameters()
+{
+    std::string seen;
+    for (const string& name : rootOfRun ? names : std::vector<string>())
+        if (const auto held = rootOfRun->parameterAddress(qx::scString::createFrom(name)))
+            seen += ' ' + name.utf8() + '=' + shown(*held);
+    return seen;
+}
 
 // Notes its end, and which parameters are there at that moment.
 class witness final : public qx::host::fieldObject<witness>
@@ -45,13 +65,12 @@ public:
     explicit witness(string name) : mName(std::move(name)) {}
     ~witness() override
     {
-        if (!running)
+        if (running)
+            running->noted.push_back("ended: " + mName.utf8() + seenParameters());
+        if (!redirectedRoot || mName != L"vother")
             return;
-        std::string seen = "ended: " + mName.utf8();
-        for (const string& name : rootOfRun ? names : std::vector<string>())
-            if (const auto held = rootOfRun->parameterAddress(qx::scString::createFrom(name)))
-                seen += ' ' + name.utf8() + '=' + shown(*held);
-        running->noted.push_back(seen);
+        for (const genericValue& base : {genericValue(5), genericValue(directory())})
+            redirectedRoot->setGlobalContextVariable(nameOf(L"scriptbasepath"), base);
     }
     static const qx::host::fieldTable<witness>& fields()
     {
@@ -61,6 +80,26 @@ public:
 
 private:
     string mName;
+};
+
+// Is asked for the time whenever a function is called, and notes the same if it looks at all: what has been
+// looked at is not taken into a frame again. A call may ask more than once.
+class lookingMachine final : public quietMachine
+{
+public:
+    explicit lookingMachine(bool looks) : mLooks(looks) {}
+    qx::uint64 tick() override
+    {
+        if (!mLooks)
+            return quietMachine::tick();
+        const std::string seen = "asked:" + seenParameters();
+        if (running && (running->noted.empty() || running->noted.back() != seen))
+            running->noted.push_back(seen);
+        return quietMachine::tick();
+    }
+
+private:
+    bool mLooks; // the host, into the root, at each call
 };
 
 bool isWitness(const string& name)
@@ -148,7 +187,7 @@ class trialFunction
 {
 public:
     trialFunction(const string& body, function::callee kind, bool isCompiled)
-        : mIsCompiled(isCompiled), mKind(kind)
+        : mIsCompiled(isCompiled), mLooks(body.size() % 2 == 0), mKind(kind)
     {
         std::vector<string> declarations;
         declarations.reserve(names.size());
@@ -157,7 +196,8 @@ public:
                                       (isWitness(name)    ? L"=witness(" + name + L")"
                                        : name == L"vnull" ? L"=treatasfunction()"
                                                           : L""));
-        mFunction = function::parse(body, declarations, qx::file(L"trial.qxscr"), qx::timestamp());
+        mFunction =
+            function::parse(body, declarations, qx::file(directory() + L"/trial.qxscr"), qx::timestamp());
     }
 
     // All that can be told of a run that is left before the operation of this number; 0 for never.
@@ -166,13 +206,14 @@ public:
         const compiledSet compiles(mIsCompiled);
         trial::compilesAll = true;
         trial::leaveAfter = leaveAfter;
-        const quietMachine machine;
+        const lookingMachine machine(mLooks);
         hostsSide host;
         running = &host;
         std::vector<genericValue> given = arguments();
         scriptcontext root;
-        root.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(string(L"here")));
+        root.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(directory()));
         rootOfRun = mKind == function::callee::ofHost ? &root : nullptr;
+        redirectedRoot = endsRedirect ? &root : nullptr;
         genericValue result(string(L"before"));
         std::string text = chainText([&] { mFunction->call(L"trial", given, root, mKind, result); });
         given.clear();
@@ -188,7 +229,7 @@ public:
             text += '\n' + one;
         for (const string& report : assertRecorder::take())
             text += "\nreport: " + report.utf8();
-        rootOfRun = nullptr;
+        rootOfRun = redirectedRoot = nullptr;
         for (const string& name : names)
             root.parameter(qx::scString::createFrom(name)).clear(); // references may go in circles
         result.clear();
@@ -201,6 +242,7 @@ public:
 
 private:
     bool mIsCompiled;
+    bool mLooks; // the host, into the root, at each call
     function::callee mKind;
     qx::sharedPtr<function> mFunction;
 };
@@ -234,9 +276,11 @@ bool agree(const string& body, function::callee kind, unsigned& left)
 TEST(compiled, given_functions)
 {
     unsigned left = 0;
+    endsRedirect = true;
     for (const string& body : programTable("given functions"))
         for (const function::callee kind : {function::callee::ofHost, function::callee::ofCall})
             EXPECT_TRUE(agree(body, kind, left));
+    endsRedirect = false;
     EXPECT_GT(left, 20u);
 }
 
@@ -253,6 +297,17 @@ TEST(compiled, nesting_without_end)
         body += L" }); }";
         EXPECT_TRUE(agree(body, function::callee::ofHost, left)) << depth;
     }
+}
+
+// Calls that go deep take more room for their cells, all of them the same.
+TEST(compiled, calls_need_no_memory_each)
+{
+    const ownedStatement calls = parsed(L"callfunction($twins$deep, \"100\")");
+    scriptcontext root;
+    root.setGlobalContextVariable(nameOf(L"scriptbasepath"), genericValue(directory()));
+    const peakMemory peak;
+    calls->exec(root);
+    EXPECT_LE(peak.growth(), 1024u * 1024);
 }
 
 TEST(compiled, functions_by_chance)

@@ -27,6 +27,7 @@
 namespace qx::script
 {
 
+class replay;
 class scriptcontext;
 enum class raised;
 
@@ -101,6 +102,7 @@ private:
     friend class scope;
     friend class blockcontext;
     friend class frame;
+    friend class nestedFrame;
 
     virtual genericSet* getGlobalContextVariables();
 
@@ -166,6 +168,7 @@ private:
     genericSet mParameters;
     genericSet mSignals;
     genericSet* mpGlobalVariables = nullptr;
+    replay* mpReplayed = nullptr; // calls that a statement of this run has made already; null for none
     bool mOwnsGlobalVariables = true;
     // Which of the names of control flow stand among the parameters and the signals, as bits: the test after
     // each statement is one load.

@@ -17,9 +17,9 @@ namespace qx::script::settings
 QXSCRIPT_API bool shortCuts() noexcept;
 QXSCRIPT_API void setShortCuts(bool on) noexcept;
 
-// Whether functions with loops are compiled when they first run. On by default; off, they run as the trees
-// that they were parsed into. A function that has begun runs on as it is. Nothing is compiled while short
-// cuts are off.
+// Whether functions are compiled: those with loops when they first run, the others when they have run twice.
+// On by default; off, they run as the trees that they were parsed into. A function that has begun runs on as
+// it is. Nothing is compiled while short cuts are off.
 QXSCRIPT_API bool compiled() noexcept;
 QXSCRIPT_API void setCompiled(bool on) noexcept;
 

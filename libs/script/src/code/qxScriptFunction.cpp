@@ -3,6 +3,7 @@
 #include "code/qxScriptFunction.h"
 
 #include "code/qxScriptBasePath.h"
+#include "compiled/qxScriptResumption.h"
 #include "contexts/qxScriptScope.h"
 #include "contexts/qxScriptSignals.h"
 #include "qxScriptContext.h"
@@ -67,8 +68,14 @@ void function::call(const string& name, std::span<genericValue> arguments, scrip
     scriptcontext* const root = scope::plainRoot(context);
     scriptcontext* const bareRoot = root && scope::isBare(*root) ? root : nullptr;
     bind(name, arguments, context, kind);
+    named(name, [&] { run(context, bareRoot, kind, result); });
+}
+
+template <class Work>
+void function::named(const string& name, const Work& work)
+{
     try {
-        run(context, bareRoot, kind, result);
+        work();
     } catch (const exception& caught) {
         throw scriptExecException(name.c_str(), nullptr, &caught);
     } catch (const string& text) {
@@ -114,22 +121,24 @@ std::unique_ptr<const program> function::compile() const
     for (const inParameter& parameter : mParameters)
         if (!parameter.name().empty())
             names.push_back(parameter.variable());
-    return program::compile(*mpStatement, std::move(names));
+    return ends() == ending::any ? nullptr : program::compile(*mpStatement, std::move(names));
 }
 
-const program* function::compiled() const
+const program* function::compileIfWorth() const
 {
-    if (mForm.load(std::memory_order_acquire) == form::unknown) {
-        static std::mutex compiling;
-        const std::lock_guard lock(compiling);
-        if (mForm.load(std::memory_order_relaxed) == form::unknown) {
-            try {
-                mProgram = compile();
-                mForm.store(mProgram ? form::compiled : form::tree, std::memory_order_release);
-            } catch (const std::bad_alloc&) {
-                return nullptr; // this run does without
-            }
-        }
+    // What runs once or twice and holds no loop is quicker left a tree.
+    constexpr unsigned fewRuns = 2;
+    if (mRuns.fetch_add(1, std::memory_order_relaxed) < fewRuns && !inside::repeats(*mpStatement))
+        return nullptr;
+    static std::mutex compiling;
+    const std::lock_guard lock(compiling);
+    if (mForm.load(std::memory_order_relaxed) != form::unknown)
+        return mProgram.get();
+    try {
+        mProgram = compile();
+        mForm.store(mProgram ? form::compiled : form::tree, std::memory_order_release);
+    } catch (const std::bad_alloc&) {
+        return nullptr; // this run does without
     }
     return mProgram.get();
 }
@@ -139,11 +148,10 @@ void function::run(scriptcontext& context, scriptcontext* bareRoot, callee kind,
     if (kind != callee::ofCallAtHome && !isScriptBasePath(context, mDirectory))
         context.setGlobalContextVariable(scriptBasePath(), mDirectory);
     // Where somebody listens to the end of each run, the body writes its value before that.
-    const ending ends = inside::ends(*mpStatement);
-    if (ends == ending::any || !shortCutsAllowed())
+    if (ends() == ending::any || !shortCutsAllowed())
         inside::exec(*mpStatement, context, result);
     else {
-        if (ends == ending::returned)
+        if (ends() == ending::returned)
             result.clear();
         const bool mayBeFast =
             bareRoot && scope::pending(*bareRoot) == 0 && settings::compiled() && stack::isFar();
@@ -154,17 +162,28 @@ void function::run(scriptcontext& context, scriptcontext* bareRoot, callee kind,
             inside::exec(*mpStatement, context);
     }
     scriptcontext* const root = scope::plainRoot(context);
-    if (kind != callee::ofHost && root) {
-        genericSet::entry* const returned = scope::returned(*root);
-        if (returned && !returned->isShared())
-            result = std::move(returned->value());
-        else
-            copyReturned(context, result);
-        return;
-    }
+    if (kind != callee::ofHost && root)
+        return moveReturned(*root, result);
     copyReturned(context, result);
     context.clearScriptSignal(breakSignal());
     context.clearScriptSignal(continueSignal());
+}
+
+void function::moveReturned(scriptcontext& root, genericValue& result)
+{
+    genericSet::entry* const returned = scope::returned(root);
+    if (returned && !returned->isShared())
+        result = std::move(returned->value());
+    else
+        copyReturned(root, result);
+}
+
+void function::callRest(const string& name, frame& f, scriptcontext& root, genericValue& result) const
+{
+    named(name, [&] {
+        resumption(f).run(root);
+        moveReturned(root, result);
+    });
 }
 
 } // namespace qx::script

@@ -48,16 +48,31 @@ public:
     // what is bound by then left bound, and scriptExecException.
     void call(const string& name, std::span<genericValue> arguments, scriptcontext& context, callee kind,
               genericValue& result) const;
+    // Runs the rest of the function where it was left in `f`, in a root of the engine's own for it. `result`
+    // and what is thrown are as for a call at home.
+    void callRest(const string& name, frame& f, scriptcontext& root, genericValue& result) const;
+    ending ends() const noexcept { return inside::ends(*mpStatement); }
+    // The compiled form, made when that pays; null where the function stays a tree.
+    const program* compiled() const
+    {
+        return mForm.load(std::memory_order_acquire) == form::unknown ? compileIfWorth() : mProgram.get();
+    }
 
 private:
     function() = default;
 
+    // Names the function in what `work` throws.
+    template <class Work>
+    static void named(const string& name, const Work& work);
+
     void bind(const string& name, std::span<genericValue> arguments, scriptcontext& context,
               callee kind) const;
+    // What was returned in a context that ends with the call goes to `result`.
+    static void moveReturned(scriptcontext& root, genericValue& result);
     // `bareRoot` is the context where that was bare before the parameters were bound; null otherwise.
     void run(scriptcontext& context, scriptcontext* bareRoot, callee kind, genericValue& result) const;
-    // The compiled form, made when it is first asked for; null where the function stays a tree.
-    const program* compiled() const;
+    // See compiled(). Counts the runs; safe from any thread.
+    const program* compileIfWorth() const;
     std::unique_ptr<const program> compile() const;
 
     // What is known of the compiled form.
@@ -74,6 +89,7 @@ private:
     genericValue mDirectory; // of the file
     timestamp mTimestamp;
     mutable std::atomic<form> mForm = form::unknown;
+    mutable std::atomic<unsigned char> mRuns = 0;    // while the form is unknown
     mutable std::unique_ptr<const program> mProgram; // written once, before mForm
 };
 

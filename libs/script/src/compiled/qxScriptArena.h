@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <span>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -22,9 +23,21 @@ public:
         return new (take(sizeof(Made))) Made(std::forward<Arguments>(arguments)...);
     }
 
+    // So many in a row, as they are by default.
+    template <class Made>
+    std::span<Made> makeRow(std::size_t count)
+    {
+        static_assert(std::is_trivially_destructible_v<Made>);
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): a row may be one of pointers
+        auto* const first = static_cast<Made*>(take(count * sizeof(Made)));
+        std::uninitialized_value_construct_n(first, count);
+        return {first, count};
+    }
+
 private:
     static constexpr std::size_t chunkSize = 2048;
 
+    // Aligned for everything.
     void* take(std::size_t size)
     {
         constexpr std::size_t aligned = alignof(std::max_align_t);

@@ -34,6 +34,38 @@ private:
     const operation* mpNext;
 };
 
+// Evaluates an operand that stands before a call.
+class settleOperand final : public preparation
+{
+public:
+    settleOperand(const place* where, const value& early, unsigned cell) noexcept
+        : preparation(where), mEarly(early), mCell(cell)
+    {}
+    const operation* run(frame& f) const override
+    {
+        genericValue taken;
+        if (!take(mEarly, f, taken))
+            return leave(f);
+        f.replace(mCell, std::move(taken));
+        return next();
+    }
+
+private:
+    const value& mEarly;
+    unsigned mCell;
+};
+
+// Asks for a variable before the calls for the value that it gets.
+class requireBound final : public preparation
+{
+public:
+    requireBound(const place* where, unsigned cell) noexcept : preparation(where), mCell(cell) {}
+    const operation* run(frame& f) const override { return f.isBound(mCell) ? next() : leave(f); }
+
+private:
+    unsigned mCell;
+};
+
 // Ends the variables of a block, in the order in which they were made.
 class endBlock final : public operation
 {
@@ -166,7 +198,21 @@ const operation* compiler::leaveBlocks(std::size_t kept, const operation* next)
 
 const operation* compiler::endOf(const block& left, const operation* next)
 {
-    return left.cellCount == 0 ? next : make<endBlock>(left.firstCell, left.cellCount, next);
+    return left.cellCount == 0 ? next : endCells(left.firstCell, left.cellCount, next);
+}
+
+const operation* compiler::endCells(unsigned first, unsigned count, const operation* next)
+{
+    return make<endBlock>(first, count, next);
+}
+
+const operation* compiler::behindPreparations(const operation* work)
+{
+    for (; !mPreparations.empty(); mPreparations.pop_back()) {
+        mPreparations.back()->setNext(work);
+        work = mPreparations.back();
+    }
+    return work;
 }
 
 bool compiler::givesUp()
@@ -180,6 +226,8 @@ bool compiler::givesUp()
 const operation* compiler::handOver()
 {
     mIsComplete = false;
+    mPreparations.clear(); // the tree makes them
+    mpDone = nullptr;
     return makeHere<handingOver>();
 }
 
@@ -226,26 +274,42 @@ const value* compiler::valueOf(const operandShortCut& asked)
 {
     if (asked.literal())
         return make<literalValue>(asked);
-    return asked.resolve(*this) ? inside::compileValue(*asked.nested(), asked, *this) : nullptr;
+    return asked.nested() ? inside::compileValue(*asked.nested(), asked, *this) : nullptr;
+}
+
+const value* compiler::valueInto(unsigned cell, const operand& asked)
+{
+    const std::size_t before = mPreparations.size();
+    const settledCall* const done = mpDone;
+    const value* const made = valueOf(asked);
+    if (mPreparations.size() == before)
+        return made;
+    if (made && made->isTemporary()) // a call, the last that was prepared
+        mPreparations.back()->setWritten(cell);
+    prepareAt<requireBound>(before, done, cell);
+    return made;
 }
 
 const operation* inside::compile(const statement& asked, compiler& c, const operation* next)
 {
     const shortCuts& offered = *asked.mpShortCuts;
     if (offered.form)
-        return c.givesUp() ? nullptr : offered.form->compile(asked, c, next);
+        return c.givesUp() ? nullptr
+                           : c.compileStatement([&] { return offered.form->compile(asked, c, next); });
     return offered.runShort && offered.resolve(asked, c) ? c.makeHere<step>(asked, next) : c.handOver();
 }
 
 const operation* inside::compileInside(const statement& asked, compiler& c, const operation* next)
 {
     const compiledForm* const form = asked.mpShortCuts->form;
-    return !form ? compile(asked, c, next) : c.givesUp() ? nullptr : form->compileInside(asked, c, next);
+    return !form         ? compile(asked, c, next)
+           : c.givesUp() ? nullptr
+                         : c.compileStatement([&] { return form->compileInside(asked, c, next); });
 }
 
 const value* inside::compileByShortCuts(const statement&, const operandShortCut& as, compiler& c)
 {
-    return c.make<shortCutValue>(as);
+    return as.resolve(c) ? c.make<shortCutValue>(as) : nullptr;
 }
 
 bool take(const value& asked, frame& f, genericValue& out)
@@ -255,8 +319,77 @@ bool take(const value& asked, frame& f, genericValue& out)
         cell::access::store(out, w);
         return true;
     }
+    if (asked.isTemporary()) {
+        if (!f.isBound(asked.cell()))
+            return false;
+        out = std::move(f.at(asked.cell()));
+        return true;
+    }
     const genericValue* const variable = asked.asked().valueInPlace(f);
     return !(variable && f.isLookedInto(*variable)) && asked.asked().takeOtherwise(f, out);
+}
+
+std::pair<const value*, const value*> compiler::valuesOf(const operandShortCut& first,
+                                                         const operandShortCut& second)
+{
+    const value* a = valueOf(first);
+    const std::size_t between = mPreparations.size();
+    const settledCall* const done = mpDone;
+    const value* const b = valueOf(second);
+    if (a && mPreparations.size() != between)
+        a = settled(*a, between, done);
+    return {a, b};
+}
+
+bool compiler::valuesOf(std::span<const operand> asked, std::span<const value*> out)
+{
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        const std::size_t before = mPreparations.size();
+        const settledCall* const done = mpDone;
+        out[i] = valueOf(asked[i]);
+        if (!out[i])
+            return false;
+        if (mPreparations.size() == before)
+            continue;
+        std::size_t at = before;
+        for (std::size_t earlier = 0; earlier < i; ++earlier) {
+            const std::size_t count = mPreparations.size();
+            out[earlier] = settled(*out[earlier], at, done);
+            at += mPreparations.size() - count;
+        }
+    }
+    return true;
+}
+
+const value* compiler::settled(const value& early, std::size_t at, const settledCall* done)
+{
+    if (early.asked().literal() || early.isTemporary())
+        return &early;
+    const unsigned cell = newCell();
+    prepareAt<settleOperand>(at, done, early, cell);
+    return temporary(early.asked(), cell);
+}
+
+template <class Made, class... Arguments>
+void compiler::prepareAt(std::size_t at, const settledCall* done, Arguments&&... arguments)
+{
+    auto* const made = makeHere<Made>(std::forward<Arguments>(arguments)...);
+    made->setDone(done);
+    mPreparations.insert(mPreparations.begin() + static_cast<std::ptrdiff_t>(at), made);
+}
+
+const value* compiler::temporary(const operandShortCut& asked, unsigned cell)
+{
+    return make<cellValue>(asked, cell, true);
+}
+
+unsigned compiler::newCell()
+{
+    if (cellCount() == frame::mostCells)
+        mIsPossible = false;
+    else
+        mNames.push_back(scriptcontext::returnparam()); // no variable is called so
+    return cellCount() - 1;
 }
 
 bool namedVariable::resolve(compiler& names) const

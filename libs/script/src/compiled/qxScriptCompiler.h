@@ -52,6 +52,8 @@ public:
     const operation* toNextTurn() { return leaveBlocks(mLoop->blocks, mLoop->turn); }
     const operation* toExit() { return leaveBlocks(mLoop->blocks, mLoop->exit); }
     bool isInLoop() const noexcept { return mLoop != nullptr; }
+    // Ends what these cells hold.
+    const operation* endCells(unsigned first, unsigned count, const operation* next);
     // Out of all blocks and of the function.
     const operation* toEnd() { return leaveBlocks(0, nullptr); }
 
@@ -72,17 +74,59 @@ public:
     // Null where it has an effect, and where it has no short cut.
     const value* valueOf(const operand& asked) { return valueOf(asked.shortCut()); }
     const value* valueOf(const operandShortCut& asked);
+    // The same for a value that the tree writes into the cell, where a call may find what was there before.
+    const value* valueInto(unsigned cell, const operand& asked);
+    // Of two that are evaluated one after the other.
+    std::pair<const value*, const value*> valuesOf(const operandShortCut& first,
+                                                   const operandShortCut& second);
+    // Of any number.
+    bool valuesOf(std::span<const operand> asked, std::span<const value*> out);
+
+    // --- Calls among operands, which have an effect ---
+
+    // Has the call made before the work of the statement, by a Made. Gives its value, which is read once.
+    template <class Made, class... Arguments>
+    const value* prepareCall(const statement& call, const operandShortCut& asked, Arguments&&... arguments)
+    {
+        const unsigned cell = newCell();
+        auto* const self =
+            make<settledCall>(settledCall{mpDone, &call, cell, mpDone ? mpDone->order + 1 : 0});
+        mPreparations.push_back(makeHere<Made>(*self, std::forward<Arguments>(arguments)...));
+        mpDone = self;
+        return temporary(asked, cell);
+    }
+    // The calls that have been prepared, one after the other, with this work behind them. Those that are
+    // prepared later come before them.
+    const operation* behindPreparations(const operation* work);
 
     template <class Made, class... Arguments>
     Made* make(Arguments&&... arguments)
     {
         return mArena.make<Made>(std::forward<Arguments>(arguments)...);
     }
+    template <class Made>
+    std::span<Made> makeRow(std::size_t count)
+    {
+        return mArena.makeRow<Made>(count);
+    }
     // An operation at the statement that is being compiled.
     template <class Made, class... Arguments>
     Made* makeHere(Arguments&&... arguments)
     {
-        return make<Made>(mpWhere, std::forward<Arguments>(arguments)...);
+        Made* const made = make<Made>(mpWhere, std::forward<Arguments>(arguments)...);
+        made->setDone(mpDone);
+        return made;
+    }
+    // The operations of a statement that `compileWork` gives, behind its preparations.
+    template <class Compile>
+    const operation* compileStatement(const Compile& compileWork)
+    {
+        const settledCall* const doneOutside = std::exchange(mpDone, nullptr);
+        std::vector<preparation*> outside = std::exchange(mPreparations, {});
+        const operation* const first = behindPreparations(compileWork());
+        mPreparations = std::move(outside);
+        mpDone = doneOutside;
+        return first;
     }
 
 private:
@@ -100,6 +144,14 @@ private:
     class inPlace;
     class inBlock;
 
+    unsigned newCell();
+    const value* temporary(const operandShortCut& asked, unsigned cell);
+    // Puts a Made before the preparation at this position, when `done` are the calls that have been made.
+    template <class Made, class... Arguments>
+    void prepareAt(std::size_t at, const settledCall* done, Arguments&&... arguments);
+    // Has an operand evaluated before the preparation at this position, and gives what it gave.
+    const value* settled(const value& early, std::size_t at, const settledCall* done);
+
     // Ends the blocks beyond the first `kept`, inner ones first.
     const operation* leaveBlocks(std::size_t kept, const operation* next);
     const operation* endOf(const block& left, const operation* next);
@@ -111,6 +163,9 @@ private:
     std::vector<block> mBlocks; // those that are open
     const loop* mLoop = nullptr;
     const place* mpWhere = nullptr;
+    // Of the statement that is being compiled, in the order in which they run.
+    std::vector<preparation*> mPreparations;
+    const settledCall* mpDone = nullptr;
     bool mIsPossible = true;
     bool mIsComplete = true;
 };

@@ -33,15 +33,40 @@ public:
 
     // Null for one that ends a block, which cannot be left.
     const place* where() const noexcept { return mpWhere; }
+    // The calls that its statement has made before it.
+    const settledCall* done() const noexcept { return mpDone; }
+    void setDone(const settledCall* done) noexcept { mpDone = done; }
 
 protected:
     explicit operation(const place* where) noexcept : mpWhere(where) {}
     ~operation() = default; // they lie in the arena of their program
 
-    const operation* leave(frame& f) const noexcept { return f.leaveAt(*this); }
+    const operation* leave(frame& f) const noexcept { return f.leaveAt(*this, mpDone); }
 
 private:
     const place* mpWhere;
+    const settledCall* mpDone = nullptr;
+};
+
+// What comes before the work of a statement: a call among its operands, or an operand before a call.
+class preparation : public operation
+{
+public:
+    void setNext(const operation* next) noexcept { mpNext = next; }
+    // For a call that is the whole value of an assignment: the variable that the tree has it write.
+    void setWritten(unsigned cell) noexcept { mWritten = cell; }
+
+protected:
+    using operation::operation;
+    ~preparation() = default;
+
+    const operation* next() const noexcept { return mpNext; }
+    bool writesVariable() const noexcept { return mWritten != frame::mostCells; }
+    unsigned written() const noexcept { return mWritten; }
+
+private:
+    const operation* mpNext = nullptr;
+    unsigned mWritten = frame::mostCells;
 };
 
 // A value that comes about without an effect.
@@ -54,11 +79,14 @@ public:
     const operandShortCut& asked() const noexcept { return *mpAsked; }
     // The cell whose value it is; frame::mostCells for every other value.
     unsigned cell() const noexcept { return mCell; }
+    // True for a cell that is read once, which may be emptied then.
+    bool isTemporary() const noexcept { return mIsTemporary; }
     bool keepsType() const noexcept { return mKeepsType; }
 
 protected:
-    explicit value(const operandShortCut& asked, unsigned cell = frame::mostCells) noexcept
-        : mpAsked(&asked), mCell(cell), mKeepsType(asked.keepsType())
+    explicit value(const operandShortCut& asked, unsigned cell = frame::mostCells,
+                   bool isTemporary = false) noexcept
+        : mpAsked(&asked), mCell(cell), mKeepsType(asked.keepsType()), mIsTemporary(isTemporary)
     {}
     ~value() = default;
 
@@ -69,6 +97,7 @@ private:
     const operandShortCut* mpAsked;
     unsigned mCell;
     bool mKeepsType;
+    bool mIsTemporary;
 };
 
 // Evaluates into `out`, which is null. False, without an effect, where it declines.

@@ -10,7 +10,7 @@ namespace qx::script
 
 std::unique_ptr<const program> program::compile(const statement& body, std::vector<scString> parameters)
 {
-    if (parameters.size() > frame::mostCells || (!inside::repeats(body) && !trial::compilesAll))
+    if (parameters.size() > frame::mostCells)
         return nullptr;
     std::unique_ptr<program> made(new program(body));
     made->mParameterCount = parameters.size();
@@ -22,21 +22,23 @@ std::unique_ptr<const program> program::compile(const statement& body, std::vect
     return made;
 }
 
+bool program::runIn(frame& f) const
+{
+    const operation* next = mpFirst;
+    if (trial::leaveAfter != 0) [[unlikely]]
+        next = trial::runSome(f, next);
+    while (next)
+        next = next->run(f);
+    return !f.left();
+}
+
 void program::run(scriptcontext& root, bool isHosts) const
 {
-    const operation* left = nullptr;
-    const auto run = [&](frame& f) {
-        const operation* next = mpFirst;
-        if (trial::leaveAfter != 0) [[unlikely]]
-            next = trial::runSome(f, next);
-        while (next)
-            next = next->run(f);
-        left = f.left();
-    };
-    frame f(root, isHosts, std::span(mNames).first(mParameterCount), static_cast<unsigned>(mNames.size()));
-    run(f);
-    if (left)
-        resumption(*this, f, *left->where()).run(root);
+    frame f(root, isHosts, *this);
+    if (!runIn(f)) {
+        f.giveParameters();
+        resumption(f).run(root);
+    }
 }
 
 } // namespace qx::script

@@ -13,8 +13,8 @@ namespace qx::script
 class program
 {
 public:
-    // Null for a body that is better left a tree: one without a loop, or with a statement that would be
-    // handed over. `body` is borrowed.
+    // Null for a body that has to be left a tree, and for one with a statement that would be handed over.
+    // `body` is borrowed.
     static std::unique_ptr<const program> compile(const statement& body, std::vector<scString> parameters);
 
     program(const program&) = delete;
@@ -24,9 +24,14 @@ public:
     // `isHosts` for a root that a host has given.
     void run(scriptcontext& root, bool isHosts) const;
 
+    // Runs the operations of the function whose cells are in force in `f`. False where it was left.
+    bool runIn(frame& f) const;
+
     const statement& body() const noexcept { return mBody; }
-    // The name of each cell, those of the parameters first.
-    const std::vector<scString>& names() const noexcept { return mNames; }
+    // The names of the first cells.
+    std::span<const scString> parameters() const noexcept { return std::span(mNames).first(mParameterCount); }
+    const scString& nameOf(unsigned cell) const noexcept { return mNames[cell]; }
+    unsigned cellCount() const noexcept { return static_cast<unsigned>(mNames.size()); }
 
 private:
     explicit program(const statement& body) : mBody(body) {}

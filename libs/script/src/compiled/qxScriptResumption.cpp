@@ -6,11 +6,16 @@
 namespace qx::script
 {
 
+resumption::resumption(frame& left) noexcept
+    : mProgram(left.running()), mFrame(left), mPlace(*left.left()->where()), mReplay(left)
+{
+    left.forgetLeft();
+}
+
 void resumption::run(scriptcontext& root)
 {
-    mFrame.giveParameters();
     if (mPlace.depth == 0)
-        inside::exec(mProgram.body(), root);
+        atPlace(root, [&] { inside::exec(mProgram.body(), root); });
     else
         inside::resume(mProgram.body(), root, *this);
 }
@@ -21,7 +26,7 @@ void resumption::fill(codecontext& block)
     for (unsigned cell = opened.firstCell; cell < opened.firstCell + opened.cellCount; ++cell) {
         if (!mFrame.isBound(cell))
             continue;
-        scope::create(block, mProgram.names()[cell], std::move(mFrame.at(cell)));
+        scope::create(block, mProgram.nameOf(cell), std::move(mFrame.at(cell)));
         cell::access::store(mFrame.at(cell), cell::refused);
     }
 }
@@ -29,7 +34,7 @@ void resumption::fill(codecontext& block)
 void resumption::go(const statement& run, codecontext& context)
 {
     if (++mDepth == mPlace.depth)
-        inside::exec(run, context);
+        atPlace(context, [&] { inside::exec(run, context); });
     else
         inside::resume(run, context, *this);
 }
@@ -37,9 +42,17 @@ void resumption::go(const statement& run, codecontext& context)
 void resumption::goInside(const statement& run, codecontext& fresh)
 {
     if (++mDepth == mPlace.depth)
-        inside::execInBlock(run, fresh);
+        atPlace(fresh, [&] { inside::execInBlock(run, fresh); });
     else
         inside::resumeInside(run, fresh, *this);
+}
+
+// The statement at which the frame was left begins anew, but for the calls that it has made.
+template <class Run>
+void resumption::atPlace(codecontext& context, const Run& run)
+{
+    const replay::inForce given(mReplay, *scope::plainRoot(context));
+    run();
 }
 
 const place& resumption::placeAt(unsigned depth) const noexcept

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "compiled/qxScriptProgram.h"
+#include "compiled/qxScriptReplay.h"
 
 namespace qx::script
 {
@@ -13,13 +14,12 @@ namespace qx::script
 class resumption
 {
 public:
-    // The frame is left for good: its cells are emptied bit by bit.
-    resumption(const program& of, frame& left, const place& at) noexcept
-        : mProgram(of), mFrame(left), mPlace(at)
-    {}
+    // Of the function that ran in the frame, which has been left: its cells are emptied bit by bit.
+    explicit resumption(frame& left) noexcept;
     resumption(const resumption&) = delete;
     resumption& operator=(const resumption&) = delete;
 
+    // `root` is that of the call, and has the parameters.
     void run(scriptcontext& root);
 
     // --- For resume ---
@@ -36,9 +36,13 @@ private:
     // Of the places from the function to where the frame was left. By walking: nothing is allocated.
     const place& placeAt(unsigned depth) const noexcept;
 
+    template <class Run>
+    void atPlace(codecontext& context, const Run& run);
+
     const program& mProgram;
     frame& mFrame;
     const place& mPlace;
+    replay mReplay;
     unsigned mDepth = 0; // of the statement that is being resumed
 };
 

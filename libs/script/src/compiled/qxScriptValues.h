@@ -9,7 +9,9 @@ namespace qx::script
 class cellValue final : public value
 {
 public:
-    cellValue(const operandShortCut& asked, unsigned cell) noexcept : value(asked, cell) {}
+    cellValue(const operandShortCut& asked, unsigned cell, bool isTemporary = false) noexcept
+        : value(asked, cell, isTemporary)
+    {}
 
     cell::word small(frame& f) const override
     {
@@ -98,13 +100,17 @@ private:
     B mSecond;
 };
 
-// The operator in the shape that suits its operands, both of which have been resolved.
+// The operator in the shape that suits its operands. Null where one of them has no value for operations.
 template <class F>
 const value* compileBinary(const operandShortCut& asked, const operandShortCut& first,
                            const operandShortCut& second, compiler& c)
 {
-    const value* const a = c.valueOf(first);
-    const value* const b = c.valueOf(second);
+    asked.resolve(c); // for what its short cuts have to tell
+    const auto both = c.valuesOf(first, second);
+    const value* const a = both.first;
+    const value* const b = both.second;
+    if (!a || !b)
+        return nullptr;
     const auto with = [&]<class A>(const A& one) -> const value* {
         typename F::second literal{};
         if (second.literal() && readShortly(second.word(), literal))

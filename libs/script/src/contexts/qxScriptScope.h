@@ -13,6 +13,8 @@
 namespace qx::script
 {
 
+class replay;
+
 class scope
 {
 public:
@@ -75,6 +77,17 @@ public:
         return root.mPending == 0 && root.mParameters.isEmpty() && root.mSignals.isEmpty() &&
                root.mVariables.isEmpty();
     }
+
+    static bool hasVariables(const scriptcontext& root) noexcept { return !root.mVariables.isEmpty(); }
+
+    static void shareGlobals(scriptcontext& from, scriptcontext& with)
+    {
+        with.setGlobalVariables(from.mpGlobalVariables);
+    }
+
+    // See qxScriptReplay.h.
+    static replay* replayed(const scriptcontext& root) noexcept { return root.mpReplayed; }
+    static void setReplayed(scriptcontext& root, replay* given) noexcept { root.mpReplayed = given; }
 
     // A new local variable of the block; the name must not be visible.
     static void create(codecontext& block, const scString& name, genericValue&& value)

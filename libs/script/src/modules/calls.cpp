@@ -2,9 +2,12 @@
 #include "code/qxScriptBasePath.h"
 #include "code/qxScriptCallMemory.h"
 #include "compiled/qxScriptCompiler.h"
+#include "compiled/qxScriptProgram.h"
+#include "compiled/qxScriptReplay.h"
 #include "contexts/qxScriptEpoch.h"
 #include "contexts/qxScriptSignals.h"
 #include "modules/qxScriptModules.h"
+#include "qxScriptSettings.h"
 #include "statements/qxScriptBase.h"
 
 #include "qxDirectory.h"
@@ -56,6 +59,159 @@ private:
     std::vector<genericValue> mMany;
 };
 
+// The base path of the run where it is a text that nobody else can reach; null otherwise.
+const string* basePathInPlace(scriptcontext& root)
+{
+    genericSet::entry* const base = scope::global(root, scriptBasePath());
+    return base && !base->isShared() ? heldInPlace<string>(base->value()) : nullptr;
+}
+
+// A call among the operands of a statement, or all of one. A function that is compiled runs in the same
+// frame.
+class calling final : public preparation
+{
+public:
+    calling(const place* where, const settledCall& self, const codeCall& call,
+            std::span<const value* const> arguments) noexcept
+        : preparation(where), mSelf(self), mCall(call), mArguments(arguments)
+    {}
+    const operation* run(frame& f) const override
+    {
+        const string* const base = f.basePath() ? f.basePath() : basePathOf(f);
+        if (!shortCutsAllowed() || !stack::isFar() || !base || (writesVariable() && f.isEndSeen(written())))
+            return leave(f);
+        nestedFrame nested(f, static_cast<unsigned>(mArguments.size()));
+        if (!nested.cells() || !evaluateArguments(f, nested.cells()))
+            return leave(f);
+        try {
+            if (f.isSystemLookedInto())
+                f.giveToHost();
+            const pinnedFunction called = pinnedFunction::find(*base, mCall);
+            const bool mayBeFast =
+                called.isAtHome() && settings::compiled() && (!f.isSystemLookedInto() || f.takeFromHost());
+            const program* const compiled = mayBeFast ? (*called).compiled() : nullptr;
+            return compiled && takesArguments(*compiled, nested.cells())
+                       ? inFrame(f, nested, *called, *compiled)
+                       : inContext(f, nested, *called, called.isAtHome());
+        } catch (...) {
+            epoch::move();
+            return f.leaveAt(*this, &mSelf, std::current_exception());
+        }
+    }
+
+private:
+    // Not inline: once for many calls.
+    [[gnu::noinline]] static const string* basePathOf(frame& f)
+    {
+        if (scope::global(f.root(), localScriptBasePath()))
+            return nullptr;
+        f.setBasePath(basePathInPlace(f.root()));
+        return f.basePath();
+    }
+
+    // False where one declines; then those that were emptied have got their values back.
+    bool evaluateArguments(frame& f, genericValue* cells) const
+    {
+        for (std::size_t i = 0; i < mArguments.size(); ++i) {
+            const cell::word w = mArguments[i]->small(f);
+            cell::access::storeSmall(cells[i], w == cell::refused ? cell::null : w);
+            if (w == cell::refused && (!take(*mArguments[i], f, cells[i]) || f.isLookedInto(cells[i]))) {
+                giveBack(f, cells, i + 1);
+                return false;
+            }
+        }
+        return true;
+    }
+    // Puts the first values back where they are read once.
+    void giveBack(frame& f, genericValue* cells, std::size_t count) const
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            if (mArguments[i]->isTemporary())
+                f.replace(mArguments[i]->cell(), std::move(cells[i]));
+    }
+    // A null one gives way to a default.
+    bool takesArguments(const program& compiled, const genericValue* cells) const
+    {
+        return compiled.parameters().size() == mArguments.size() &&
+               std::none_of(cells, cells + mArguments.size(),
+                            [](const genericValue& argument) { return argument.isNull(); });
+    }
+
+    const operation* inFrame(frame& f, nestedFrame& nested, const function& called,
+                             const program& compiled) const
+    {
+        nested.enter(compiled, compiled.cellCount());
+        if (!compiled.runIn(f))
+            return rest(f, nested, called, compiled);
+        nested.leave();
+        f.takeReturned(mSelf.cell);
+        return next();
+    }
+
+    // The function was left.
+    [[gnu::noinline]] const operation* rest(frame& f, nestedFrame& nested, const function& called,
+                                            const program& compiled) const
+    {
+        if (writesVariable() && called.ends() == ending::returned)
+            nested.ofCaller(written()).clear(); // which it began with
+        genericValue result = nothing();
+        return byTree(f, nested, result, [&](scriptcontext& root) {
+            for (unsigned i = 0; i < compiled.parameters().size(); ++i)
+                if (f.isBound(i))
+                    scope::takeParameter(root, compiled.parameters()[i], std::move(f.at(i)));
+            called.callRest(mCall.function(), f, root, result);
+        });
+    }
+
+    // The function has no compiled form. Not inline, like the rest, so that a call in the frame takes less of
+    // the stack.
+    [[gnu::noinline]] const operation* inContext(frame& f, nestedFrame& nested, const function& called,
+                                                 bool atHome) const
+    {
+        const bool writesInPlace = writesVariable() && called.ends() != ending::block;
+        if (writesInPlace && f.isSeen(written())) {
+            giveBack(f, nested.cells(), mArguments.size());
+            return leave(f);
+        }
+        genericValue fresh = called.ends() == ending::any ? genericValue() : nothing();
+        genericValue& result = writesInPlace ? f.at(written()) : fresh;
+        return byTree(f, nested, result, [&](scriptcontext& root) {
+            called.call(mCall.function(), {nested.cells(), mArguments.size()}, root,
+                        atHome ? function::callee::ofCallAtHome : function::callee::ofCall, result);
+        });
+    }
+
+    // Until the function returns something.
+    static genericValue nothing() { return cell::access::made(cell::refused); }
+
+    // Runs `work` in a root for the call. It may run a host's code, which may look at what the host gave.
+    template <class Work>
+    const operation* byTree(frame& f, nestedFrame& nested, genericValue& result, const Work& work) const
+    {
+        f.giveToHost();
+        f.setBasePath(nullptr);
+        std::exception_ptr failure;
+        try {
+            scriptcontext root;
+            scope::shareGlobals(f.root(), root);
+            work(root);
+        } catch (...) {
+            epoch::move();
+            failure = std::current_exception();
+        }
+        nested.leave();
+        if (!failure)
+            f.replace(mSelf.cell, std::move(result));
+        if (!f.takeFromHost() || failure)
+            return f.leaveAt(*this, &mSelf, std::move(failure));
+        return next();
+    }
+
+    const settledCall& mSelf;
+    const codeCall& mCall;
+    std::span<const value* const> mArguments;
+};
+
 class callFunction final : public scriptbasestatement
 {
 public:
@@ -74,14 +230,32 @@ public:
     statement* clone() const override { return new callFunction(*this); }
     void execute(codecontext& context, genericValue& result) const override
     {
+        scriptcontext* const root = scope::plainRoot(context);
+        if (root && replay::gives(*root, *this, result))
+            return;
         valueRow arguments(mArguments.size());
         evaluateArguments(context, arguments.all());
         scriptcontext callee;
         context.initScriptContext(callee);
-        if (const string* const base = basePathInPlace(context))
+        if (const string* const base = basePathOfRun(context))
             call(*base, true, arguments.all(), callee, result);
         else
             call(basePath(context), false, arguments.all(), callee, result);
+    }
+
+    const operation* compile(compiler& c, const operation* next) const
+    {
+        static const operandShortCut nothing;
+        const value* const dropped = compileValue(nothing, c);
+        return dropped ? c.endCells(dropped->cell(), 1, next) : c.handOver();
+    }
+    const value* compileValue(const operandShortCut& asked, compiler& c) const
+    {
+        const std::span<const value*> arguments = c.makeRow<const value*>(mArguments.size());
+        if (mpCall->type() != codeTypeScript || mArguments.size() > frame::mostCells ||
+            c.cellOf(localScriptBasePath()) != compiler::noCell || !c.valuesOf(mArguments, arguments))
+            return nullptr;
+        return c.prepareCall<calling>(*this, asked, *mpCall, arguments);
     }
 
     static statement* create(const callText& call);
@@ -114,13 +288,11 @@ private:
 
     // The base path of the run where it is a text that nobody else can reach and no visible variable
     // redirects the search. Null otherwise.
-    static const string* basePathInPlace(codecontext& context)
+    static const string* basePathOfRun(codecontext& context)
     {
         scriptcontext* const root = scope::plainRoot(context);
-        genericSet::entry* const base = root ? scope::global(*root, scriptBasePath()) : nullptr;
-        if (!base || base->isShared() || scope::variable(context, *root, localScriptBasePath()))
-            return nullptr;
-        return heldInPlace<string>(base->value());
+        return root && !scope::variable(context, *root, localScriptBasePath()) ? basePathInPlace(*root)
+                                                                               : nullptr;
     }
 
     // Where the search for the file begins: the base path of the run, unless a visible variable redirects it.
@@ -173,16 +345,26 @@ public:
     {}
     const operation* run(frame& f) const override
     {
-        genericValue returned;
-        return (!mpReturned || take(*mpReturned, f, returned)) && declinesWithoutMemory([&] {
-                   scope::takeParameter(f.root(), scriptcontext::returnparam(), std::move(returned));
-                   return true;
-               })
-                   ? mpNext
-                   : leave(f);
+        const cell::word w = mpReturned ? mpReturned->small(f) : cell::null;
+        if (w != cell::refused && f.setReturnedSmall(w))
+            return mpNext;
+        return otherwise(f);
     }
 
 private:
+    // Not inline, so that a small value saves fewer registers.
+    [[gnu::noinline]] const operation* otherwise(frame& f) const
+    {
+        genericValue returned;
+        if (mpReturned && !take(*mpReturned, f, returned))
+            return leave(f);
+        if (f.setReturned(std::move(returned)))
+            return mpNext;
+        if (mpReturned && mpReturned->isTemporary())
+            f.replace(mpReturned->cell(), std::move(returned)); // NOLINT(bugprone-use-after-move): not moved
+        return leave(f);
+    }
+
     const value* mpReturned; // null for none
     const operation* mpNext;
 };

@@ -259,8 +259,9 @@ public:
         if (!condition)
             return c.handOver();
         auto* const head = c.makeHere<turn>(*condition, next);
-        head->setBody(mBody ? c.bodyInBlock(*mBody, head, next) : head);
-        return head;
+        const operation* const first = c.behindPreparations(head);
+        head->setBody(mBody ? c.bodyInBlock(*mBody, first, next) : first);
+        return first;
     }
     void resume(codecontext& context, resumption& rest) const
     {

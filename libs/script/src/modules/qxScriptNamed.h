@@ -114,7 +114,7 @@ public:
             return compileBinary<functor>(asked, this->mOperands[0].shortCut(), this->mOperands[1].shortCut(),
                                           c);
         else
-            return c.make<shortCutValue>(asked);
+            return inside::compileByShortCuts(*this, asked, c);
     }
 
 private:

@@ -168,7 +168,7 @@ public:
         if constexpr (isHot)
             return compileBinary<F>(asked, mpFirst.shortCut(), mpSecond.shortCut(), c);
         else
-            return c.make<shortCutValue>(asked);
+            return inside::compileByShortCuts(*this, asked, c);
     }
 
 private:

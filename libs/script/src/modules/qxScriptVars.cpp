@@ -156,7 +156,7 @@ unsigned cellFor(const compiler& c, const scString& name)
                                      : compiler::noCell;
 }
 
-// Makes a variable. The value is evaluated first. A name that is visible keeps its variable: the tree knows.
+// Makes a variable. A name that is visible keeps its variable, once the value is evaluated: the tree knows.
 class creation final : public operation
 {
 public:
@@ -167,8 +167,8 @@ public:
     const operation* run(frame& f) const override
     {
         genericValue initial;
-        if ((mpInitial && !take(*mpInitial, f, initial)) || f.isBound(mCell) ||
-            scope::global(f.root(), mName))
+        if (f.isBound(mCell) || scope::global(f.root(), mName) ||
+            (mpInitial && !take(*mpInitial, f, initial)))
             return leave(f);
         f.replace(mCell, std::move(initial));
         return mpNext;
@@ -209,9 +209,7 @@ private:
             return mpNext;
         }
         genericValue taken;
-        if (!f.isBound(mCell) || !take(mAssigned, f, taken))
-            return leave(f);
-        if (mKeepsType && !takesText(f.at(mCell), taken))
+        if (!f.isBound(mCell) || !take(mAssigned, f, taken) || (mKeepsType && !takesText(f.at(mCell), taken)))
             return leave(f);
         f.replace(mCell, std::move(taken));
         return mpNext;
@@ -341,7 +339,7 @@ public:
     const operation* compile(compiler& c, const operation* next) const
     {
         const unsigned cell = cellFor<Scope>(c, mName);
-        const value* const assigned = mpValue ? c.valueOf(mpValue) : nullptr;
+        const value* const assigned = mpValue ? c.valueInto(cell, mpValue) : nullptr;
         return cell == compiler::noCell || !assigned ? c.handOver()
                                                      : c.makeHere<assigning>(cell, *assigned, next);
     }
@@ -455,7 +453,7 @@ public:
     }
     const value* compileValue(const operandShortCut& asked, compiler& c) const
     {
-        return c.make<cellValue>(asked, cellFor<Scope>(c, mVariable.name()));
+        return resolve(c) ? c.make<cellValue>(asked, cellFor<Scope>(c, mVariable.name())) : nullptr;
     }
 
     static constexpr builtin row(const wchar_t* name, const wchar_t* summary)
