@@ -4,6 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <fstream>
+#include <map>
+#include <random>
+#include <set>
+
 namespace
 {
 
@@ -185,6 +191,163 @@ TEST(scriptFile, listings_are_trusted_once_a_directory_has_been_still)
     std::filesystem::rename(directory.path(names[0]), directory.path(names[1]));
     disk.changed += 5;
     EXPECT_EQ(listingsOfASearch(), 2);
+}
+
+// A second, plain reading of the order of candidates, for names of ASCII and a program that has none of them.
+class plainSearch
+{
+public:
+    explicit plainSearch(std::string name) : mName(std::move(name)) {}
+
+    // "none" where there is none.
+    std::string run(const std::string& base) const
+    {
+        const std::filesystem::path current = std::filesystem::current_path();
+        std::string found = candidate(current, mName);
+        for (const std::filesystem::path& folder : {current / base, current})
+            for (const char* extension : {".qxscr", ".qxsscr"})
+                if (found.empty() && !(base.empty() && folder != current))
+                    found = candidate(folder.lexically_normal(), mName + extension);
+        return found.empty() ? "none" : found;
+    }
+
+private:
+    static bool isFile(const std::filesystem::path& path)
+    {
+        std::error_code ignored;
+        return std::filesystem::exists(path, ignored) && !std::filesystem::is_directory(path, ignored);
+    }
+    static std::string candidate(const std::filesystem::path& folder, const std::string& name)
+    {
+        const std::filesystem::path exact = (folder / name).lexically_normal();
+        const std::filesystem::path parts = exact.lexically_relative(folder);
+        return isFile(exact) ? exact.string() : folded(folder, parts.begin(), parts.end());
+    }
+    static std::string folded(const std::filesystem::path& folder, std::filesystem::path::iterator part,
+                              std::filesystem::path::iterator end)
+    {
+        if (part == end)
+            return isFile(folder) ? folder.string() : "";
+        if (*part == "..")
+            return folded(folder.parent_path(), std::next(part), end);
+        std::set<std::filesystem::path> same;
+        std::error_code ignored;
+        for (const auto& entry : std::filesystem::directory_iterator(folder, ignored))
+            if (lowered(entry.path().filename()) == lowered(*part))
+                same.insert(entry.path());
+        std::string found;
+        for (const std::filesystem::path& each : same)
+            if (found.empty())
+                found = folded(each, std::next(part), end);
+        return found;
+    }
+    static qx::string lowered(const std::filesystem::path& name)
+    {
+        return qx::string::fromUtf8(name.string()).lower();
+    }
+
+    std::string mName;
+};
+
+// What searches have found is given again without a search, but only while a search would find the same.
+TEST(scriptFile, searches_that_are_known_find_what_others_find)
+{
+    if (qx::file(L"/a") == qx::file(L"/A"))
+        GTEST_SKIP() << "no search is known on such a file system";
+    class busyDisk final : public fakeSystem
+    {
+    public:
+        bool status(const qx::string& name, qx::fileStatus& status) override
+        {
+            ++questions;
+            return platformSystem::status(name, status);
+        }
+        long long utcNow() override { return platformSystem::utcNow() + 1'000'000'000; } // all are still
+        int questions = 0;
+    };
+    const scratchDirectory directory;
+    busyDisk disk;
+    const char* const folders[] = {"base", "base/sub", "side", "side/sub", "current", "current/sub"};
+    for (const char* folder : folders)
+        std::filesystem::create_directories(directory.path(folder));
+    const currentDirectory current(directory.path("current"));
+    std::mt19937 random(1);
+    const std::filesystem::path target = directory.path("target"); // of links
+    const auto oneOf = [&random](const auto& all) { return all[random() % std::size(all)]; };
+    std::map<std::string, std::filesystem::file_time_type> times; // the same ones in different folders
+    const auto tick = [&](const std::string& folder) {
+        std::error_code ignored;
+        std::filesystem::last_write_time(directory.path(folder), times[folder] += std::chrono::seconds(1),
+                                         ignored);
+    };
+    const auto now = std::filesystem::last_write_time(directory.path("base"));
+    for (const char* folder : folders) {
+        times[folder] = now;
+        tick(folder);
+    }
+    // The current directory gets another name, and another directory its name, with the same entries.
+    const auto exchange = [&] {
+        const std::filesystem::path before = directory.path("current");
+        const std::filesystem::path after = directory.path("moved" + std::to_string(random()));
+        std::filesystem::copy(before, after,
+                              std::filesystem::copy_options::recursive |
+                                  std::filesystem::copy_options::copy_symlinks);
+        std::filesystem::rename(before, directory.path("between"));
+        std::filesystem::rename(after, before);
+        std::filesystem::rename(directory.path("between"), after);
+        for (const char* folder : {"current", "current/sub"})
+            tick(folder);
+    };
+    const auto change = [&](const std::string& folder) {
+        const char* const names[] = {"tools",        "tools.qxscr",  "Tools.qxscr",
+                                     "tools.qxsscr", "TOOLS.qxsscr", "sub"};
+        const std::filesystem::path path = directory.path(folder) / oneOf(names);
+        std::error_code ignored;
+        switch (random() % 6) {
+        case 0:
+            std::ofstream(path) << "";
+            break;
+        case 1:
+            std::filesystem::create_directory(path, ignored);
+            break;
+        case 2:
+            std::filesystem::create_symlink(target, path, ignored);
+            break;
+        case 3:
+            std::filesystem::current_path(directory.path(oneOf(folders)), ignored);
+            break;
+        case 4:
+            if (!std::filesystem::remove(target))
+                std::ofstream(target) << "";
+            return; // the folder of the link stays as it is
+        default:
+            std::filesystem::remove(path, ignored);
+        }
+        tick(folder);
+    };
+    int known = 0;
+    for (int i = 0; i < 4000; ++i) {
+        if (random() % 2 == 0)
+            change(oneOf(folders));
+        if (i % 300 == 0)
+            exchange();
+        const std::string bases[] = {directory.path("base").string(), directory.path("side").string(),
+                                     "../base", ""};
+        const char* const names[] = {"tools", "sub/tools", "../side/tools"};
+        const std::string base = oneOf(bases);
+        const char* const name = oneOf(names);
+        std::string found = "none";
+        disk.questions = 0;
+        try {
+            found = script::locateScriptFile(qx::string::fromUtf8(base), qx::string::fromUtf8(name))
+                        .fullName()
+                        .utf8();
+        } catch (const qx::fileNotFoundException&) {
+        }
+        known += found != "none" && disk.questions <= 3;
+        ASSERT_EQ(found, plainSearch(name).run(base)) << i << ' ' << base << ' ' << name;
+    }
+    EXPECT_GT(known, 300);
 }
 
 TEST(scriptFile, reading_fails_with_the_file)

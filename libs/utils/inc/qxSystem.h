@@ -41,6 +41,10 @@ struct fileStatus
     bool isDirectory = false;
     uint64 size = 0;                // bytes
     long long lastModification = 0; // milliseconds since 1970-01-01 00:00 UTC
+    // Which entry it is: no two that exist at a time have both in common. Both are 0 where the system does
+    // not tell, as on Windows; then scripts that are called by name are searched in full each time.
+    uint64 device = 0;
+    uint64 node = 0;
 };
 
 // One entry of a directory; the name has no path. A link has the kind of what it points to.

@@ -4,11 +4,58 @@
 #include "code/qxScriptFunctionTable.h"
 #include "contexts/qxScriptEpoch.h"
 
+#include <array>
+#include <mutex>
+
 namespace qx::script
 {
 
 namespace
 {
+
+// The code calls that came as texts last, taken apart. Safe from several threads.
+class recentCalls
+{
+public:
+    // Never destroyed: a host may call while the process ends.
+    static recentCalls& instance()
+    {
+        static recentCalls* const calls = new recentCalls;
+        return *calls;
+    }
+
+    sharedPtr<const codeCall> get(const string& text)
+    {
+        recent& place = mPlaces[std::hash<string>()(text) % placeCount];
+        {
+            const std::lock_guard<std::mutex> guard(mMutex);
+            if (place.call && place.text == text)
+                return place.call;
+        }
+        sharedPtr<const codeCall> made(new codeCall(text));
+        if (!made->file().empty()) // what is malformed may be reported each time
+            keep(place, {text, made});
+        return made;
+    }
+
+private:
+    struct recent
+    {
+        string text;
+        sharedPtr<const codeCall> call; // null for none
+    };
+
+    static constexpr std::size_t placeCount = 64;
+
+    void keep(recent& place, recent made)
+    {
+        const std::lock_guard<std::mutex> guard(mMutex);
+        std::swap(place, made); // the one before ends after the mutex is released
+    }
+
+    std::mutex mMutex;
+    std::array<recent, placeCount> mPlaces;
+};
 
 // A call from the host searches the file each time. Its arguments stay as they are.
 bool callFromHost(const string& basePath, const codeCall& call, scriptcontext& context,
@@ -56,7 +103,7 @@ bool codeManager::parseCodeCall(const string& call, eCodeType& type, string& fil
 bool codeManager::executeFunction(const string& basePath, const string& call, scriptcontext& context,
                                   std::vector<genericValue>& arguments, genericValue& result)
 {
-    return callFromHost(basePath, codeCall(call), context, arguments, result);
+    return callFromHost(basePath, *recentCalls::instance().get(call), context, arguments, result);
 }
 
 // --- resolvedCall ---

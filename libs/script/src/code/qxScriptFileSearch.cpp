@@ -24,23 +24,29 @@ using foldedNames = std::unordered_map<string, std::vector<string>>;
 class foldedListings
 {
 public:
-    // The entries of the directory that read `lowered` in lower case.
-    std::vector<string> matches(const string& directoryName, const string& lowered)
+    // The entries of the directory that read `lowered` in lower case. `isCurrent` for the current one.
+    std::vector<string> matches(const string& directoryName, const string& lowered, bool isCurrent,
+                                searchTrail& trail)
     {
         fileStatus status;
-        if (!system::current().status(directoryName, status) || !status.isDirectory)
+        if (!system::current().status(directoryName, status) || !status.isDirectory) {
+            trail.giveUp();
             return {};
+        }
         const long long time = status.lastModification;
         std::shared_ptr<const foldedNames> names = known(directoryName, time);
         if (!names) {
             const bool isStill = system::current().utcNow() - time > grainOf(time);
             std::vector<directoryEntry> entries;
             const bool isComplete = system::current().listDirectory(directoryName, entries);
-            if (!isStill || !isComplete)
+            if (!isStill || !isComplete) {
+                trail.giveUp();
                 return matchesIn(entries, lowered); // may be another listing at the next look
+            }
             names = folded(entries);
             keep(directoryName, time, names);
         }
+        trail.add(isCurrent ? string(L".") : directoryName, status);
         const auto found = names->find(lowered);
         return found == names->end() ? std::vector<string>() : found->second;
     }
@@ -116,66 +122,119 @@ bool tellsCaseApart()
     return answer;
 }
 
-// Follows the parts of a name from `directoryName` without regard to case; the first file in code-unit order
-// wins.
-bool findFolded(const string& directoryName, const std::vector<string>& parts, std::size_t next, file& found)
+bool isFile(const file& candidate, foundScript& found)
 {
-    const string& part = parts[next];
-    const bool isLast = next + 1 == parts.size();
-    if (part == L"..")
-        return !isLast && findFolded(directory(directoryName, part).fullName(), parts, next + 1, found);
-    for (const string& name : listings().matches(directoryName, part.lower())) {
-        if (!isLast) {
-            if (findFolded(directory(directoryName, name).fullName(), parts, next + 1, found))
-                return true;
-            continue;
-        }
-        const file candidate(directoryName, name);
-        if (candidate.exists()) {
-            found = candidate;
-            return true;
-        }
-    }
-    return false;
-}
-
-// One candidate: `name` in `path`, or the name as it stands with an empty path.
-bool findCandidate(const string& path, const string& name, file& found)
-{
-    const file exact(path, name);
-    if (exact.exists()) {
-        found = exact;
-        return true;
-    }
-    if (name.empty() || !tellsCaseApart())
+    fileStatus status;
+    if (!system::current().status(candidate.fullName(), status) || status.isDirectory)
         return false;
-    const bool isRooted = path.empty() && (name.front() == L'/' || name.front() == L'\\');
-    const directory base(isRooted ? string(L"/") : path);
-    std::vector<string> parts;
-    exact.relativeNameTo(base.entryName()).splitAt(L"/", parts, false);
-    return findFolded(base.fullName(), parts, 0, found);
+    found = {candidate, timestamp::fromTimer(status.lastModification)};
+    return true;
 }
 
-bool findWithExtensions(const string& path, const string& name, file& found)
+// Follows the parts of a name from a directory without regard to case; the first file in code-unit order
+// wins.
+class foldedSearch
 {
-    return findCandidate(path, name + L".qxscr", found) || findCandidate(path, name + L".qxsscr", found);
+public:
+    foldedSearch(const std::vector<string>& parts, foundScript& found, searchTrail& trail)
+        : mParts(parts), mFound(found), mTrail(trail)
+    {}
+
+    // `isCurrent` for the current directory.
+    bool run(const string& directoryName, bool isCurrent, std::size_t next = 0)
+    {
+        const string& part = mParts[next];
+        const bool isLast = next + 1 == mParts.size();
+        if (part == L"..") {
+            mTrail.giveUp();
+            return !isLast && run(directory(directoryName, part).fullName(), false, next + 1);
+        }
+        for (const string& name : listings().matches(directoryName, part.lower(), isCurrent, mTrail)) {
+            if (isLast ? isFile(file(directoryName, name), mFound)
+                       : run(directory(directoryName, name).fullName(), false, next + 1))
+                return true;
+            mTrail.giveUp(); // what is behind the entry may change, and leave the directory as it is
+        }
+        return false;
+    }
+
+private:
+    const std::vector<string>& mParts;
+    foundScript& mFound;
+    searchTrail& mTrail;
+};
+
+bool isRooted(const string& name)
+{
+    return !name.empty() && (name.front() == L'/' || name.front() == L'\\');
 }
+
+// A search in the order of its candidates.
+class scriptSearch
+{
+public:
+    bool run(const string& basePath, const string& fileName)
+    {
+        if (findCandidate(string(), fileName) ||
+            (!basePath.empty() && findWithExtensions(basePath, fileName)))
+            return true;
+        if (&system::current() != &system::platform())
+            mTrail.giveUp(); // it may tell another directory of the program each time
+        directory program;
+        return (getModulePath(string(), program) && findWithExtensions(program.fullName(), fileName)) ||
+               findWithExtensions(L".", fileName);
+    }
+
+    const foundScript& found() const noexcept { return mFound; }
+    const searchTrail& trail() const noexcept { return mTrail; }
+
+private:
+    // One candidate: `name` in `path`, or the name as it stands with an empty path.
+    bool findCandidate(const string& path, const string& name)
+    {
+        const bool isFound = findIn(path, name);
+        // The full name of what lies in the current directory changes with that of the directory.
+        if ((isFound || !path.empty()) && !isRooted(path.empty() ? name : path))
+            mTrail.giveUp();
+        return isFound;
+    }
+    bool findIn(const string& path, const string& name)
+    {
+        const file exact(path, name);
+        if (isFile(exact, mFound))
+            return true;
+        if (name.empty() || !tellsCaseApart()) {
+            mTrail.giveUp(); // nothing tells when it comes to be
+            return false;
+        }
+        const bool isCurrent = path.empty() && !isRooted(name);
+        const directory base(path.empty() && !isCurrent ? string(L"/") : path);
+        std::vector<string> parts;
+        exact.relativeNameTo(base.entryName()).splitAt(L"/", parts, false);
+        return foldedSearch(parts, mFound, mTrail).run(base.fullName(), isCurrent);
+    }
+    bool findWithExtensions(const string& path, const string& name)
+    {
+        return findCandidate(path, name + L".qxscr") || findCandidate(path, name + L".qxsscr");
+    }
+
+    foundScript mFound;
+    searchTrail mTrail;
+};
 
 } // namespace
 
-file findScriptFile(const string& basePath, const string& fileName)
+foundScript findScriptFile(const string& basePath, const string& fileName)
 {
-    file found;
-    if (findCandidate(string(), fileName, found))
-        return found;
-    if (!basePath.empty() && findWithExtensions(basePath, fileName, found))
-        return found;
-    directory program;
-    if (getModulePath(string(), program) && findWithExtensions(program.fullName(), fileName, found))
-        return found;
-    if (findWithExtensions(L".", fileName, found))
-        return found;
-    throw fileNotFoundException(file(L".", fileName + L".qxsscr"));
+    foundScript known;
+    if (knownSearches::instance().find(basePath, fileName, known))
+        return known;
+    scriptSearch search;
+    if (!search.run(basePath, fileName))
+        throw fileNotFoundException(file(L".", fileName + L".qxsscr"));
+    if (search.trail().isUsable())
+        knownSearches::instance().keep(basePath, fileName, search.trail(), search.found().source);
+    return search.found();
 }
 
 } // namespace qx::script

@@ -1,7 +1,7 @@
 // Where the script file of a code call is found.
 #pragma once
 
-#include "qxFile.h"
+#include "code/qxScriptKnownSearches.h"
 
 namespace qx::script
 {
@@ -10,6 +10,6 @@ namespace qx::script
 // extensions in `basePath` (if there is one), beside the running program, and in the current directory. On
 // file systems that tell upper from lower case each candidate is looked for as written and then without
 // regard to case. Throws fileNotFoundException with the last candidate.
-file findScriptFile(const string& basePath, const string& fileName);
+foundScript findScriptFile(const string& basePath, const string& fileName);
 
 } // namespace qx::script

@@ -41,14 +41,13 @@ functionTable& functionTable::instance()
 
 sharedPtr<function> functionTable::getFunction(const string& basePath, const codeCall& call)
 {
-    const file source = findScriptFile(basePath, call.file());
-    const timestamp time = modificationTime(source);
-    if (sharedPtr<function> cached = find(call.key()); cached && !(cached->time() < time))
+    const foundScript script = findScriptFile(basePath, call.file());
+    if (sharedPtr<function> cached = find(call.key()); cached && !(cached->time() < script.time))
         return cached;
-    const sharedPtr<function> loaded = recentFile::instance().load(source, call.function());
+    const sharedPtr<function> loaded = recentFile::instance().load(script.source, call.function());
     epoch::move(); // the parser asks the modules of hosts
     if (!loaded)
-        throw scriptFunctionNotFoundException(call.function().c_str(), source);
+        throw scriptFunctionNotFoundException(call.function().c_str(), script.source);
     return cacheFunction(call.key(), loaded);
 }
 

@@ -135,7 +135,7 @@ scriptFileInfo checkFunctions(const file& scriptFile, checkListener& listener)
 
 file locateScriptFile(const string& basePath, const string& fileName)
 {
-    return findScriptFile(basePath, fileName);
+    return findScriptFile(basePath, fileName).source;
 }
 
 bool scrambleFile(const file& from, const file& to)

@@ -145,6 +145,8 @@ bool platformSystem::status(const string& name, fileStatus& status)
     status.isDirectory = S_ISDIR(data.st_mode);
     status.size = static_cast<uint64>(data.st_size);
     status.lastModification = data.st_mtim.tv_sec * 1000LL + data.st_mtim.tv_nsec / 1000000;
+    status.device = data.st_dev;
+    status.node = data.st_ino;
     return true;
 }
 
